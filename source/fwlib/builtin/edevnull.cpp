@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "fwlib/builtin/edevnull.h"
+
+#include "fwlib/elements/qobject.h"
+#include "fwlib/internal/elementwork.h"
+#include "fwlib/internal/texts.h"
+
+namespace VESK {
+
+EDevNull::EDevNull() {
+    m_cProperties.SetProperty(Key::EObjectType, Type::EDevNull, Section::Standard);
+}
+
+EDevNull::~EDevNull() = default;
+
+int EDevNull::Initialize() {
+    const int iInitialized = EObject::Initialize();
+    return iInitialized ? CreateSinkPad(*this) : iInitialized;
+}
+
+int EDevNull::DataArrived(QObject* pObject, Byte2Type b2Index) {
+    if (!pObject) {
+        return ReportNullObject(*this, b2Index);
+    }
+    if (m_iDebug != 0) {
+        char achType[TypeTextSize];
+        pObject->m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType, Text("[No QObject Type]"),
+                                           Section::Standard);
+        Message(1, "DataArrived(%d): QObjectType = %s\n", b2Index, achType);
+    }
+    return 1;
+}
+
+} // namespace VESK

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "fwlib/builtin/etee.h"
+
+#include "fwlib/elements/pad.h"
+#include "fwlib/internal/elementwork.h"
+#include "fwlib/text.h"
+
+namespace VESK {
+
+namespace {
+
+constexpr Byte4Type DefaultPads = 2;
+
+} // namespace
+
+ETee::ETee() {
+    m_cProperties.SetProperty(Key::EObjectType, Type::ETee, Section::Standard);
+}
+
+ETee::~ETee() = default;
+
+int ETee::Initialize() {
+    Byte4Type b4Pads;
+    m_cProperties.GetProperty(Key::TotalSourcePads, &b4Pads, DefaultPads, Section::Standard);
+    return CreateSinkPad(*this) && CreateSourcePads(*this, b4Pads, nullptr);
+}
+
+int ETee::DataArrived(QObject* pObject, Byte2Type b2Index) {
+    if (!pObject) {
+        return ReportNullObject(*this, b2Index);
+    }
+    int iAnswer = 1;
+    for (Byte2Type b2 = 0; iAnswer && b2 < GetSourcePadCount(); ++b2) {
+        SOURCEPAD* const pPad = GetSourcePad(b2);
+        iAnswer = pPad ? pPad->Push(pObject) : 0;
+    }
+    return iAnswer;
+}
+
+} // namespace VESK

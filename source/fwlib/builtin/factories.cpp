@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "fwlib/builtin/factories.h"
+
+#include "fwlib/builtin/edevnull.h"
+#include "fwlib/builtin/epassthrough.h"
+#include "fwlib/builtin/esink.h"
+#include "fwlib/builtin/esource.h"
+#include "fwlib/builtin/etee.h"
+#include "fwlib/elements/qobject.h"
+#include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/text.h"
+
+#include <new>
+
+namespace FACTORY {
+
+namespace {
+
+using VESK::EObject;
+using VESK::QObject;
+namespace Type = VESK::Type;
+
+template <class Base, class Object>
+Base* Create() {
+    return new (std::nothrow) Object;
+}
+
+// Listed already, so that the table is whole; they have no elements yet.
+EObject* NotYet() {
+    return nullptr;
+}
+
+// The creator at the position of the name, or null for a name that is not among those of the table.
+template <class Base, std::size_t Count>
+Base* CreateByName(char* const (&pchNames)[Count + 1], Base* (*const (&apCreators)[Count])(), char* pchType) {
+    for (std::size_t u = 0; pchType && u < Count; ++u) {
+        if (VESK::fwstrcmp(pchNames[u], pchType) == 0) {
+            return apCreators[u]();
+        }
+    }
+    return nullptr;
+}
+
+QObject* (*const apObjectCreators[])() = {Create<QObject, QObject>};
+
+EObject* (*const apElementCreators[])() = {Create<EObject, VESK::EDevNull>,
+                                           Create<EObject, VESK::EPassthrough>,
+                                           Create<EObject, VESK::ETee>,
+                                           Create<EObject, VESK::ESource>,
+                                           Create<EObject, VESK::ESink>,
+                                           NotYet,
+                                           NotYet};
+
+} // namespace
+
+char* const FWLibFactory::pchNames[2] = {Type::QObject, nullptr};
+
+char* const FWElementsFactory::pchNames[8] = {Type::EDevNull, Type::EPassthrough, Type::ETee,         Type::ESource,
+                                              Type::ESink,    Type::ESerialize,   Type::EDeserialize, nullptr};
+
+QObject* FWLibFactory::CreateQObject(char* pchType) {
+    return CreateByName(pchNames, apObjectCreators, pchType);
+}
+
+EObject* FWElementsFactory::CreateElement(char* pchType) {
+    return CreateByName(pchNames, apElementCreators, pchType);
+}
+
+} // namespace FACTORY

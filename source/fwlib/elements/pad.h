@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// Pads: the numbered ends of an element. A source pad hands objects to the one sink pad it is connected to.
+//
+// Delivery is a plain nested call on the caller's thread: Push calls the receiving element's DataArrived with
+// the object and the sink pad's index and answers what that answered, once everything downstream is done. No
+// queue, no copy, no allocation. A pad owns nothing: neither its element nor its peer.
+#ifndef FWLIB_ELEMENTS_PAD_H
+#define FWLIB_ELEMENTS_PAD_H
+
+#include "fwlib/elements/eobject.h"
+#include "fwlib/export.h"
+#include "fwlib/types.h"
+
+namespace VESK {
+
+class FWLIB_EXPORT PAD {
+public:
+    explicit PAD(EObject* pElement); // null for a pad without an owner
+    virtual ~PAD();
+    PAD(const PAD&) = delete;
+    PAD& operator=(const PAD&) = delete;
+
+    // The fields in their order are part of the binary interface.
+    EObject* m_pElement; // lent
+};
+
+class FWLIB_EXPORT SINKPAD : public PAD {
+public:
+    SINKPAD(EObject* pElement, Byte2Type b2Index);
+    ~SINKPAD() override;
+
+    Byte2Type m_b2Index; // handed to DataArrived; the element's own choice, not a position
+};
+
+class FWLIB_EXPORT SOURCEPAD : public PAD {
+public:
+    explicit SOURCEPAD(EObject* pElement);
+    ~SOURCEPAD() override;
+
+    // Lends the object to the connected element and answers what its DataArrived answers. 0 when the pad is
+    // not connected, which the owner, if there is one, reports as "SourcePad: No sink pad (broken pipe)\n",
+    // and when the sink pad has no owner, silently.
+    int Push(QObject* pObject) {
+        SINKPAD* const pSinkPad = m_pSinkPad;
+        if (!pSinkPad) {
+            return BrokenPipe();
+        }
+        EObject* const pReceiver = pSinkPad->m_pElement;
+        if (!pReceiver) {
+            return 0;
+        }
+        return pReceiver->DataArrived(pObject, pSinkPad->m_b2Index);
+    }
+
+    SINKPAD* m_pSinkPad; // lent; assigned by whoever connects, null while unconnected
+
+private:
+    FWLIB_COLD int BrokenPipe(); // the report of Push, out of its way
+};
+
+} // namespace VESK
+
+#endif

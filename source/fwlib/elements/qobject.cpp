@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "fwlib/elements/qobject.h"
+
+#include "fwlib/internal/list.h"
+#include "fwlib/text.h"
+
+#include <new>
+
+namespace VESK {
+
+namespace {
+
+// A copy that lost a property would be another object, so memory that runs out half-way ends in null.
+template <class Object>
+QObject* DuplicateAs(const QObject& cSource) {
+    auto* const pCopy = new (std::nothrow) Object;
+    if (pCopy && !MergeEntries(pCopy->m_cProperties, cSource.m_cProperties)) {
+        delete pCopy;
+        return nullptr;
+    }
+    return pCopy;
+}
+
+} // namespace
+
+QObject::QObject() : m_b2Reserved(0) {
+    m_cProperties.SetProperty(Key::QObjectType, Type::QObject, Section::Standard);
+}
+
+QObject::~QObject() = default;
+
+QObject* QObject::Duplicate() {
+    return DuplicateAs<QObject>(*this);
+}
+
+int QObject::Write(SWrite*) {
+    return 1;
+}
+
+int QObject::GetEOF() {
+    return 0;
+}
+
+int QObject::Copy(QObject* pObject) {
+    return pObject ? m_cProperties.Copy(&pObject->m_cProperties) : 1;
+}
+
+QEOF::QEOF() = default;
+
+QEOF::~QEOF() = default;
+
+QObject* QEOF::Duplicate() {
+    return DuplicateAs<QEOF>(*this);
+}
+
+int QEOF::GetEOF() {
+    return 1;
+}
+
+} // namespace VESK

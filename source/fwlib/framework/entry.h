@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// The entry point that every plugin exports, this library included.
+#ifndef FWLIB_FRAMEWORK_ENTRY_H
+#define FWLIB_FRAMEWORK_ENTRY_H
+
+#include "fwlib/export.h"
+#include "fwlib/types.h"
+
+// A plugin defines this function; including this header gives it its unmangled, exported name. The framework
+// calls it once for each time it loads the plugin. The factory stays the plugin's and must be valid as long as
+// the plugin is loaded. The library's own serves "QObject" and the built-in elements.
+extern "C" FWLIB_EXPORT VESK::Factory* GetFactory();
+
+namespace VESK {
+
+// Refers to the constructors of FRAMEWORK, EPipeline and SOURCEPAD, so that a host which only loads plugins
+// still links them. Each call leaks one object of each.
+FWLIB_EXPORT void Pullin();
+
+} // namespace VESK
+
+#endif

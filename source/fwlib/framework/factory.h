@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+// Factories create elements, data objects and other objects by type name. Every plugin exports one.
+//
+//   Factory         the interface; never deleted through it
+//   LibraryFactory  a base that creates nothing: override what you serve
+//   PluginFactory   several factories behind one, asked in order
+#ifndef FWLIB_FRAMEWORK_FACTORY_H
+#define FWLIB_FRAMEWORK_FACTORY_H
+
+#include "fwlib/export.h"
+#include "fwlib/types.h"
+
+namespace VESK {
+
+// The create operations answer a new object owned by the caller, or null for a name they do not know.
+class FWLIB_EXPORT Factory {
+public:
+    // The order of the virtual operations is part of the binary interface.
+    virtual EObject* CreateElement(char* pchType) = 0;
+    virtual QObject* CreateQObject(char* pchType) = 0;
+    virtual void* CreateObject(char* pchType) = 0; // of a kind that the plugin and its caller agree on
+    virtual int Initialize(FRAMEWORK* pFramework) = 0; // told to each framework that loads the plugin
+
+protected:
+    ~Factory() = default;
+};
+
+class FWLIB_EXPORT LibraryFactory : public Factory {
+public:
+    EObject* CreateElement(char* pchType) override;
+    QObject* CreateQObject(char* pchType) override;
+    void* CreateObject(char* pchType) override;
+    int Initialize(FRAMEWORK* pFramework) override; // 1
+};
+
+class FWLIB_EXPORT PluginFactory : public Factory {
+public:
+    // The list ends with null, is lent, and is normally a static table of the plugin; null serves nothing.
+    explicit constexpr PluginFactory(Factory** ppFactories) : m_ppFactories(ppFactories) {}
+
+    // The first factory of the list with an answer wins.
+    EObject* CreateElement(char* pchType) override;
+    QObject* CreateQObject(char* pchType) override;
+    void* CreateObject(char* pchType) override;
+    int Initialize(FRAMEWORK* pFramework) override; // initializes every factory of the list, and answers 1
+
+    Factory** m_ppFactories;
+};
+
+} // namespace VESK
+
+#endif

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "fwlib/framework/framework.h"
+
+#include "fwlib/elements/eobject.h"
+#include "fwlib/framework/factory.h"
+#include "fwlib/framework/plugin.h"
+#include "fwlib/internal/growth.h"
+#include "fwlib/internal/texts.h"
+
+#include <cstdio>
+#include <new>
+
+namespace VESK {
+
+namespace {
+
+// The walk over the plugins' factories in load order; null when none has an answer.
+template <class Object>
+Object* FirstAnswer(const FRAMEWORK& cFramework, Object* (Factory::*pCreate)(char*), char* pchType) {
+    for (Byte4Type b4 = 0; b4 < cFramework.m_b2PluginCount; ++b4) {
+        Factory* const pFactory = cFramework.m_ppPlugins[b4]->GetFactory();
+        Object* const pObject = pFactory ? (pFactory->*pCreate)(pchType) : nullptr;
+        if (pObject) {
+            return pObject;
+        }
+    }
+    return nullptr;
+}
+
+const char* Shown(const char* pchText) {
+    return pchText ? pchText : "(null)";
+}
+
+// What element lines begin with.
+struct Origin {
+    explicit Origin(EObject& cElement) {
+        PROPERTIES& cProperties = cElement.m_cProperties;
+        cProperties.GetProperty(Key::EObjectType, achType, sizeof achType, Text("[No Element Type]"),
+                                Section::Standard);
+        cProperties.GetProperty(Key::Name, achName, sizeof achName, Text("[No Element Name]"), Section::Standard);
+    }
+
+    char achType[TypeTextSize];
+    char achName[TypeTextSize];
+};
+
+} // namespace
+
+FRAMEWORK::FRAMEWORK() : m_bError(0), m_b2PluginCapacity(0), m_b2PluginCount(0), m_ppPlugins(nullptr) {}
+
+FRAMEWORK::~FRAMEWORK() {
+    for (Byte4Type b4 = 0; b4 < m_b2PluginCount; ++b4) {
+        delete m_ppPlugins[b4];
+    }
+    fwfree(m_ppPlugins);
+}
+
+EObject* FRAMEWORK::CreateElement(char* pchType) {
+    EObject* const pElement = FirstAnswer(*this, &Factory::CreateElement, pchType);
+    if (!pElement) {
+        std::fprintf(stderr, "FRAMEWORK::CreateElement: Could not instantiate: %s\n", Shown(pchType));
+        return nullptr;
+    }
+    pElement->m_pFramework = this;
+    return pElement;
+}
+
+QObject* FRAMEWORK::CreateQObject(char* pchType) {
+    QObject* const pObject = FirstAnswer(*this, &Factory::CreateQObject, pchType);
+    if (!pObject) {
+        std::fprintf(stderr, "FRAMEWORK::CreateQObject: Could not instantiate: %s\n", Shown(pchType));
+    }
+    return pObject;
+}
+
+void* FRAMEWORK::CreateObject(char* pchType) {
+    void* const pObject = FirstAnswer(*this, &Factory::CreateObject, pchType);
+    if (!pObject) {
+        std::fprintf(stderr, "FRAMEWORK::CreateObject: Could not instantiate: %s\n", Shown(pchType));
+    }
+    return pObject;
+}
+
+void FRAMEWORK::Message(EObject* pElement, int, const char* pchFormat, va_list Values) {
+    if (!pElement) {
+        return;
+    }
+    const Origin cOrigin(*pElement);
+    std::printf("%s - %s: ", cOrigin.achType, cOrigin.achName);
+    std::vprintf(pchFormat, Values);
+}
+
+void FRAMEWORK::Message(char* pchName, int, const char* pchFormat, va_list Values) {
+    if (!pchName) {
+        return;
+    }
+    std::printf("%s: ", pchName);
+    std::vprintf(pchFormat, Values);
+}
+
+void FRAMEWORK::ErrorMessage(EObject* pElement, const char* pchFormat, va_list Values) {
+    m_bError = 1;
+    if (pElement) {
+        const Origin cOrigin(*pElement);
+        std::fprintf(stderr, "ERROR: %s - %s: ", cOrigin.achType, cOrigin.achName);
+    } else {
+        std::fprintf(stderr, "ERROR: [No Element Pointer]: ");
+    }
+    std::vfprintf(stderr, pchFormat, Values);
+}
+
+PLUGIN* FRAMEWORK::LoadPlugin(char* pchPath) {
+    PLUGIN* const pPlugin = new (std::nothrow) FWPLUGIN(pchPath);
+    if (pPlugin && !pPlugin->Initialize(this)) {
+        delete pPlugin;
+        return nullptr;
+    }
+    return pPlugin;
+}
+
+int FRAMEWORK::AddPlugin(char* pchPath) {
+    PLUGIN* const pPlugin = LoadPlugin(pchPath);
+    if (!pPlugin) {
+        return 0;
+    }
+    if (!Append(m_ppPlugins, m_b2PluginCapacity, m_b2PluginCount, pPlugin)) {
+        delete pPlugin;
+        return 0;
+    }
+    return 1;
+}
+
+int FRAMEWORK::GetDataRecorderComponentPortal(char*, KESTRAN::IComponent**) {
+    return 1;
+}
+
+} // namespace VESK

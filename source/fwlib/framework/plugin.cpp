@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "fwlib/framework/plugin.h"
+
+#include "fwlib/framework/entry.h"
+#include "fwlib/framework/factory.h"
+#include "fwlib/internal/texts.h"
+#include "fwlib/stdc/stdc/fwstdcstring.h"
+
+#include <cstdio>
+#include <dlfcn.h>
+#include <link.h>
+
+namespace VESK {
+
+namespace {
+
+using EntryPoint = Factory* (*)();
+
+constexpr const char* OwnFileName = "libfwlib.so";
+
+// The loader's record of the object that holds this library's code.
+link_map* OwnObject() {
+    Dl_info Info;
+    void* pMap = nullptr;
+    const int iFound = dladdr1(reinterpret_cast<void*>(&::GetFactory), &Info, &pMap, RTLD_DL_LINKMAP);
+    return iFound ? static_cast<link_map*>(pMap) : nullptr;
+}
+
+// Opens the path as it stands. A program or a sanitizer that stands between the caller and the loader hides
+// where this library lies, and an installation may lack the unversioned link, so the library's own name, when
+// the loader finds nothing by it, opens the library that is running.
+void* OpenObject(const char* pchPath) {
+    void* pHandle = dlopen(pchPath, RTLD_NOW);
+    if (!pHandle && fwstrcmp(pchPath, OwnFileName) == 0) {
+        const link_map* const pOwn = OwnObject();
+        pHandle = pOwn ? dlopen(pOwn->l_name, RTLD_NOW) : nullptr;
+    }
+    return pHandle;
+}
+
+// The loader also looks through the libraries that a plugin was linked with, this one among them, and would
+// hand out the library's own entry point for a plugin that has none.
+bool IsBorrowed(EntryPoint pEntry, void* pHandle) {
+    link_map* pMap = nullptr;
+    return pEntry == &::GetFactory && dlinfo(pHandle, RTLD_DI_LINKMAP, &pMap) == 0 && pMap != OwnObject();
+}
+
+} // namespace
+
+PLUGIN::PLUGIN() : m_pFramework(nullptr), m_pFactory(nullptr) {}
+
+PLUGIN::~PLUGIN() = default;
+
+Factory* PLUGIN::GetFactory() {
+    if (!m_pFactory) {
+        std::fprintf(stderr, "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n");
+    }
+    return m_pFactory;
+}
+
+FWPLUGIN::FWPLUGIN(char* pchPath) : m_achPath{}, m_pHandle(nullptr) {
+    // A path that was cut would name another file.
+    if (pchPath && fwstrlen(pchPath) < PathSize) {
+        CopyBounded(m_achPath, pchPath);
+    }
+}
+
+FWPLUGIN::~FWPLUGIN() {
+    if (m_pHandle) {
+        dlclose(m_pHandle);
+    }
+}
+
+int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
+    m_pFramework = pFramework;
+    const bool bPath = m_achPath[0] != '\0';
+    m_pHandle = bPath ? OpenObject(m_achPath) : nullptr;
+    if (!m_pHandle) {
+        const char* const pchReason = bPath ? dlerror() : "the path is empty or longer than 255 characters";
+        std::fprintf(stderr, "FWPLUGIN: dlopen() Error: %s\n", pchReason ? pchReason : m_achPath);
+        return 0;
+    }
+    const auto pEntry = reinterpret_cast<EntryPoint>(dlsym(m_pHandle, "GetFactory"));
+    if (!pEntry || IsBorrowed(pEntry, m_pHandle)) {
+        const char* const pchReason = pEntry ? nullptr : dlerror();
+        std::fprintf(stderr, "FWPLUGIN: dlsym() Error: %s\n", pchReason ? pchReason : "undefined symbol: GetFactory");
+        return 0;
+    }
+    m_pFactory = pEntry();
+    if (!m_pFactory) {
+        std::fprintf(stderr, "FWPLUGIN: Error: Could not get factory.\n");
+        return 0;
+    }
+    m_pFactory->Initialize(pFramework);
+    return 1;
+}
+
+} // namespace VESK

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+// PLUGIN: what supplies a framework with a factory. FWPLUGIN: one that is kept in a shared object.
+//
+// A plugin's shared object exports GetFactory (entry.h). The factory belongs to the shared object and is never
+// deleted; the shared object is closed when the plugin is destroyed.
+#ifndef FWLIB_FRAMEWORK_PLUGIN_H
+#define FWLIB_FRAMEWORK_PLUGIN_H
+
+#include "fwlib/export.h"
+#include "fwlib/types.h"
+
+namespace VESK {
+
+class FWLIB_EXPORT PLUGIN {
+public:
+    PLUGIN();
+    PLUGIN(const PLUGIN&) = delete;
+    PLUGIN& operator=(const PLUGIN&) = delete;
+
+    // The order of the virtual operations is part of the binary interface.
+    virtual ~PLUGIN();
+    virtual int Initialize(FRAMEWORK* pFramework) = 0; // 1 when the factory was obtained
+
+    // The factory, lent; when there is none, reports "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n" on
+    // standard error and answers null.
+    Factory* GetFactory();
+
+    // The fields in their order are part of the binary interface.
+    FRAMEWORK* m_pFramework; // lent
+    Factory* m_pFactory;     // lent by the shared object; null until Initialize
+};
+
+class FWLIB_EXPORT FWPLUGIN : public PLUGIN {
+public:
+    static constexpr unsigned int PathSize = 256;
+
+    // The path of the shared object, at most 255 characters. A bare file name is looked for where the loader
+    // looks; "libfwlib.so" always finds this library. A null or longer path makes Initialize fail.
+    explicit FWPLUGIN(char* pchPath);
+    ~FWPLUGIN() override;
+
+    // Opens the shared object, obtains its factory and initializes it. Reports on standard error and answers 0
+    // when it cannot be opened, exports no GetFactory, or hands out no factory.
+    int Initialize(FRAMEWORK* pFramework) override;
+
+    char m_achPath[PathSize]; // empty for a path that does not fit
+    void* m_pHandle;          // the loader's; null until Initialize
+};
+
+} // namespace VESK
+
+#endif

@@ -1,0 +1,286 @@
+// SPDX-License-Identifier: MIT
+// The pipe file language. Both building forms run the same code and differ in a Build: whether elements are filled
+// from a configuration file, and which current element they share.
+#include "fwlib/pipeline/epipeline.h"
+
+#include "fwlib/framework/framework.h"
+#include "fwlib/internal/currentelement.h"
+#include "fwlib/internal/handle.h"
+#include "fwlib/internal/texts.h"
+#include "fwlib/stdc/stdc/fwstdcstring.h"
+
+#include <cstdio>
+#include <new>
+
+namespace VESK {
+
+namespace {
+
+constexpr unsigned int MostTokens = 14;
+constexpr unsigned int TokenSlots = 16; // the tokens, one more to notice that there are too many, and null
+constexpr int DeepestNesting = 64;      // pipe files within pipe files; a file that names itself ends here
+
+struct Build {
+    EPipeline& cPipeline;
+    CurrentElement& cCurrent;
+    bool bPlain; // the form without a configuration file
+    Byte2Type b2ReadConfig;
+    char* pchConfigFile;
+
+    int File(EPipeline& cOther, char* pchPath) const {
+        return bPlain ? cOther.BuildPipe(pchPath) : cOther.BuildPipe(pchPath, b2ReadConfig, pchConfigFile);
+    }
+    int Line(char** ppchTokens) const {
+        return bPlain ? cPipeline.ProcessTokens(ppchTokens)
+                      : cPipeline.ProcessTokens(ppchTokens, b2ReadConfig, pchConfigFile);
+    }
+};
+
+Byte2Type PadNumber(char* pchText) {
+    return static_cast<Byte2Type>(fwatol(pchText));
+}
+
+int PluginLine(const Build& cBuild, char** ppchArguments) {
+    FRAMEWORK* const pFramework = cBuild.cPipeline.m_pFramework;
+    std::printf("Loading %s\n", ppchArguments[0]);
+    if (!pFramework || !pFramework->AddPlugin(ppchArguments[0])) {
+        std::fprintf(stderr, "Could not load plugin %s\n", ppchArguments[0]);
+        return 0;
+    }
+    return 1;
+}
+
+int FrameworkPropertyLine(const Build& cBuild, char** ppchArguments) {
+    FRAMEWORK* const pFramework = cBuild.cPipeline.m_pFramework;
+    if (pFramework) {
+        std::printf("Setting framework property %s to %s\n", ppchArguments[0], ppchArguments[1]);
+        pFramework->SetProperty(ppchArguments[0], ppchArguments[1], Section::Standard);
+    }
+    return 1;
+}
+
+int PipeLine(const Build& cBuild, char** ppchArguments) {
+    auto* const pInner = new (std::nothrow) EPipeline;
+    if (pInner) {
+        pInner->m_pFramework = cBuild.cPipeline.m_pFramework;
+    }
+    if (!pInner || !cBuild.File(*pInner, ppchArguments[0])) {
+        delete pInner;
+        std::fprintf(stderr, "Could not build pipe %s\n", ppchArguments[0]);
+        return 0;
+    }
+    cBuild.cCurrent.pcCurrentElement = pInner;
+    if (!cBuild.cPipeline.AddElement(pInner)) {
+        // The line succeeds all the same, so the loss is reported where the host looks for errors.
+        delete pInner;
+        cBuild.cPipeline.ErrorMessage("Unable to add pipe %s\n", ppchArguments[0]);
+    }
+    return 1;
+}
+
+int ElementLine(const Build& cBuild, char** ppchArguments) {
+    FRAMEWORK* const pFramework = cBuild.cPipeline.m_pFramework;
+    std::printf("Instantiating %s\n", ppchArguments[0]);
+    EObject* const pElement = pFramework ? pFramework->CreateElement(ppchArguments[0]) : nullptr;
+    cBuild.cCurrent.pcCurrentElement = pElement;
+    if (!pElement) {
+        std::fprintf(stderr, "Creation of element failed.\n");
+        return 0;
+    }
+    if (cBuild.b2ReadConfig) {
+        pElement->m_cProperties.ReadConfig(cBuild.pchConfigFile, ppchArguments[0]);
+    }
+    if (!cBuild.cPipeline.AddElement(pElement)) {
+        delete pElement;
+        std::fprintf(stderr, "Unable to add element.\n");
+        return 0;
+    }
+    return 1;
+}
+
+int PropertyLine(const Build& cBuild, char** ppchArguments) {
+    EObject* const pElement = cBuild.cCurrent.pcCurrentElement;
+    if (pElement) {
+        std::printf("Setting property %s to %s\n", ppchArguments[0], ppchArguments[1]);
+        pElement->m_cProperties.SetProperty(ppchArguments[0], ppchArguments[1], Section::Standard);
+    }
+    return 1;
+}
+
+int SinkLine(const Build& cBuild, char** ppchArguments) {
+    std::printf("Setting sink element to %s\n", ppchArguments[0]);
+    cBuild.cPipeline.m_cProperties.SetProperty(Key::SinkElement, ppchArguments[0], Section::Standard);
+    return 1;
+}
+
+int SourceLine(const Build& cBuild, char** ppchArguments) {
+    std::printf("Setting source element to %s\n", ppchArguments[0]);
+    cBuild.cPipeline.m_cProperties.SetProperty(Key::SourceElement, ppchArguments[0], Section::Standard);
+    return 1;
+}
+
+int ConnectLine(const Build& cBuild, char** ppchArguments) {
+    std::printf("Connecting %s(%s) -> %s(%s)\n", ppchArguments[0], ppchArguments[1], ppchArguments[2],
+                ppchArguments[3]);
+    if (!cBuild.cPipeline.Connect(ppchArguments[0], PadNumber(ppchArguments[1]), ppchArguments[2],
+                                  PadNumber(ppchArguments[3]))) {
+        std::printf("Unable to connect pipe\n");
+        return 0;
+    }
+    return 1;
+}
+
+int ConfigLine(const Build& cBuild, char** ppchArguments) {
+    EObject* const pElement = cBuild.cCurrent.pcCurrentElement;
+    if (!pElement) {
+        return 1;
+    }
+    std::printf("Reading config file %s, section %s\n", ppchArguments[0], ppchArguments[1]);
+    if (!pElement->m_cProperties.ReadConfig(ppchArguments[0], ppchArguments[1])) {
+        std::fprintf(stderr, "Unable to read config file/section.\n");
+        return 0;
+    }
+    return 1;
+}
+
+struct PipeKey {
+    const char* pchKeyword; // null closes the table
+    unsigned int uArguments;
+    int (*pAction)(const Build&, char**); // the line's answer, given the tokens behind the keyword
+};
+
+constexpr PipeKey PipeKeys[] = {
+    {"plugin", 1, PluginLine}, {"fwprop", 2, FrameworkPropertyLine},
+    {"pipe", 1, PipeLine},     {"element", 1, ElementLine},
+    {"property", 2, PropertyLine}, {"sink", 1, SinkLine},
+    {"source", 1, SourceLine}, {"connect", 4, ConnectLine},
+    {"config", 2, ConfigLine}, {nullptr, 0, nullptr},
+};
+
+unsigned int CountTokens(char** ppchTokens) {
+    unsigned int u = 0;
+    while (u <= MostTokens && ppchTokens[u]) {
+        ++u;
+    }
+    return u;
+}
+
+int ExecuteLine(const Build& cBuild, char** ppchTokens) {
+    const unsigned int uTokens = ppchTokens ? CountTokens(ppchTokens) : 0;
+    if (uTokens == 0) {
+        return 0;
+    }
+    const PipeKey* pKey = PipeKeys;
+    while (pKey->pchKeyword && fwstrcmp(pKey->pchKeyword, ppchTokens[0]) != 0) {
+        ++pKey;
+    }
+    if (!pKey->pchKeyword) {
+        std::printf("Unknown token %s\n", ppchTokens[0]);
+        return 0;
+    }
+    if (uTokens > MostTokens) {
+        std::fprintf(stderr, "Too many tokens in a line of %s: at most %u.\n", pKey->pchKeyword, MostTokens);
+        return 0;
+    }
+    if (uTokens - 1 < pKey->uArguments) {
+        std::fprintf(stderr, "Missing arguments of %s: %u needed, %u given.\n", pKey->pchKeyword, pKey->uArguments,
+                     uTokens - 1);
+        return 0;
+    }
+    return pKey->pAction(cBuild, ppchTokens + 1);
+}
+
+// Splits the line in place at blanks and tabs into a vector closed by null. What goes beyond the vector counts as
+// one token more than a line may hold.
+void SplitLine(char* pchLine, char* (&apchTokens)[TokenSlots]) {
+    unsigned int u = 0;
+    char* pch = pchLine;
+    while (u < TokenSlots - 1) {
+        pch += std::strspn(pch, " \t");
+        if (*pch == '\0') {
+            break;
+        }
+        apchTokens[u++] = pch;
+        pch += std::strcspn(pch, " \t");
+        if (*pch != '\0') {
+            *pch++ = '\0';
+        }
+    }
+    apchTokens[u] = nullptr;
+}
+
+// The lines of an open file, up to the first that fails.
+int ExecuteFile(const Build& cBuild, char* pFile, const char* pchPath) {
+    char achLine[NameTextSize];
+    char* apchTokens[TokenSlots];
+    while (fwfgets(achLine, sizeof achLine, pFile)) {
+        std::size_t uLength = fwstrlen(achLine);
+        while (uLength > 0 && (achLine[uLength - 1] == '\r' || achLine[uLength - 1] == '\n')) {
+            achLine[--uLength] = '\0';
+        }
+        SplitLine(achLine, apchTokens);
+        if (apchTokens[0] && apchTokens[0][0] != '#' && !cBuild.Line(apchTokens)) {
+            return 0;
+        }
+    }
+    if (std::ferror(StreamOf(pFile))) { // a directory, for one, opens but cannot be read
+        std::printf("Unable to read pipefile %s\n", pchPath);
+        return 0;
+    }
+    return 1;
+}
+
+// Counts the pipe files being built, one within the other.
+class Nesting {
+public:
+    Nesting() { ++m_iDepth; }
+    ~Nesting() { --m_iDepth; }
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
+    static bool TooDeep() { return m_iDepth > DeepestNesting; }
+
+private:
+    static inline int m_iDepth = 0;
+};
+
+int BuildFile(const Build& cBuild, char* pchPath) {
+    if (!cBuild.cPipeline.m_pFramework) {
+        std::fprintf(stderr, "Framework has not been set on EPipeline.\n");
+        return 0;
+    }
+    const Nesting cNesting;
+    char* const pchShown = pchPath ? pchPath : Text("(null)");
+    std::printf("Processing pipe file: %s\n", pchShown);
+    if (Nesting::TooDeep()) {
+        std::fprintf(stderr, "Pipe files nest more than %d deep: %s\n", DeepestNesting, pchShown);
+        return 0;
+    }
+    char* const pFile = pchPath ? fwfopen(pchPath, Text("r")) : nullptr;
+    if (!pFile) {
+        std::printf("Unable to open pipefile %s\n", pchShown);
+        return 0;
+    }
+    const int iBuilt = ExecuteFile(cBuild, pFile, pchShown);
+    fwfclose(pFile);
+    return iBuilt;
+}
+
+} // namespace
+
+int EPipeline::BuildPipe(char* pchPath) {
+    return BuildFile({*this, cPlainBuild, true, 0, nullptr}, pchPath);
+}
+
+int EPipeline::BuildPipe(char* pchPath, Byte2Type b2ReadConfig, char* pchConfigFile) {
+    return BuildFile({*this, cConfiguredBuild, false, b2ReadConfig, pchConfigFile}, pchPath);
+}
+
+int EPipeline::ProcessTokens(char** ppchTokens) {
+    return ExecuteLine({*this, cPlainBuild, true, 0, nullptr}, ppchTokens);
+}
+
+int EPipeline::ProcessTokens(char** ppchTokens, Byte2Type b2ReadConfig, char* pchConfigFile) {
+    return ExecuteLine({*this, cConfiguredBuild, false, b2ReadConfig, pchConfigFile}, ppchTokens);
+}
+
+} // namespace VESK

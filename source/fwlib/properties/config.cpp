@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include "fwlib/properties/properties.h"
+
+#include "fwlib/internal/texts.h"
+#include "fwlib/stdc/stdc/fwstdcstring.h"
+
+namespace VESK {
+
+namespace {
+
+constexpr unsigned int LineSize = 256;                    // a line, or a piece of a longer one
+constexpr unsigned int LongestSectionName = LineSize - 3; // what a header of one line leaves for the name
+
+// PROPERTIES::ReadLine, but tells whether anything was read: at an error the end of the file never comes.
+int NextLine(char* pFile, char* pchBuffer, unsigned int uSize) {
+    if (!fwfgets(pchBuffer, uSize, pFile)) {
+        if (uSize > 0) {
+            pchBuffer[0] = '\0';
+        }
+        return 0;
+    }
+    const std::size_t uLength = fwstrlen(pchBuffer);
+    if (uLength > 0 && pchBuffer[uLength - 1] == '\n') {
+        pchBuffer[uLength - 1] = '\0';
+    }
+    return 1;
+}
+
+// Whether the section of this entry already stood at an earlier one.
+bool SectionSeen(const PROPERTIES& cList, Byte4Type b4Entry) {
+    const SoughtText cSection(cList.m_pachSections[b4Entry]);
+    for (Byte4Type b4 = 0; b4 < b4Entry; ++b4) {
+        if (cSection.Equals(cList.m_pachSections[b4])) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Writes the texts one after the other: 1 when all were taken.
+template <class... Texts>
+int PutTexts(char* pFile, Texts... pchTexts) {
+    return ((fwfputs(Text(pchTexts), pFile) >= 0) && ...);
+}
+
+// Writes the block of the section that the entry begins.
+int WriteSection(const PROPERTIES& cList, Byte4Type b4First, char* pFile) {
+    const char* const pchSection = cList.m_pachSections[b4First];
+    const SoughtText cSection(pchSection);
+    int iWritten = PutTexts(pFile, "\n[", pchSection, "]\n");
+    for (Byte4Type b4 = b4First; iWritten && b4 < cList.m_b2PropertyCount; ++b4) {
+        if (cSection.Equals(cList.m_pachSections[b4])) {
+            iWritten = PutTexts(pFile, cList.m_pachKeys[b4], "=", cList.m_pachValues[b4], "\n");
+        }
+    }
+    return iWritten;
+}
+
+} // namespace
+
+int PROPERTIES::ReadLine(char* pFile, char* pchBuffer, unsigned int uSize) {
+    NextLine(pFile, pchBuffer, uSize);
+    return 1;
+}
+
+int PROPERTIES::FindSection(char* pFile, char* pchSection) {
+    if (!pFile || !pchSection || fwstrlen(pchSection) > LongestSectionName) {
+        return 0;
+    }
+    char achHeader[LineSize];
+    fwsprintf(achHeader, "[%s]", pchSection);
+    char achLine[LineSize];
+    while (NextLine(pFile, achLine, LineSize) && fwstrcmp(achLine, achHeader) != 0) {
+    }
+    return fwstrcmp(achLine, achHeader) == 0;
+}
+
+int PROPERTIES::ReadConfig(char* pchFileName, char* pchSection) {
+    char* const pFile = pchFileName ? fwfopen(pchFileName, Text("r")) : nullptr;
+    if (!pFile) {
+        return 0;
+    }
+    const int iFound = FindSection(pFile, pchSection);
+    char achLine[LineSize];
+    while (iFound && NextLine(pFile, achLine, LineSize) && achLine[0] != '[') {
+        AddKeyValuePair(pchSection, achLine);
+    }
+    fwfclose(pFile);
+    return iFound;
+}
+
+int PROPERTIES::SaveConfig(char* pchFileName) {
+    if (m_b2PropertyCount == 0 || !pchFileName) {
+        return 0;
+    }
+    char* const pFile = fwfopen(pchFileName, Text("w"));
+    if (!pFile) {
+        return 0;
+    }
+    int iWritten = 1;
+    for (Byte4Type b4 = 0; iWritten && b4 < m_b2PropertyCount; ++b4) {
+        if (m_pachSections[b4][0] != '\0' && !SectionSeen(*this, b4)) {
+            iWritten = WriteSection(*this, b4, pFile);
+        }
+    }
+    iWritten &= fwflush(pFile) == 0;
+    iWritten &= fwfclose(pFile) == 0;
+    return iWritten;
+}
+
+} // namespace VESK

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+// The stream form of property lists and data objects.
+#include "fwlib/elements/qobject.h"
+#include "fwlib/internal/list.h"
+#include "fwlib/internal/record.h"
+#include "fwlib/properties/properties.h"
+#include "fwlib/streams/sread.h"
+#include "fwlib/streams/swrite.h"
+
+namespace VESK {
+
+namespace {
+
+constexpr const char* CountKey = "m_b2PropertyCount";
+
+} // namespace
+
+int PROPERTIES::Serialize(SWrite* pWriter) {
+    DecimalText cCount(Byte4Type{m_b2PropertyCount});
+    WriteRecord<PropertyLineSize>(*pWriter, CountKey, cCount.Begin(), cCount.Length());
+    for (Byte4Type b4 = 0; b4 < m_b2PropertyCount; ++b4) {
+        const char* const pchValue = m_pachValues[b4];
+        WriteRecord<PropertyLineSize>(*pWriter, m_pachKeys[b4], pchValue, std::strlen(pchValue));
+    }
+    return 1;
+}
+
+int PROPERTIES::Deserialize(SRead* pReader) {
+    char* pchLine = pReader->ReadLine();
+    char* const pchCount = pchLine ? SplitRecord(pchLine) : nullptr;
+    if (!pchCount) {
+        return 0;
+    }
+    const auto b2Count = static_cast<Byte2Type>(fwatoi(pchCount));
+    for (Byte4Type b4 = 0; b4 < b2Count; ++b4) {
+        pchLine = pReader->ReadLine();
+        char* const pchValue = pchLine ? SplitRecord(pchLine) : nullptr;
+        if (!pchValue) {
+            return 0;
+        }
+        SetProperty(pchLine, pchValue, Section::Standard);
+    }
+    return 1;
+}
+
+int QObject::Serialize(SWrite* pWriter) {
+    char achType[TypeTextSize];
+    m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType, nullptr, Section::Standard);
+    pWriter->WriteData(achType, static_cast<Byte4Type>(fwstrlen(achType)));
+    pWriter->WriteData(Text("\n"), 1);
+    return m_cProperties.Serialize(pWriter);
+}
+
+int QObject::Deserialize(SRead* pReader) {
+    m_cProperties.Deserialize(pReader);
+    return 1;
+}
+
+} // namespace VESK

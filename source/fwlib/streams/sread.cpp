@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "fwlib/streams/sread.h"
+
+#include "fwlib/internal/record.h"
+
+namespace VESK {
+
+namespace {
+
+constexpr unsigned char Decimal = 10;
+
+int ToSigned(char* pchText) {
+    return fwatoi(pchText);
+}
+
+unsigned int ToUnsigned(char* pchText) {
+    return static_cast<unsigned int>(fwstrtoul(pchText, nullptr, Decimal));
+}
+
+// The line is taken from the stream before anything else is looked at.
+template <class Value>
+int ReadNumber(SRead& cReader, Value* pValue, Value (*pConvert)(char*)) {
+    char* const pchLine = cReader.ReadLine();
+    char* const pchText = pchLine && pValue ? SplitRecord(pchLine) : nullptr;
+    if (!pchText) {
+        return 0;
+    }
+    *pValue = pConvert(pchText);
+    return 1;
+}
+
+template <class Wide, class Narrow>
+int ReadNarrow(SRead& cReader, Narrow* pValue) {
+    Wide Number;
+    if (!pValue || !cReader.Deserialize(&Number)) {
+        return 0;
+    }
+    *pValue = static_cast<Narrow>(Number);
+    return 1;
+}
+
+} // namespace
+
+SRead::SRead() = default;
+
+SRead::~SRead() = default;
+
+int SRead::Deserialize(int* piValue) {
+    return ReadNumber(*this, piValue, ToSigned);
+}
+
+int SRead::Deserialize(unsigned int* puValue) {
+    return ReadNumber(*this, puValue, ToUnsigned);
+}
+
+int SRead::Deserialize(short* psValue) {
+    return ReadNarrow<int>(*this, psValue);
+}
+
+int SRead::Deserialize(char* pchValue) {
+    return ReadNarrow<int>(*this, pchValue);
+}
+
+int SRead::Deserialize(unsigned short* pusValue) {
+    return ReadNarrow<unsigned int>(*this, pusValue);
+}
+
+int SRead::Deserialize(unsigned char* pbValue) {
+    return ReadNarrow<unsigned int>(*this, pbValue);
+}
+
+} // namespace VESK

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// SRead: an abstract stream of text lines being read.
+//
+// A concrete reader implements ReadLine; everything else is built on it. Each Deserialize takes the next line,
+// whatever its key says, and converts the text behind its first "=" by the rules of strtol (strtoul for the
+// unsigned ones), clamped to 32 bits. It answers 1, and 0 with the value untouched at the end of the stream, for
+// a line without "=" and for a null destination. One thread at a time.
+#ifndef FWLIB_STREAMS_SREAD_H
+#define FWLIB_STREAMS_SREAD_H
+
+#include "fwlib/export.h"
+#include "fwlib/types.h"
+
+namespace VESK {
+
+class FWLIB_EXPORT SRead {
+public:
+    SRead();
+    SRead(const SRead&) = delete;
+    SRead& operator=(const SRead&) = delete;
+
+    // The order of the virtual operations is part of the binary interface.
+    virtual ~SRead();
+
+    // The next line without its newline, or null at the end. The reader owns the line, which is valid until the
+    // next ReadLine and may be written to.
+    virtual char* ReadLine() = 0;
+
+    // A null destination still takes a line.
+    int Deserialize(int* piValue);
+    int Deserialize(unsigned int* puValue);
+
+    // The low bits of the number are stored. A null destination takes no line.
+    int Deserialize(short* psValue);
+    int Deserialize(char* pchValue);
+    int Deserialize(unsigned short* pusValue);
+    int Deserialize(unsigned char* pbValue);
+};
+
+} // namespace VESK
+
+#endif

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// The section, the keys and the type names that the library itself reads and writes, each once.
+// All are zero-terminated, constant, and passed as char* because the interfaces take char*.
+#ifndef FWLIB_TEXT_H
+#define FWLIB_TEXT_H
+
+namespace VESK {
+
+// Lends a constant text to an interface that takes char* but only reads it. Writing through the result is an
+// error: use it for section names, keys, values, type names, formats and paths, never for a buffer.
+constexpr char* Text(const char* pchText) {
+    return const_cast<char*>(pchText);
+}
+
+namespace Section {
+inline constexpr char* Standard = Text("Standard"); // everything the library itself reads and writes
+}
+
+namespace Key {
+inline constexpr char* EObjectType = Text("EObjectType");         // an element's class name
+inline constexpr char* QObjectType = Text("QObjectType");         // a data object's class name
+inline constexpr char* Name = Text("Name");                       // by which a pipeline finds an element
+inline constexpr char* Debug = Text("Debug");                     // trace level of an element or the framework
+inline constexpr char* TotalSourcePads = Text("TotalSourcePads"); // source pads an ETee or ESource creates
+inline constexpr char* Count = Text("Count");                     // number of an object sent by an ESource
+inline constexpr char* SinkElement = Text("SinkElement");         // a pipeline's element that runs
+inline constexpr char* SourceElement = Text("SourceElement");     // a pipeline's element that delivers
+inline constexpr char* SingleThreaded = Text("SingleThreaded");   // listed by the pipeline, never used
+} // namespace Key
+
+namespace Type {
+inline constexpr char* QObject = Text("QObject");
+inline constexpr char* EPipeline = Text("EPipeline");
+inline constexpr char* EDevNull = Text("EDevNull");
+inline constexpr char* EPassthrough = Text("EPassthrough");
+inline constexpr char* ETee = Text("ETee");
+inline constexpr char* ESource = Text("ESource");
+inline constexpr char* ESink = Text("ESink");
+inline constexpr char* ESerialize = Text("ESerialize");
+inline constexpr char* EDeserialize = Text("EDeserialize");
+} // namespace Type
+
+} // namespace VESK
+
+#endif
