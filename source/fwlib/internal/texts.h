@@ -85,12 +85,12 @@ class SoughtText {
 public:
     explicit SoughtText(const char* pchText) {
         char achWord[sizeof(TextWord)] = {};
-        std::size_t u = 0;
-        while (u < sizeof achWord && (achWord[u] = pchText[u]) != '\0') {
-            ++u;
+        const std::size_t uLength = std::strlen(pchText);
+        for (std::size_t u = 0; u < sizeof achWord && u < uLength; ++u) {
+            achWord[u] = pchText[u];
         }
         m_Word = FirstWord(achWord);
-        m_pchRest = u == sizeof achWord ? pchText + u : nullptr;
+        m_pchRest = uLength >= sizeof achWord ? pchText + sizeof achWord : nullptr;
     }
 
     bool Equals(const char* pchStored) const {
