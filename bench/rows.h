@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// A row of the report: an operation of the library beside a yardstick that does the same work by hand,
+// measured in the same run, and the largest ratio of the two that is allowed.
+#ifndef FWLIB_BENCH_ROWS_H
+#define FWLIB_BENCH_ROWS_H
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <functional>
+#include <string>
+
+using Measured = std::function<void(benchmark::State&)>;
+
+void AddRow(const std::string& Name, double dBar, const Measured& Library, const Measured& Yardstick);
+
+// Runs every row and prints the table. 1 when every ratio kept its bar.
+int RunRows(std::FILE* pReport);
+
+constexpr bool Wide = sizeof(void*) == 8;
+
+void AddDeliveryRows();
+void AddPropertyRows();
+void AddBuildingRows();
+
+// Sends 100 million objects and prints the resident memory before and after. 1 when it did not grow.
+int SendManyObjects(std::FILE* pReport);
+
+#endif
