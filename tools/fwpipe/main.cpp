@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// fwpipe: the host program for pipe files. Each subcommand is a file of its own.
+#include "command.h"
+#include "output.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+
+namespace {
+
+constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun};
+
+int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
+    const auto cNamed = cApp.get_subcommands();
+    const std::string cCommand = cNamed.empty() ? "" : cNamed.front()->get_name() + " ";
+    std::fprintf(stderr, "fwpipe: %s\nTry \"fwpipe %s--help\".\n", cError.what(), cCommand.c_str());
+    return FwPipe::ExitUsage;
+}
+
+} // namespace
+
+int main(int iArguments, char** ppchArguments) {
+    FwPipe::PrepareStreams();
+    CLI::App cApp("fwpipe runs the pipelines that pipe files describe.", "fwpipe");
+    cApp.set_version_flag("--version", "fwpipe " FWPIPE_VERSION);
+    cApp.require_subcommand(1);
+    cApp.footer("\"fwpipe COMMAND --help\" tells more, with examples.");
+    FwPipe::Action cChosen;
+    for (const FwPipe::AddCommand pAdd : Commands) {
+        pAdd(cApp, cChosen);
+    }
+    int iStatus = FwPipe::ExitDone;
+    try {
+        cApp.parse(iArguments, ppchArguments);
+    } catch (const CLI::Success& cHelp) {
+        cApp.exit(cHelp);
+    } catch (const CLI::ParseError& cError) {
+        return ReportUsage(cApp, cError);
+    }
+    if (cChosen) {
+        iStatus = cChosen();
+    }
+    return iStatus == FwPipe::ExitDone && !FwPipe::OutputArrived() ? FwPipe::ExitFailed : iStatus;
+}

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "output.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace FwPipe {
+
+void PrepareStreams() {
+    std::signal(SIGPIPE, SIG_IGN);
+    for (int iStream = STDIN_FILENO; iStream <= STDERR_FILENO; ++iStream) {
+        if (fcntl(iStream, F_GETFD) < 0) {
+            // Opened the wrong way round: using the stream fails as it would when it is closed.
+            open("/dev/null", iStream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+    if (isatty(STDOUT_FILENO)) {
+        // The stream would decide this at its first line, which may be one that is held back.
+        std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+    }
+}
+
+bool OutputArrived() {
+    errno = 0;
+    const int iFlushed = std::fflush(stdout);
+    if (iFlushed == 0 && !std::ferror(stdout)) {
+        return true;
+    }
+    const char* const pchReason = errno ? std::strerror(errno) : "an earlier write failed";
+    std::fprintf(stderr, "fwpipe: standard output could not be written: %s\n", pchReason);
+    return false;
+}
+
+HeldOutput::HeldOutput() : m_iHeld(memfd_create("fwpipe", MFD_CLOEXEC)), m_iOutput(-1) {
+    std::fflush(stdout);
+    if (m_iHeld >= 0) {
+        m_iOutput = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    }
+    if (m_iOutput >= 0 && dup2(m_iHeld, STDOUT_FILENO) < 0) {
+        close(m_iOutput);
+        m_iOutput = -1;
+    }
+}
+
+HeldOutput::~HeldOutput() {
+    if (m_iOutput >= 0) {
+        std::fflush(stdout);
+        std::clearerr(stdout); // what went wrong so far concerns the held lines
+        if (dup2(m_iOutput, STDOUT_FILENO) < 0) {
+            close(STDOUT_FILENO); // an error at the next line rather than lines that nobody sees
+        }
+        close(m_iOutput);
+    }
+    if (m_iHeld >= 0) {
+        close(m_iHeld);
+    }
+}
+
+bool HeldOutput::Holds() const {
+    return m_iOutput >= 0;
+}
+
+void HeldOutput::Show() const {
+    std::fflush(stdout);
+    char achPiece[4096];
+    off_t iFrom = 0;
+    ssize_t iLength;
+    while ((iLength = pread(m_iHeld, achPiece, sizeof achPiece, iFrom)) > 0) {
+        std::fwrite(achPiece, 1, static_cast<std::size_t>(iLength), stderr);
+        iFrom += iLength;
+    }
+}
+
+} // namespace FwPipe

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+// fwpipe run: builds a pipeline from a pipe file, initializes it and runs it, once, several times or until it
+// has nothing more to give.
+#include "command.h"
+#include "interrupt.h"
+#include "output.h"
+
+#include <fwlib/fwlib.h>
+
+#include <cerrno>
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <unistd.h>
+
+namespace FwPipe {
+
+namespace {
+
+struct Options {
+    std::string cFile;
+    std::string cConfig; // empty for none
+    unsigned long long ullRepeat = 1;
+    bool bDrain = false;
+    bool bQuiet = false;
+    bool bLoop = false; // --repeat or --drain was given
+};
+
+const char* const Examples = R"(Examples:
+  fwpipe run counter.pipe                    build, initialize, run once
+  fwpipe run --quiet counter.pipe > data     only what the elements print
+  fwpipe run --repeat 100 counter.pipe       a hundred runs of one pipeline
+  fwpipe run --drain replay.pipe             run until there is nothing more
+  fwpipe run --config lab.cfg counter.pipe   settings from sections named like the elements' types
+
+Exit status:
+  0         all went well; with --drain, also when a run answered 0
+  1         a step answered 0, an element reported an error, or standard output could not be written
+  2         wrong usage
+  130, 143  ended by SIGINT or SIGTERM: a loop ends after the current run, a second signal ends it at once
+)";
+
+int Build(Options& cOptions, VESK::EPipeline& cPipeline) {
+    char* const pchFile = cOptions.cFile.data();
+    return cOptions.cConfig.empty() ? cPipeline.BuildPipe(pchFile)
+                                    : cPipeline.BuildPipe(pchFile, 1, cOptions.cConfig.data());
+}
+
+// Some of the library's reasons for a failure are among the lines that are held back.
+int BuildQuietly(Options& cOptions, VESK::EPipeline& cPipeline) {
+    const HeldOutput cHeld;
+    if (!cHeld.Holds()) {
+        std::fprintf(stderr, "fwpipe: cannot hold back the progress lines: %s\n", std::strerror(errno));
+        return 0;
+    }
+    const int iBuilt = Build(cOptions, cPipeline);
+    if (!iBuilt) {
+        cHeld.Show();
+    }
+    return iBuilt;
+}
+
+// What a finished step means for the exit status: ExitDone to go on. A signal explains a failure, so it comes
+// first.
+int Judge(int iAnswer, bool bArrived, const std::string& cComplaint) {
+    if (Interrupt()) {
+        return ExitSignal + Interrupt();
+    }
+    if (!iAnswer) {
+        std::fprintf(stderr, "fwpipe: %s\n", cComplaint.c_str());
+    }
+    return iAnswer && bArrived ? ExitDone : ExitFailed;
+}
+
+int RunAll(const Options& cOptions, VESK::EPipeline& cPipeline) {
+    for (unsigned long long ull = 1; cOptions.bDrain || ull <= cOptions.ullRepeat; ++ull) {
+        const int iAnswer = cPipeline.Run();
+        const bool bDrained = cOptions.bDrain && !iAnswer;
+        const int iStatus = Judge(iAnswer || bDrained, OutputArrived(),
+                                  "run " + std::to_string(ull) + " of " + cOptions.cFile + " answered 0");
+        if (iStatus != ExitDone || bDrained) {
+            return iStatus;
+        }
+    }
+    return ExitDone;
+}
+
+int Steps(Options& cOptions, VESK::EPipeline& cPipeline) {
+    const int iBuilt = cOptions.bQuiet ? BuildQuietly(cOptions, cPipeline) : Build(cOptions, cPipeline);
+    int iStatus = Judge(iBuilt, OutputArrived(), "building " + cOptions.cFile + " failed");
+    if (iStatus == ExitDone) {
+        const int iInitialized = cPipeline.Initialize();
+        iStatus = Judge(iInitialized, OutputArrived(), "initializing " + cOptions.cFile + " failed");
+    }
+    return iStatus == ExitDone ? RunAll(cOptions, cPipeline) : iStatus;
+}
+
+int Run(Options& cOptions) {
+    if (cOptions.bLoop) {
+        CatchInterrupts();
+    }
+    VESK::FRAMEWORK cFramework;
+    int iStatus;
+    {
+        VESK::EPipeline cPipeline; // gone before the framework, which unloads the code of its elements
+        cPipeline.m_pFramework = &cFramework;
+        iStatus = Steps(cOptions, cPipeline);
+    }
+    if (iStatus == ExitDone && cFramework.m_bError) {
+        std::fprintf(stderr, "fwpipe: %s ran, but errors were reported\n", cOptions.cFile.c_str());
+        iStatus = ExitFailed;
+    }
+    return iStatus;
+}
+
+// The library passes over a configuration file that it cannot read; whoever names one here wants it read.
+std::string Unreadable(const std::string& cPath) {
+    const bool bReadable = access(cPath.c_str(), R_OK) == 0 && !std::filesystem::is_directory(cPath);
+    return bReadable ? "" : "cannot read " + cPath;
+}
+
+} // namespace
+
+void AddRun(CLI::App& cApp, Action& cChosen) {
+    const auto pOptions = std::make_shared<Options>();
+    CLI::App* const pRun =
+        cApp.add_subcommand("run", "Build a pipeline from a pipe file, initialize it and run it");
+    pRun->footer(Examples);
+    pRun->add_option("FILE", pOptions->cFile, "The pipe file")->required()->type_name("");
+    pRun->add_option("--config", pOptions->cConfig,
+                     "Fill each element from the section of FILE named like its type")
+        ->type_name("FILE")
+        ->check(CLI::Validator(Unreadable, ""));
+    CLI::Option* const pDrain = pRun->add_flag("--drain", pOptions->bDrain, "Run until the answer is 0");
+    CLI::Option* const pRepeat =
+        pRun->add_option("--repeat", pOptions->ullRepeat, "Run N times, or until the answer is 0")
+            ->type_name("N")
+            ->check(CLI::Validator(CLI::PositiveNumber).description(""))
+            ->excludes(pDrain);
+    pRun->add_flag("--quiet", pOptions->bQuiet,
+                   "Keep the progress lines of the build off standard output; a failed build shows them on "
+                   "standard error");
+    pRun->callback([pOptions, pDrain, pRepeat, &cChosen] {
+        pOptions->bLoop = pDrain->count() > 0 || pRepeat->count() > 0;
+        cChosen = [pOptions] { return Run(*pOptions); };
+    });
+}
+
+} // namespace FwPipe
