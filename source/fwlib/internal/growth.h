@@ -11,7 +11,7 @@ namespace VESK {
 constexpr Byte4Type GrowthStep = 16;
 constexpr Byte4Type LargestCapacity = 0x10000 - GrowthStep; // 65,520: the last step that a Byte2Type counts
 
-// Moves the table's entries into a block of uNewCapacity slots. 0 with the table as it was when memory is out.
+// Moves the table's entries into a block of b4NewCapacity slots. 0 with the table as it was when memory is out.
 template <class Entry>
 int Regrow(Entry*& pTable, Byte4Type b4Count, Byte4Type b4NewCapacity) {
     constexpr Byte4Type Size = sizeof(Entry);

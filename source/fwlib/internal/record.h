@@ -13,30 +13,38 @@ namespace VESK {
 constexpr std::size_t RecordSize = 256;        // a typed record that is composed without the heap
 constexpr std::size_t PropertyLineSize = 1024; // a property's line likewise
 
+// Writes a text whose length may pass what one WriteData call takes.
+inline void WriteText(SWrite& cWriter, const char* pchText, std::size_t uLength) {
+    while (uLength > UINT32_MAX) {
+        cWriter.WriteData(Text(pchText), UINT32_MAX);
+        pchText += UINT32_MAX;
+        uLength -= UINT32_MAX;
+    }
+    cWriter.WriteData(Text(pchText), static_cast<Byte4Type>(uLength));
+}
+
 // Composes the line in a buffer of Size bytes, or on the heap when it is longer, and writes it in one call. When
-// the memory for a longer line cannot be had the line goes out in its four pieces: it is whole all the same.
+// a longer line finds no memory, or is longer than one call takes, it goes out in pieces: it is whole all the same.
 template <std::size_t Size>
 void WriteRecord(SWrite& cWriter, const char* pchKey, const char* pchValue, std::size_t uValueLength) {
     const std::size_t uKeyLength = std::strlen(pchKey);
     const std::size_t uLength = uKeyLength + 1 + uValueLength + 1;
+    const auto b4Length = static_cast<Byte4Type>(uLength);
     char achLine[Size];
-    char* pchHeap = nullptr;
-    if (uLength >= Size) {
-        pchHeap = static_cast<char*>(fwmalloc(static_cast<Byte4Type>(uLength)));
-        if (!pchHeap) {
-            cWriter.WriteData(Text(pchKey), static_cast<Byte4Type>(uKeyLength));
-            cWriter.WriteData(Text("="), 1);
-            cWriter.WriteData(Text(pchValue), static_cast<Byte4Type>(uValueLength));
-            cWriter.WriteData(Text("\n"), 1);
-            return;
-        }
+    char* const pchHeap = uLength < Size || uLength > UINT32_MAX ? nullptr : static_cast<char*>(fwmalloc(b4Length));
+    char* const pchLine = uLength < Size ? achLine : pchHeap;
+    if (!pchLine) {
+        WriteText(cWriter, pchKey, uKeyLength);
+        WriteText(cWriter, "=", 1);
+        WriteText(cWriter, pchValue, uValueLength);
+        WriteText(cWriter, "\n", 1);
+        return;
     }
-    char* const pchLine = pchHeap ? pchHeap : achLine;
     std::memcpy(pchLine, pchKey, uKeyLength);
     pchLine[uKeyLength] = '=';
     std::memcpy(pchLine + uKeyLength + 1, pchValue, uValueLength);
     pchLine[uLength - 1] = '\n';
-    cWriter.WriteData(pchLine, static_cast<Byte4Type>(uLength));
+    cWriter.WriteData(pchLine, b4Length);
     fwfree(pchHeap);
 }
 

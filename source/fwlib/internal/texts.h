@@ -33,9 +33,11 @@ public:
     explicit DecimalText(int iValue) { Format(MagnitudeOf(iValue), iValue < 0); }
     explicit DecimalText(Byte4Type b4Value) { Format(b4Value, false); }
     explicit DecimalText(long long llValue) { Format(MagnitudeOf(llValue), llValue < 0); }
+    DecimalText(const DecimalText&) = delete;
+    DecimalText& operator=(const DecimalText&) = delete;
 
-    char* Begin() { return m_pchBegin; }
-    std::size_t Length() const { return static_cast<std::size_t>(m_achText + Size - 1 - m_pchBegin); }
+    const char* Begin() const { return m_achText + m_uBegin; }
+    std::size_t Length() const { return Size - 1 - m_uBegin; }
 
 private:
     static constexpr std::size_t Size = 22;
@@ -60,11 +62,11 @@ private:
         if (bNegative) {
             *--pch = '-';
         }
-        m_pchBegin = pch;
+        m_uBegin = static_cast<std::size_t>(pch - m_achText);
     }
 
     char m_achText[Size];
-    char* m_pchBegin;
+    std::size_t m_uBegin; // the text ends with the array
 };
 
 // A stored text lies in a block of whole words, the last one filled up with zero bytes, so that a comparison

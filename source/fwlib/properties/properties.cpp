@@ -27,7 +27,7 @@ char* StoreText(const char* pchText, std::size_t uLength) {
 
 namespace {
 
-// Appends an entry that the list does not hold: 1, or 0 with all as it was.
+// Appends an entry that the list does not hold: 1, or 0 with the entries and their count as they were.
 int AppendEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::size_t uLength,
                 const char* pchSection) {
     if (!MakeRoom(cList.m_b2PropertyCapacity, cList.m_b2PropertyCount, LargestCapacity, cList.m_pachKeys,
@@ -88,7 +88,7 @@ int GetConverted(const PROPERTIES& cList, const char* pchKey, Value* pValue, Val
     return pchText != nullptr;
 }
 
-int SetNumber(PROPERTIES& cList, const char* pchKey, DecimalText cText, const char* pchSection) {
+int SetNumber(PROPERTIES& cList, const char* pchKey, const DecimalText& cText, const char* pchSection) {
     return SetEntry(cList, pchKey, cText.Begin(), cText.Length(), pchSection);
 }
 
@@ -126,7 +126,7 @@ PROPERTIES::~PROPERTIES() {
     Reset();
 }
 
-void PROPERTIES::Reset() {
+int PROPERTIES::Reset() {
     for (Byte4Type b4 = 0; b4 < m_b2PropertyCount; ++b4) {
         fwfree(m_pachKeys[b4]);
         fwfree(m_pachValues[b4]);
@@ -137,6 +137,7 @@ void PROPERTIES::Reset() {
     fwfree(m_pachSections);
     m_pachKeys = m_pachValues = m_pachSections = nullptr;
     m_b2PropertyCapacity = m_b2PropertyCount = 0;
+    return 1;
 }
 
 Byte2Type PROPERTIES::GetNumberOfProperties() {

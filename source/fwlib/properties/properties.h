@@ -7,7 +7,7 @@
 // A pair of key and section stands at most once, entries keep the order in which they were first added, and a
 // list holds at most 65,520 of them. The list owns copies of all its texts and hands out none of them: callers
 // get copies in their own buffers. Operations answer 1 for success or for an entry found and 0 otherwise,
-// print nothing, and change nothing when memory is out. Keys and sections are zero-terminated; a null key or
+// print nothing, and leave the entries as they were when memory is out. Keys and sections are zero-terminated; a null key or
 // section finds nothing and stores nothing. One thread at a time.
 #ifndef FWLIB_PROPERTIES_PROPERTIES_H
 #define FWLIB_PROPERTIES_PROPERTIES_H
@@ -70,7 +70,7 @@ public:
     // Sets every entry of the other list here, in its order. Always answers 1.
     int Copy(PROPERTIES* pProperties);
 
-    void Reset(); // releases all: the list is as new
+    int Reset(); // releases all: the list is as new; 1
 
     // Configuration files: sections "[name]" with lines key=value, both taken to the letter, without trimming
     // or comments. Lines are read in pieces of at most 255 characters.
@@ -96,7 +96,8 @@ public:
     int Serialize(SWrite* pWriter);
     int Deserialize(SRead* pReader);
 
-    // The fields in their order are part of the binary interface. Only the list itself writes them.
+    // The fields in their order are part of the binary interface. Only the list itself writes them: its texts lie
+    // in blocks of whole 8-byte words, and its lookup counts on that.
     Byte2Type m_b2PropertyCapacity; // slots in each array; 0 while there are none
     Byte2Type m_b2PropertyCount;
     char** m_pachSections;

@@ -16,7 +16,7 @@ constexpr const char* CountKey = "m_b2PropertyCount";
 } // namespace
 
 int PROPERTIES::Serialize(SWrite* pWriter) {
-    DecimalText cCount(Byte4Type{m_b2PropertyCount});
+    const DecimalText cCount(Byte4Type{m_b2PropertyCount});
     WriteRecord<PropertyLineSize>(*pWriter, CountKey, cCount.Begin(), cCount.Length());
     for (Byte4Type b4 = 0; b4 < m_b2PropertyCount; ++b4) {
         const char* const pchValue = m_pachValues[b4];

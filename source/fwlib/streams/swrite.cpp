@@ -7,7 +7,7 @@ namespace VESK {
 
 namespace {
 
-int WriteNumber(SWrite& cWriter, const char* pchKey, DecimalText cNumber) {
+int WriteNumber(SWrite& cWriter, const char* pchKey, const DecimalText& cNumber) {
     WriteRecord<RecordSize>(cWriter, pchKey ? pchKey : "", cNumber.Begin(), cNumber.Length());
     return 1;
 }

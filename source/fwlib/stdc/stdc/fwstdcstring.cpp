@@ -182,7 +182,11 @@ int fwatoi(char* pchText) {
 
 long fwatol(char* pchText) {
     const long lValue = std::strtol(pchText, nullptr, 10);
-    return lValue > INT32_MAX ? INT32_MAX : lValue < INT32_MIN ? INT32_MIN : lValue;
+    if (lValue > INT32_MAX || lValue < INT32_MIN) { // only where a long is wider
+        errno = ERANGE;
+        return lValue > 0 ? INT32_MAX : INT32_MIN;
+    }
+    return lValue;
 }
 
 unsigned long fwstrtoul(char const* pchText, char** ppchEnd, unsigned char bBase) {

@@ -3,7 +3,7 @@
 //
 // A file handle is an open standard-library stream (what fopen returns) carried as char*; null stands for no
 // file. Only these functions use it as a stream; everybody else stores it and passes it on. A function without
-// a comment passes its arguments to the platform function of the same name and returns that one's answer
+// a comment passes its arguments to the platform function that its name names and returns that one's answer
 // unchanged; handles, buffers and texts must then be valid and not null. Each is as safe between threads as
 // the platform's.
 #ifndef FWLIB_STDC_STDC_FWSTDCSTRING_H
