@@ -10,8 +10,9 @@
 // its first value; 0 for the values when they come as a va_list.
 #define FWLIB_PRINTF(position, values) __attribute__((format(printf, position, values)))
 
-// A function called from inline code of a header on a road that is hardly ever taken. Without noplt a call of it
-// would make every caller in a 32-bit position-independent program set up a register for the procedure table.
+// A function called from inline code of a header on a road that is hardly ever taken. Without noplt a call of
+// it would make every caller in a 32-bit position-independent program set up a register for the procedure
+// table.
 #if defined(__clang__)
 #define FWLIB_COLD __attribute__((cold, noinline))
 #else

@@ -17,10 +17,10 @@ inline constexpr char* Standard = Text("Standard"); // everything the library it
 }
 
 namespace Key {
-inline constexpr char* EObjectType = Text("EObjectType");         // an element's class name
-inline constexpr char* QObjectType = Text("QObjectType");         // a data object's class name
-inline constexpr char* Name = Text("Name");                       // by which a pipeline finds an element
-inline constexpr char* Debug = Text("Debug");                     // trace level of an element or the framework
+inline constexpr char* EObjectType = Text("EObjectType"); // an element's class name
+inline constexpr char* QObjectType = Text("QObjectType"); // a data object's class name
+inline constexpr char* Name = Text("Name");               // by which a pipeline finds an element
+inline constexpr char* Debug = Text("Debug");             // trace level of an element or the framework
 inline constexpr char* TotalSourcePads = Text("TotalSourcePads"); // source pads an ETee or ESource creates
 inline constexpr char* Count = Text("Count");                     // number of an object sent by an ESource
 inline constexpr char* SinkElement = Text("SinkElement");         // a pipeline's element that runs

@@ -24,8 +24,8 @@ int EDevNull::DataArrived(QObject* pObject, Byte2Type b2Index) {
     }
     if (m_iDebug != 0) {
         char achType[TypeTextSize];
-        pObject->m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType, Text("[No QObject Type]"),
-                                           Section::Standard);
+        pObject->m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType,
+                                           Text("[No QObject Type]"), Section::Standard);
         Message(1, "DataArrived(%d): QObjectType = %s\n", b2Index, achType);
     }
     return 1;

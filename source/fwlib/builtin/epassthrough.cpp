@@ -20,7 +20,8 @@ int Deliver(EPassthrough& cElement, QObject* pObject) {
 struct Trace {
     Trace(EPassthrough& cElement, QObject& cObject) {
         cElement.m_cProperties.GetProperty(Key::Name, achName, sizeof achName, nullptr, Section::Standard);
-        cObject.m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType, nullptr, Section::Standard);
+        cObject.m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType, nullptr,
+                                          Section::Standard);
     }
 
     char achName[TypeTextSize];

@@ -55,8 +55,9 @@ EObject* (*const apElementCreators[])() = {Create<EObject, VESK::EDevNull>,
 
 char* const FWLibFactory::pchNames[2] = {Type::QObject, nullptr};
 
-char* const FWElementsFactory::pchNames[8] = {Type::EDevNull, Type::EPassthrough, Type::ETee,         Type::ESource,
-                                              Type::ESink,    Type::ESerialize,   Type::EDeserialize, nullptr};
+char* const FWElementsFactory::pchNames[8] = {
+    Type::EDevNull, Type::EPassthrough, Type::ETee,         Type::ESource,
+    Type::ESink,    Type::ESerialize,   Type::EDeserialize, nullptr};
 
 QObject* FWLibFactory::CreateQObject(char* pchType) {
     return CreateByName(pchNames, apObjectCreators, pchType);

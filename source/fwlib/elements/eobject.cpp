@@ -30,8 +30,14 @@ void DeletePads(Pad** ppPads, Byte2Type b2Count) {
 } // namespace
 
 EObject::EObject()
-    : m_pFramework(nullptr), m_iDebug(0), m_b2SinkPadCapacity(0), m_b2SinkPadCount(0), m_ppSinkPads(nullptr),
-      m_b2SourcePadCapacity(0), m_b2SourcePadCount(0), m_ppSourcePads(nullptr) {}
+    : m_pFramework(nullptr),
+      m_iDebug(0),
+      m_b2SinkPadCapacity(0),
+      m_b2SinkPadCount(0),
+      m_ppSinkPads(nullptr),
+      m_b2SourcePadCapacity(0),
+      m_b2SourcePadCount(0),
+      m_ppSourcePads(nullptr) {}
 
 EObject::~EObject() {
     ForgetElement(this);

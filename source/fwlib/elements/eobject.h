@@ -6,8 +6,8 @@
 // (its pads go with it). A concrete element sets "EObjectType" in its constructor, creates its pads in
 // Initialize, does its work in DataArrived, and overrides Run when it originates data.
 //
-// An object that arrives is lent for the call: the receiver may pass the same object on through its source pads,
-// and takes a Duplicate when it wants to keep one; it neither deletes it nor keeps the pointer.
+// An object that arrives is lent for the call: the receiver may pass the same object on through its source
+// pads, and takes a Duplicate when it wants to keep one; it neither deletes it nor keeps the pointer.
 // Everything runs on the caller's thread.
 #ifndef FWLIB_ELEMENTS_EOBJECT_H
 #define FWLIB_ELEMENTS_EOBJECT_H
@@ -44,8 +44,8 @@ public:
     EObject(const EObject&) = delete;
     EObject& operator=(const EObject&) = delete;
 
-    // Appends the pad, which the element then owns. 0 when memory is out or the list holds 65,520 pads: the pad
-    // stays the caller's.
+    // Appends the pad, which the element then owns. 0 when memory is out or the list holds 65,520 pads: the
+    // pad stays the caller's.
     int AddSinkPad(SINKPAD* pPad);
     int AddSourcePad(SOURCEPAD* pPad);
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // QObject: a data object, whose content is a property list. QEOF: the object that ends a stream.
 //
-// Whoever creates an object owns it. A class of its own names itself in "QObjectType", by which a reader creates
-// it again through the framework, and overrides Duplicate. A QEOF is told by GetEOF, never by its type name,
-// which is "QObject" too.
+// Whoever creates an object owns it. A class of its own names itself in "QObjectType", by which a reader
+// creates it again through the framework, and overrides Duplicate. A QEOF is told by GetEOF, never by its
+// type name, which is "QObject" too.
 #ifndef FWLIB_ELEMENTS_QOBJECT_H
 #define FWLIB_ELEMENTS_QOBJECT_H
 
@@ -28,8 +28,8 @@ public:
     virtual QObject* Duplicate();
 
     // The object in a stream: a line with the type name (at most 31 characters), then the property list.
-    // Both answer 1. Deserialize reads the list only, because whoever creates the object has read the type line;
-    // a stream that breaks off shows in the properties that arrived.
+    // Both answer 1. Deserialize reads the list only, because whoever creates the object has read the type
+    // line; a stream that breaks off shows in the properties that arrived.
     virtual int Serialize(SWrite* pWriter);
     virtual int Deserialize(SRead* pReader);
 

@@ -7,8 +7,8 @@
 #include "fwlib/types.h"
 
 // A plugin defines this function; including this header gives it its unmangled, exported name. The framework
-// calls it once for each time it loads the plugin. The factory stays the plugin's and must be valid as long as
-// the plugin is loaded. The library's own serves "QObject" and the built-in elements.
+// calls it once for each time it loads the plugin. The factory stays the plugin's and must be valid as long
+// as the plugin is loaded. The library's own serves "QObject" and the built-in elements.
 extern "C" FWLIB_EXPORT VESK::Factory* GetFactory();
 
 namespace VESK {

@@ -18,7 +18,7 @@ public:
     // The order of the virtual operations is part of the binary interface.
     virtual EObject* CreateElement(char* pchType) = 0;
     virtual QObject* CreateQObject(char* pchType) = 0;
-    virtual void* CreateObject(char* pchType) = 0; // of a kind that the plugin and its caller agree on
+    virtual void* CreateObject(char* pchType) = 0;     // of a kind that the plugin and its caller agree on
     virtual int Initialize(FRAMEWORK* pFramework) = 0; // told to each framework that loads the plugin
 
 protected:

@@ -37,7 +37,8 @@ struct Origin {
         PROPERTIES& cProperties = cElement.m_cProperties;
         cProperties.GetProperty(Key::EObjectType, achType, sizeof achType, Text("[No Element Type]"),
                                 Section::Standard);
-        cProperties.GetProperty(Key::Name, achName, sizeof achName, Text("[No Element Name]"), Section::Standard);
+        cProperties.GetProperty(Key::Name, achName, sizeof achName, Text("[No Element Name]"),
+                                Section::Standard);
     }
 
     char achType[TypeTextSize];

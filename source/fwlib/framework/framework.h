@@ -2,8 +2,9 @@
 // FRAMEWORK: the first object a host creates. It is the list of framework-wide settings, keeps the loaded
 // plugins, creates objects by type name, and writes the lines that elements report.
 //
-// It has no types of its own: the built-in ones come with AddPlugin("libfwlib.so"). Everything created through a
-// plugin must be gone before the framework, whose destructor unloads the plugins' code. One thread at a time.
+// It has no types of its own: the built-in ones come with AddPlugin("libfwlib.so"). Everything created
+// through a plugin must be gone before the framework, whose destructor unloads the plugins' code. One thread
+// at a time.
 #ifndef FWLIB_FRAMEWORK_FRAMEWORK_H
 #define FWLIB_FRAMEWORK_FRAMEWORK_H
 
@@ -20,14 +21,15 @@ public:
     FRAMEWORK();
     ~FRAMEWORK();
 
-    // Ask the plugins' factories in load order: the first answer wins and is owned by the caller. When there is
-    // none, "FRAMEWORK::<operation>: Could not instantiate: %s\n" goes to standard error and null comes back.
+    // Ask the plugins' factories in load order: the first answer wins and is owned by the caller. When there
+    // is none, "FRAMEWORK::<operation>: Could not instantiate: %s\n" goes to standard error and null comes
+    // back.
     EObject* CreateElement(char* pchType); // its m_pFramework is this framework
     QObject* CreateQObject(char* pchType);
     void* CreateObject(char* pchType);
 
-    // Trace lines on standard output: "type - name: " of an element, or "name: ", and the formatted text, which
-    // ends its own line. Nothing for null. The level is not examined here: EObject::Message filters.
+    // Trace lines on standard output: "type - name: " of an element, or "name: ", and the formatted text,
+    // which ends its own line. Nothing for null. The level is not examined here: EObject::Message filters.
     void Message(EObject* pElement, int iLevel, const char* pchFormat, va_list Values) FWLIB_PRINTF(4, 0);
     void Message(char* pchName, int iLevel, const char* pchFormat, va_list Values) FWLIB_PRINTF(4, 0);
 

@@ -83,7 +83,8 @@ int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
     const auto pEntry = reinterpret_cast<EntryPoint>(dlsym(m_pHandle, "GetFactory"));
     if (!pEntry || IsBorrowed(pEntry, m_pHandle)) {
         const char* const pchReason = pEntry ? nullptr : dlerror();
-        std::fprintf(stderr, "FWPLUGIN: dlsym() Error: %s\n", pchReason ? pchReason : "undefined symbol: GetFactory");
+        std::fprintf(stderr, "FWPLUGIN: dlsym() Error: %s\n",
+                     pchReason ? pchReason : "undefined symbol: GetFactory");
         return 0;
     }
     m_pFactory = pEntry();

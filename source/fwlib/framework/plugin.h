@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // PLUGIN: what supplies a framework with a factory. FWPLUGIN: one that is kept in a shared object.
 //
-// A plugin's shared object exports GetFactory (entry.h). The factory belongs to the shared object and is never
-// deleted; the shared object is closed when the plugin is destroyed.
+// A plugin's shared object exports GetFactory (entry.h). The factory belongs to the shared object and is
+// never deleted; the shared object is closed when the plugin is destroyed.
 #ifndef FWLIB_FRAMEWORK_PLUGIN_H
 #define FWLIB_FRAMEWORK_PLUGIN_H
 
@@ -39,8 +39,8 @@ public:
     explicit FWPLUGIN(char* pchPath);
     ~FWPLUGIN() override;
 
-    // Opens the shared object, obtains its factory and initializes it. Reports on standard error and answers 0
-    // when it cannot be opened, exports no GetFactory, or hands out no factory.
+    // Opens the shared object, obtains its factory and initializes it. Reports on standard error and answers
+    // 0 when it cannot be opened, exports no GetFactory, or hands out no factory.
     int Initialize(FRAMEWORK* pFramework) override;
 
     char m_achPath[PathSize]; // empty for a path that does not fit

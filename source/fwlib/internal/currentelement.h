@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The element that `property` and `config` lines of pipe files act on: one for each of the two building forms.
-// It stands here, below the pipeline, because an element that dies is forgotten by both.
+// The element that `property` and `config` lines of pipe files act on: one for each of the two building
+// forms. It stands here, below the pipeline, because an element that dies is forgotten by both.
 #ifndef FWLIB_INTERNAL_CURRENTELEMENT_H
 #define FWLIB_INTERNAL_CURRENTELEMENT_H
 

@@ -7,8 +7,8 @@
 
 namespace VESK {
 
-// Create pads of the element; source pads belong to pOwner, which may be null. 1, or 0 with a report when there
-// would be more than 65,520 or memory is out. What could not be added is deleted.
+// Create pads of the element; source pads belong to pOwner, which may be null. 1, or 0 with a report when
+// there would be more than 65,520 or memory is out. What could not be added is deleted.
 int CreateSinkPad(EObject& cElement);
 int CreateSourcePads(EObject& cElement, Byte4Type b4Count, EObject* pOwner);
 

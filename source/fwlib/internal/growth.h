@@ -11,7 +11,8 @@ namespace VESK {
 constexpr Byte4Type GrowthStep = 16;
 constexpr Byte4Type LargestCapacity = 0x10000 - GrowthStep; // 65,520: the last step that a Byte2Type counts
 
-// Moves the table's entries into a block of b4NewCapacity slots. 0 with the table as it was when memory is out.
+// Moves the table's entries into a block of b4NewCapacity slots. 0 with the table as it was when memory is
+// out.
 template <class Entry>
 int Regrow(Entry*& pTable, Byte4Type b4Count, Byte4Type b4NewCapacity) {
     constexpr Byte4Type Size = sizeof(Entry);
@@ -23,8 +24,8 @@ int Regrow(Entry*& pTable, Byte4Type b4Count, Byte4Type b4NewCapacity) {
     return 1;
 }
 
-// Makes room for one more entry in tables that grow together. 0 with the tables' entries, the capacity and the
-// count as they were when memory is out or the next step passes b4Largest.
+// Makes room for one more entry in tables that grow together. 0 with the tables' entries, the capacity and
+// the count as they were when memory is out or the next step passes b4Largest.
 template <class Counter, class Count, class... Entry>
 int MakeRoom(Counter& Capacity, Count Used, Byte4Type b4Largest, Entry*&... pTables) {
     const auto b4Used = static_cast<Byte4Type>(Used);

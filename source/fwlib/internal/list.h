@@ -9,7 +9,8 @@
 namespace VESK {
 
 // The index of the first of the list's first b4Count entries with this key and section, or b4Count.
-inline Byte4Type FindEntry(const PROPERTIES& cList, Byte4Type b4Count, const SoughtText& cKey, const char* pchSection) {
+inline Byte4Type FindEntry(const PROPERTIES& cList, Byte4Type b4Count, const SoughtText& cKey,
+                           const char* pchSection) {
     for (Byte4Type b4 = 0; b4 < b4Count; ++b4) {
         if (cKey.Equals(cList.m_pachKeys[b4]) && std::strcmp(cList.m_pachSections[b4], pchSection) == 0) {
             return b4;
@@ -25,7 +26,8 @@ inline const char* FindStandard(const PROPERTIES& cList, const SoughtText& cKey)
 }
 
 // PROPERTIES::SetProperty for a value of known length.
-int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::size_t uLength, const char* pchSection);
+int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::size_t uLength,
+             const char* pchSection);
 
 // PROPERTIES::Copy, but tells whether every entry of the source arrived.
 int MergeEntries(PROPERTIES& cTarget, const PROPERTIES& cSource);

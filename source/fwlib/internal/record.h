@@ -23,15 +23,17 @@ inline void WriteText(SWrite& cWriter, const char* pchText, std::size_t uLength)
     cWriter.WriteData(Text(pchText), static_cast<Byte4Type>(uLength));
 }
 
-// Composes the line in a buffer of Size bytes, or on the heap when it is longer, and writes it in one call. When
-// a longer line finds no memory, or is longer than one call takes, it goes out in pieces: it is whole all the same.
+// Composes the line in a buffer of Size bytes, or on the heap when it is longer, and writes it in one call.
+// When a longer line finds no memory, or is longer than one call takes, it goes out in pieces: it is whole
+// all the same.
 template <std::size_t Size>
 void WriteRecord(SWrite& cWriter, const char* pchKey, const char* pchValue, std::size_t uValueLength) {
     const std::size_t uKeyLength = std::strlen(pchKey);
     const std::size_t uLength = uKeyLength + 1 + uValueLength + 1;
     const auto b4Length = static_cast<Byte4Type>(uLength);
     char achLine[Size];
-    char* const pchHeap = uLength < Size || uLength > UINT32_MAX ? nullptr : static_cast<char*>(fwmalloc(b4Length));
+    char* const pchHeap =
+        uLength < Size || uLength > UINT32_MAX ? nullptr : static_cast<char*>(fwmalloc(b4Length));
     char* const pchLine = uLength < Size ? achLine : pchHeap;
     if (!pchLine) {
         WriteText(cWriter, pchKey, uKeyLength);

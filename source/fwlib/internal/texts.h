@@ -12,7 +12,7 @@
 
 namespace VESK {
 
-constexpr unsigned int TypeTextSize = 32; // a type or element name shown in a message
+constexpr unsigned int TypeTextSize = 32;  // a type or element name shown in a message
 constexpr unsigned int NameTextSize = 256; // an element's name, a file's name, a line of a pipe file
 
 // Copies at most uSize - 1 characters and terminates. The text may overlap the buffer.

@@ -55,8 +55,13 @@ char* const EPipeline::m_pachProperties[6] = {Key::EObjectType,   Key::Name,    
                                               Key::SourceElement, Key::SingleThreaded, nullptr};
 
 EPipeline::EPipeline()
-    : m_ppElements(nullptr), m_iElementCapacity(0), m_iElementCount(0), m_ppConnections(nullptr),
-      m_b2ConnectionCapacity(0), m_b2ConnectionCount(0), m_pSinkElement(nullptr) {
+    : m_ppElements(nullptr),
+      m_iElementCapacity(0),
+      m_iElementCount(0),
+      m_ppConnections(nullptr),
+      m_b2ConnectionCapacity(0),
+      m_b2ConnectionCount(0),
+      m_pSinkElement(nullptr) {
     m_cProperties.SetProperty(m_pachProperties[TypeProperty], Type::EPipeline, Section::Standard);
 }
 
@@ -148,7 +153,8 @@ int EPipeline::AddElement(EObject* pElement) {
 
 int EPipeline::Connect(char* pchSource, Byte2Type b2SourcePad, char* pchSink, Byte2Type b2SinkPad) {
     CONNECTION cConnection = {0, b2SourcePad, 0, b2SinkPad};
-    if (!FindElement(pchSource, &cConnection.b2SourceElement) || !FindElement(pchSink, &cConnection.b2SinkElement)) {
+    if (!FindElement(pchSource, &cConnection.b2SourceElement) ||
+        !FindElement(pchSink, &cConnection.b2SinkElement)) {
         return 0;
     }
     auto* const pConnection = new (std::nothrow) CONNECTION(cConnection);

@@ -2,10 +2,11 @@
 // EPipeline: an element that contains other elements, connects them and runs them.
 //
 // It owns its elements. Its sink pads are those of the inner element named by its property "SinkElement", its
-// source pads those of the one named by "SourceElement", and its Run is the sink element's Run. So a pipeline is
-// an element of another pipeline: objects go straight to the inner elements' pads. It is filled by the operations
-// below or from a pipe file; then Initialize is called once, and Run as often as wanted. Elements are addressed
-// by their index, the order in which they were added; they are never removed. One thread at a time.
+// source pads those of the one named by "SourceElement", and its Run is the sink element's Run. So a pipeline
+// is an element of another pipeline: objects go straight to the inner elements' pads. It is filled by the
+// operations below or from a pipe file; then Initialize is called once, and Run as often as wanted. Elements
+// are addressed by their index, the order in which they were added; they are never removed. One thread at a
+// time.
 #ifndef FWLIB_PIPELINE_EPIPELINE_H
 #define FWLIB_PIPELINE_EPIPELINE_H
 
@@ -30,11 +31,12 @@ public:
 
     ~EPipeline() override; // deletes the elements in their order
 
-    // Initializes every element in order, wires the connections, finds the sink element. 0 at the first element
-    // that answers 0, or when a connection names a pad that is not there, which standard error tells.
+    // Initializes every element in order, wires the connections, finds the sink element. 0 at the first
+    // element that answers 0, or when a connection names a pad that is not there, which standard error tells.
     int Initialize() override;
 
-    int DataArrived(QObject* pObject, Byte2Type b2Index) override; // 0: nothing is delivered to the pipeline itself
+    int DataArrived(QObject* pObject,
+                    Byte2Type b2Index) override; // 0: nothing is delivered to the pipeline itself
     int Run() override; // the answer of the sink element's Run; 0 with a report when there is none
 
     // Forwarded to the element that the property names at the time of the call; 0 or null when there is none.
@@ -50,22 +52,22 @@ public:
     virtual int GetElementProperty(char* pchElement, char* pchKey, char* pchBuffer, Byte2Type b2Size);
     virtual int GetElementProperty(char* pchElement, char* pchKey, Byte2Type* pb2Value);
 
-    // Appends the element, which the pipeline then owns. 0 for null, when memory is out, and at 65,535 elements:
-    // the element stays the caller's.
+    // Appends the element, which the pipeline then owns. 0 for null, when memory is out, and at 65,535
+    // elements: the element stays the caller's.
     virtual int AddElement(EObject* pElement);
 
-    // Records a connection from a source pad to a sink pad; the pads are looked for by Initialize. 0 when a name
-    // is unknown, when memory is out, and at 65,520 connections.
+    // Records a connection from a source pad to a sink pad; the pads are looked for by Initialize. 0 when a
+    // name is unknown, when memory is out, and at 65,520 connections.
     virtual int Connect(char* pchSource, Byte2Type b2SourcePad, char* pchSink, Byte2Type b2SinkPad);
 
     // Stores the index of the first element of that name; names take part with their first 255 characters.
     int FindElement(char* pchName, Byte2Type* pb2Index);
 
-    // Builds from a pipe file (docs/pipe-language.md). Needs m_pFramework. 1 when every line succeeded; the first
-    // line that fails ends the build, and what the lines before it did stays. The second form, when b2ReadConfig
-    // is not 0, fills every element it creates from the section of pchConfigFile named like the element's type.
-    // Two builds of a process must not run at the same time: `property` and `config` lines act on the element
-    // that the same form created last, in whatever pipeline.
+    // Builds from a pipe file (docs/pipe-language.md). Needs m_pFramework. 1 when every line succeeded; the
+    // first line that fails ends the build, and what the lines before it did stays. The second form, when
+    // b2ReadConfig is not 0, fills every element it creates from the section of pchConfigFile named like the
+    // element's type. Two builds of a process must not run at the same time: `property` and `config` lines
+    // act on the element that the same form created last, in whatever pipeline.
     int BuildPipe(char* pchPath);
     int BuildPipe(char* pchPath, Byte2Type b2ReadConfig, char* pchConfigFile);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The pipe file language. Both building forms run the same code and differ in a Build: whether elements are filled
-// from a configuration file, and which current element they share.
+// The pipe file language. Both building forms run the same code and differ in a Build: whether elements are
+// filled from a configuration file, and which current element they share.
 #include "fwlib/pipeline/epipeline.h"
 
 #include "fwlib/framework/framework.h"
@@ -150,11 +150,10 @@ struct PipeKey {
 };
 
 constexpr PipeKey PipeKeys[] = {
-    {"plugin", 1, PluginLine}, {"fwprop", 2, FrameworkPropertyLine},
-    {"pipe", 1, PipeLine},     {"element", 1, ElementLine},
-    {"property", 2, PropertyLine}, {"sink", 1, SinkLine},
-    {"source", 1, SourceLine}, {"connect", 4, ConnectLine},
-    {"config", 2, ConfigLine}, {nullptr, 0, nullptr},
+    {"plugin", 1, PluginLine},   {"fwprop", 2, FrameworkPropertyLine}, {"pipe", 1, PipeLine},
+    {"element", 1, ElementLine}, {"property", 2, PropertyLine},        {"sink", 1, SinkLine},
+    {"source", 1, SourceLine},   {"connect", 4, ConnectLine},          {"config", 2, ConfigLine},
+    {nullptr, 0, nullptr},
 };
 
 unsigned int CountTokens(char** ppchTokens) {
@@ -183,15 +182,15 @@ int ExecuteLine(const Build& cBuild, char** ppchTokens) {
         return 0;
     }
     if (uTokens - 1 < pKey->uArguments) {
-        std::fprintf(stderr, "Missing arguments of %s: %u needed, %u given.\n", pKey->pchKeyword, pKey->uArguments,
-                     uTokens - 1);
+        std::fprintf(stderr, "Missing arguments of %s: %u needed, %u given.\n", pKey->pchKeyword,
+                     pKey->uArguments, uTokens - 1);
         return 0;
     }
     return pKey->pAction(cBuild, ppchTokens + 1);
 }
 
-// Splits the line in place at blanks and tabs into a vector closed by null. What goes beyond the vector counts as
-// one token more than a line may hold.
+// Splits the line in place at blanks and tabs into a vector closed by null. What goes beyond the vector
+// counts as one token more than a line may hold.
 void SplitLine(char* pchLine, char* (&apchTokens)[TokenSlots]) {
     unsigned int u = 0;
     char* pch = pchLine;

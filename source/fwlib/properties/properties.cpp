@@ -61,8 +61,8 @@ int ReplaceValue(PROPERTIES& cList, Byte4Type b4Index, const char* pchValue, std
 }
 
 // SetEntry, when any entry of that key and section stands among the first b4Searched.
-int SetAmong(PROPERTIES& cList, Byte4Type b4Searched, const char* pchKey, const char* pchValue, std::size_t uLength,
-             const char* pchSection) {
+int SetAmong(PROPERTIES& cList, Byte4Type b4Searched, const char* pchKey, const char* pchValue,
+             std::size_t uLength, const char* pchSection) {
     const Byte4Type b4Index = FindEntry(cList, b4Searched, SoughtText(pchKey), pchSection);
     return b4Index < b4Searched ? ReplaceValue(cList, b4Index, pchValue, uLength)
                                 : AppendEntry(cList, pchKey, pchValue, uLength, pchSection);
@@ -79,8 +79,8 @@ char* FindValue(const PROPERTIES& cList, const char* pchKey, const char* pchSect
 
 // Every typed getter: the converted value when the key is there, else the default.
 template <class Value, class Convert>
-int GetConverted(const PROPERTIES& cList, const char* pchKey, Value* pValue, Value Default, const char* pchSection,
-                 Convert convert) {
+int GetConverted(const PROPERTIES& cList, const char* pchKey, Value* pValue, Value Default,
+                 const char* pchSection, Convert convert) {
     char* const pchText = FindValue(cList, pchKey, pchSection);
     if (pValue) {
         *pValue = pchText ? static_cast<Value>(convert(pchText)) : Default;
@@ -119,7 +119,10 @@ int MergeEntries(PROPERTIES& cTarget, const PROPERTIES& cSource) {
 }
 
 PROPERTIES::PROPERTIES()
-    : m_b2PropertyCapacity(0), m_b2PropertyCount(0), m_pachSections(nullptr), m_pachKeys(nullptr),
+    : m_b2PropertyCapacity(0),
+      m_b2PropertyCount(0),
+      m_pachSections(nullptr),
+      m_pachKeys(nullptr),
       m_pachValues(nullptr) {}
 
 PROPERTIES::~PROPERTIES() {
@@ -156,7 +159,8 @@ int PROPERTIES::FindProperty(char* pchKey, Byte2Type* pb2Index, char* pchSection
     return 1;
 }
 
-int PROPERTIES::GetProperty(char* pchKey, char* pchBuffer, Byte2Type b2Length, char* pchDefault, char* pchSection) {
+int PROPERTIES::GetProperty(char* pchKey, char* pchBuffer, Byte2Type b2Length, char* pchDefault,
+                            char* pchSection) {
     const char* const pchValue = FindValue(*this, pchKey, pchSection);
     if (pchBuffer && b2Length > 0) {
         CopyBounded(pchBuffer, b2Length, pchValue ? pchValue : pchDefault ? pchDefault : "");

@@ -5,10 +5,10 @@
 // Values are texts; the typed overloads convert at the call. Keys and sections compare byte for byte. The
 // system itself reads and writes the section "Standard" only; other sections come from configuration files.
 // A pair of key and section stands at most once, entries keep the order in which they were first added, and a
-// list holds at most 65,520 of them. The list owns copies of all its texts and hands out none of them: callers
-// get copies in their own buffers. Operations answer 1 for success or for an entry found and 0 otherwise,
-// print nothing, and leave the entries as they were when memory is out. Keys and sections are zero-terminated; a null key or
-// section finds nothing and stores nothing. One thread at a time.
+// list holds at most 65,520 of them. The list owns copies of all its texts and hands out none of them:
+// callers get copies in their own buffers. Operations answer 1 for success or for an entry found and 0
+// otherwise, print nothing, and leave the entries as they were when memory is out. Keys and sections are
+// zero-terminated; a null key or section finds nothing and stores nothing. One thread at a time.
 #ifndef FWLIB_PROPERTIES_PROPERTIES_H
 #define FWLIB_PROPERTIES_PROPERTIES_H
 
@@ -29,8 +29,8 @@ public:
     // Stores the entry's index, or leaves it alone and answers 0.
     int FindProperty(char* pchKey, Byte2Type* pb2Index, char* pchSection);
 
-    // Copies the value, cut to b2Length - 1 characters and terminated; the default when the key is missing, the
-    // empty text when that is null too. b2Length is the buffer's size in bytes, at least 1.
+    // Copies the value, cut to b2Length - 1 characters and terminated; the default when the key is missing,
+    // the empty text when that is null too. b2Length is the buffer's size in bytes, at least 1.
     int GetProperty(char* pchKey, char* pchBuffer, Byte2Type b2Length, char* pchDefault, char* pchSection);
 
     // Convert the value as fwatoi does (white space, sign, digits up to the first other character, 0 without
@@ -40,7 +40,8 @@ public:
     int GetProperty(char* pchKey, unsigned int* puValue, unsigned int uDefault, char* pchSection);
     int GetProperty(char* pchKey, Byte2Type* pb2Value, Byte2Type b2Default, char* pchSection);
     int GetProperty(char* pchKey, long long* pllValue, long long llDefault, char* pchSection);
-    int GetProperty(char* pchKey, unsigned long long* pullValue, unsigned long long ullDefault, char* pchSection);
+    int GetProperty(char* pchKey, unsigned long long* pullValue, unsigned long long ullDefault,
+                    char* pchSection);
     int GetProperty(char* pchKey, void** ppValue, void* pDefault, char* pchSection);
 
     // The value's length in characters, 65,535 for longer ones; untouched when the key is missing.
@@ -75,29 +76,30 @@ public:
     // Configuration files: sections "[name]" with lines key=value, both taken to the letter, without trimming
     // or comments. Lines are read in pieces of at most 255 characters.
 
-    // The next line, without its newline; the empty text at the end of the file. uSize is the buffer's size in
-    // bytes. Always answers 1.
+    // The next line, without its newline; the empty text at the end of the file. uSize is the buffer's size
+    // in bytes. Always answers 1.
     int ReadLine(char* pFile, char* pchBuffer, unsigned int uSize);
 
     // Reads on to just behind the section's header; 0 when the file ends before it.
     int FindSection(char* pFile, char* pchSection);
 
-    // Sets the entries of the file's first section of that name, filed under that name. 0 when the file cannot
-    // be read, holds no such section, or the name is longer than 253 characters.
+    // Sets the entries of the file's first section of that name, filed under that name. 0 when the file
+    // cannot be read, holds no such section, or the name is longer than 253 characters.
     int ReadConfig(char* pchFileName, char* pchSection);
 
-    // Writes all entries, a block for each section; those of the section "" are left out. 0 for an empty list,
-    // which leaves the file alone, and when the file could not be written whole.
+    // Writes all entries, a block for each section; those of the section "" are left out. 0 for an empty
+    // list, which leaves the file alone, and when the file could not be written whole.
     int SaveConfig(char* pchFileName);
 
     // The list in an object stream: a count line, then a line key=value for each entry, without sections.
-    // Writing hands each line to one WriteData call and answers 1. Reading sets every entry in "Standard", keeps
-    // what is there, and answers 0 when the stream ends or a line holds no "=", with the entries before it set.
+    // Writing hands each line to one WriteData call and answers 1. Reading sets every entry in "Standard",
+    // keeps what is there, and answers 0 when the stream ends or a line holds no "=", with the entries before
+    // it set.
     int Serialize(SWrite* pWriter);
     int Deserialize(SRead* pReader);
 
-    // The fields in their order are part of the binary interface. Only the list itself writes them: its texts lie
-    // in blocks of whole 8-byte words, and its lookup counts on that.
+    // The fields in their order are part of the binary interface. Only the list itself writes them: its texts
+    // lie in blocks of whole 8-byte words, and its lookup counts on that.
     Byte2Type m_b2PropertyCapacity; // slots in each array; 0 while there are none
     Byte2Type m_b2PropertyCount;
     char** m_pachSections;

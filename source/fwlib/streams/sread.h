@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // SRead: an abstract stream of text lines being read.
 //
-// A concrete reader implements ReadLine; everything else is built on it. Each Deserialize takes the next line,
-// whatever its key says, and converts the text behind its first "=" by the rules of strtol (strtoul for the
-// unsigned ones), clamped to 32 bits. It answers 1, and 0 with the value untouched at the end of the stream, for
-// a line without "=" and for a null destination. One thread at a time.
+// A concrete reader implements ReadLine; everything else is built on it. Each Deserialize takes the next
+// line, whatever its key says, and converts the text behind its first "=" by the rules of strtol (strtoul for
+// the unsigned ones), clamped to 32 bits. It answers 1, and 0 with the value untouched at the end of the
+// stream, for a line without "=" and for a null destination. One thread at a time.
 #ifndef FWLIB_STREAMS_SREAD_H
 #define FWLIB_STREAMS_SREAD_H
 
@@ -22,8 +22,8 @@ public:
     // The order of the virtual operations is part of the binary interface.
     virtual ~SRead();
 
-    // The next line without its newline, or null at the end. The reader owns the line, which is valid until the
-    // next ReadLine and may be written to.
+    // The next line without its newline, or null at the end. The reader owns the line, which is valid until
+    // the next ReadLine and may be written to.
     virtual char* ReadLine() = 0;
 
     // A null destination still takes a line.

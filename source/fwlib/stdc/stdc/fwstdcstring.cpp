@@ -220,7 +220,8 @@ long fwgetclockspersec() {
 void fwassert(Byte4Type b4Expression) {
     if (!b4Expression) {
         // The place is a fixed text: what reads these reports knows this line by it.
-        __assert_fail("b4Expression", "source/fwlib/stdc/stdc/fwstdcstring", 71, "void VESK::fwassert(Byte4Type)");
+        __assert_fail("b4Expression", "source/fwlib/stdc/stdc/fwstdcstring", 71,
+                      "void VESK::fwassert(Byte4Type)");
     }
 }
 

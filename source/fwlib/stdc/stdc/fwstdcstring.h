@@ -2,10 +2,10 @@
 // The portability layer: the platform's files, memory and texts under names that begin with fw.
 //
 // A file handle is an open standard-library stream (what fopen returns) carried as char*; null stands for no
-// file. Only these functions use it as a stream; everybody else stores it and passes it on. A function without
-// a comment passes its arguments to the platform function that its name names and returns that one's answer
-// unchanged; handles, buffers and texts must then be valid and not null. Each is as safe between threads as
-// the platform's.
+// file. Only these functions use it as a stream; everybody else stores it and passes it on. A function
+// without a comment passes its arguments to the platform function that its name names and returns that one's
+// answer unchanged; handles, buffers and texts must then be valid and not null. Each is as safe between
+// threads as the platform's.
 #ifndef FWLIB_STDC_STDC_FWSTDCSTRING_H
 #define FWLIB_STDC_STDC_FWSTDCSTRING_H
 
@@ -24,8 +24,8 @@ FWLIB_EXPORT int fwflush(char* pFile);
 FWLIB_EXPORT int fwfeof(char* pFile);
 FWLIB_EXPORT long fwftell(char* pFile);
 
-// Moves the position by iOffset bytes from the start (origin 0), from where it stands (1) or from the end (any
-// other origin). Answers 1 when it moved and 0 when it could not: the opposite sense of fseek.
+// Moves the position by iOffset bytes from the start (origin 0), from where it stands (1) or from the end
+// (any other origin). Answers 1 when it moved and 0 when it could not: the opposite sense of fseek.
 FWLIB_EXPORT int fwfseek(char* pFile, int iOffset, unsigned char bOrigin);
 
 // Answer the number of whole items transferred.
@@ -51,8 +51,8 @@ FWLIB_EXPORT void* fwmalloc(unsigned int uSize);
 FWLIB_EXPORT void fwfree(void* pBlock); // null is ignored
 
 // Moves the caller's block *ppBlock into a fresh one of uNewSize bytes, keeping the first bytes up to the
-// smaller size; bytes beyond uOldSize are not cleared. A null block is only allocated. Answers 1, or 0 with the
-// caller's block as it was when ppBlock is null or memory could not be had.
+// smaller size; bytes beyond uOldSize are not cleared. A null block is only allocated. Answers 1, or 0 with
+// the caller's block as it was when ppBlock is null or memory could not be had.
 FWLIB_EXPORT int fwrealloc(void** ppBlock, unsigned int uOldSize, unsigned int uNewSize);
 FWLIB_EXPORT void* fwmemcpy(void* pTarget, void* pSource, int iCount);
 FWLIB_EXPORT void* fwmemset(void* pTarget, char chValue, int iCount);
