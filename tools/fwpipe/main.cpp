@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <string>
 
 namespace {
 
@@ -13,7 +14,11 @@ constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun};
 int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
     const auto cNamed = cApp.get_subcommands();
     const std::string cCommand = cNamed.empty() ? "" : cNamed.front()->get_name() + " ";
-    std::fprintf(stderr, "fwpipe: %s\nTry \"fwpipe %s--help\".\n", cError.what(), cCommand.c_str());
+    const auto cUnknown = cApp.remaining();
+    const std::string cComplaint = cNamed.empty() && !cUnknown.empty()
+                                       ? "unknown command or option: " + cUnknown.front()
+                                       : cError.what();
+    std::fprintf(stderr, "fwpipe: %s\nTry \"fwpipe %s--help\".\n", cComplaint.c_str(), cCommand.c_str());
     return FwPipe::ExitUsage;
 }
 

@@ -122,6 +122,12 @@ std::string Unreadable(const std::string& cPath) {
     return bReadable ? "" : "cannot read " + cPath;
 }
 
+std::string NotACount(const std::string& cText) {
+    const bool bCount = cText.find_first_not_of("0123456789") == std::string::npos && !cText.empty() &&
+                        cText.front() != '0' && cText.size() <= 18;
+    return bCount ? "" : cText + " is not a whole number from 1 to 999999999999999999";
+}
+
 } // namespace
 
 void AddRun(CLI::App& cApp, Action& cChosen) {
@@ -138,7 +144,7 @@ void AddRun(CLI::App& cApp, Action& cChosen) {
     CLI::Option* const pRepeat =
         pRun->add_option("--repeat", pOptions->ullRepeat, "Run N times, or until the answer is 0")
             ->type_name("N")
-            ->check(CLI::Validator(CLI::PositiveNumber).description(""))
+            ->check(CLI::Validator(NotACount, ""))
             ->excludes(pDrain);
     pRun->add_flag("--quiet", pOptions->bQuiet,
                    "Keep the progress lines of the build off standard output; a failed build shows them on "

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+// A plugin with one element. Build it against the installed library, from the project's root:
+//   cmake --install build/release --prefix build/installed
+//   cmake -S examples/plugin -B build/plugin -DCMAKE_PREFIX_PATH="$PWD/build/installed"
+//   cmake --build build/plugin
+// and run it as examples/plugin/countdown.pipe says.
+//
+// ECountdown: sends one object a run, whose property "Count" goes down to 1; then a run answers 0.
+//   sink pads     none
+//   source pads   1
+//   properties    "Start" in section "Standard", else in section "ECountdown", else 3: the first count
+//                 "Debug" from 1: tells each count, and at the end how many there were
+#include <fwlib/fwlib.h>
+
+#include <new>
+
+namespace {
+
+namespace Section = VESK::Section;
+
+char* const TypeName = VESK::Text("ECountdown");
+char* const StartKey = VESK::Text("Start");
+constexpr int DefaultStart = 3;
+
+class ECountdown : public VESK::EObject {
+public:
+    ECountdown() { m_cProperties.SetProperty(VESK::Key::EObjectType, TypeName, Section::Standard); }
+
+    ~ECountdown() override { Message(1, "%d objects sent\n", m_iSent); }
+
+    int Initialize() override {
+        EObject::Initialize(); // the debug level
+        if (!m_cProperties.GetProperty(StartKey, &m_iNext, DefaultStart, Section::Standard)) {
+            m_cProperties.GetProperty(StartKey, &m_iNext, DefaultStart, TypeName);
+        }
+        auto* const pPad = new (std::nothrow) VESK::SOURCEPAD(this);
+        const int iAdopted = pPad && AddSourcePad(pPad);
+        if (!iAdopted) {
+            delete pPad;
+        }
+        return iAdopted;
+    }
+
+    int DataArrived(VESK::QObject*, VESK::Byte2Type) override { return 0; } // there is no sink pad
+
+    int Run() override {
+        if (m_iNext < 1) {
+            return 0;
+        }
+        Message(1, "%d\n", m_iNext);
+        VESK::QObject cObject;
+        cObject.m_cProperties.SetProperty(VESK::Key::Count, m_iNext, Section::Standard);
+        --m_iNext;
+        ++m_iSent;
+        return GetSourcePad(0)->Push(&cObject);
+    }
+
+private:
+    int m_iNext = 0;
+    int m_iSent = 0;
+};
+
+class CountdownFactory : public VESK::LibraryFactory {
+public:
+    VESK::EObject* CreateElement(char* pchType) override {
+        return VESK::fwstrcmp(pchType, TypeName) == 0 ? new (std::nothrow) ECountdown : nullptr;
+    }
+};
+
+CountdownFactory cFactory;
+
+} // namespace
+
+VESK::Factory* GetFactory() {
+    return &cFactory;
+}
