@@ -1,0 +1,29 @@
+# SPDX-License-Identifier: MIT
+# What `cmake --install` lays down. Nothing in it knows the prefix, so the installed tree may be moved.
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/fwlib)
+set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(DIRECTORY source/fwlib DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+  FILES_MATCHING PATTERN "*.h" PATTERN internal EXCLUDE)
+install(TARGETS fwlib EXPORT fwlib)
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+if(TARGET fwpipe)
+  file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(fwpipe PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
+  install(TARGETS fwpipe)
+endif()
+
+# The library needs no other package, so the list of targets is the whole configuration. While the major
+# version is 0, a minor one may break.
+install(EXPORT fwlib FILE fwlibConfig.cmake NAMESPACE fwlib:: DESTINATION ${package_dir})
+write_basic_package_version_file(fwlibConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/fwlibConfigVersion.cmake DESTINATION ${package_dir})
+
+file(RELATIVE_PATH pc_to_lib ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_FULL_LIBDIR})
+file(RELATIVE_PATH pc_to_include ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+file(RELATIVE_PATH pc_to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+configure_file(packaging/fwlib.pc.in fwlib.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/fwlib.pc DESTINATION ${pkgconfig_dir})

@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Usage: surface.sh LIBRARY SYMBOLS
+# What the library shows the linker: exactly the listed names, a soname, and no need beyond the compiler's runtime.
+# In the list "va_list" stands for what the width makes of it. Names and libraries that sanitizers add are no
+# part of the surface.
+set -euo pipefail
+export LC_ALL=C
+library=$1 symbols=$2 failed=0
+
+if readelf -h "$library" | grep -q ELF64; then va_list='__va_list_tag*'; else va_list='char*'; fi
+
+if ! diff -u --label "$symbols" --label "exported" \
+    <(grep -v '^#' "$symbols" | sed "s/va_list/$va_list/" | sort -u) \
+    <(nm -D --defined-only -C "$library" | sed -E 's/^[0-9a-f]+ . //; /^__odr_asan/d' | sort -u); then
+    echo "the exported names differ from the list"
+    failed=1
+fi
+if ! sort -cu <(grep -v '^#' "$symbols"); then
+    echo "the list is not sorted"
+    failed=1
+fi
+
+dynamic=$(readelf -d "$library")
+needed=$(sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' <<<"$dynamic")
+if strange=$(grep -Ev '^(lib(c|m|stdc\+\+|gcc_s|asan|ubsan)|ld-linux.*)\.so\.[0-9]+$' <<<"$needed"); then
+    echo "needs more than the compiler's runtime: $strange"
+    failed=1
+fi
+if ! grep -q '(SONAME).*\[libfwlib\.so\.[0-9]\+\]' <<<"$dynamic"; then
+    echo "has no soname"
+    failed=1
+fi
+exit "$failed"
