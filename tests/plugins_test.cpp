@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "support/capture.h"
+#include "support/support.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+using namespace VESK;
+
+namespace {
+
+char* const Own = Text("libfwlib.so");
+char* const Good = Text(FWLIB_TEST_PLUGINS "/good.so");
+
+bool IsLoaded(const char* path) {
+    void* const handle = dlopen(path, RTLD_NOW | RTLD_NOLOAD);
+    if (handle) {
+        dlclose(handle);
+    }
+    return handle != nullptr;
+}
+
+TEST(Plugins, WhatCannotBeLoadedIsReportedAndClosedAgain) {
+    const std::string symbol = "FWPLUGIN: dlsym() Error: ", open = "FWPLUGIN: dlopen() Error: ";
+    const struct {
+        std::string path, begin, part; // how the report begins, and what else it holds
+    } failures[] = {
+        {FWLIB_TEST_PLUGINS "/nofactory.so", symbol, "undefined symbol: GetFactory"},
+        {FWLIB_TEST_PLUGINS "/nofactory_linked.so", symbol, "undefined symbol: GetFactory"},
+        {FWLIB_TEST_PLUGINS "/nullfactory.so", "FWPLUGIN: Error: Could not get factory.\n", ""},
+        {FWLIB_TEST_PLUGINS "/missing.so", open, "missing.so: cannot open shared object file"},
+        {FWLIB_TEST_CASES, open, ""},
+        {"", open, ""},
+        {std::string(255, 'x'), open, ""},
+        {std::string(256, 'x'), open, ""},
+        {std::string(5000, 'x'), open, ""},
+    };
+    FRAMEWORK framework;
+    for (const auto& failure : failures) {
+        int answer = -1;
+        const Output output = Captured([&] { answer = framework.AddPlugin(Text(failure.path.c_str())); });
+        EXPECT_EQ(answer, 0);
+        EXPECT_EQ(output.out, "");
+        EXPECT_EQ(output.err.substr(0, failure.begin.size()), failure.begin);
+        EXPECT_NE(output.err.find(failure.part), std::string::npos) << output.err;
+        EXPECT_EQ(output.err.find('\n'), output.err.size() - 1) << output.err;
+        EXPECT_TRUE(failure.path.empty() || !IsLoaded(failure.path.c_str())) << failure.path;
+    }
+    EXPECT_EQ(framework.m_b2PluginCount + framework.m_b2PluginCapacity, 0);
+    EXPECT_EQ(framework.m_bError, 0);
+}
+
+TEST(Plugins, TheLibraryServesItsOwnTypes) {
+    FRAMEWORK framework;
+    ASSERT_EQ(framework.AddPlugin(Own), 1);
+    EObject* const element = framework.CreateElement(Type::ETee);
+    ASSERT_NE(dynamic_cast<ETee*>(element), nullptr);
+    EXPECT_EQ(element->m_pFramework, &framework);
+    EXPECT_EQ(Entries(element->m_cProperties), "Standard.EObjectType=ETee");
+    delete element;
+    QObject* const object = framework.CreateQObject(Type::QObject);
+    ASSERT_NE(object, nullptr);
+    EXPECT_EQ(object->GetEOF(), 0);
+    delete object;
+    EXPECT_EQ(Captured([&] {
+                  EXPECT_EQ(framework.CreateQObject(Type::ETee), nullptr);
+                  EXPECT_EQ(framework.CreateQObject(Text("QEOF")), nullptr);
+                  EXPECT_EQ(framework.CreateElement(Type::EPipeline), nullptr);
+                  EXPECT_EQ(framework.CreateElement(Text("etee")), nullptr);
+                  EXPECT_EQ(framework.CreateElement(nullptr), nullptr);
+                  EXPECT_EQ(framework.CreateObject(Type::QObject), nullptr);
+              }).err,
+              "FRAMEWORK::CreateQObject: Could not instantiate: ETee\n"
+              "FRAMEWORK::CreateQObject: Could not instantiate: QEOF\n"
+              "FRAMEWORK::CreateElement: Could not instantiate: EPipeline\n"
+              "FRAMEWORK::CreateElement: Could not instantiate: etee\n"
+              "FRAMEWORK::CreateElement: Could not instantiate: (null)\n"
+              "FRAMEWORK::CreateObject: Could not instantiate: QObject\n");
+}
+
+// The type of the "ESink" that a framework creates after adding the plugins in order.
+std::string SinkOf(std::initializer_list<char*> paths) {
+    FRAMEWORK framework;
+    for (char* path : paths) {
+        framework.AddPlugin(path);
+    }
+    EObject* const element = framework.CreateElement(Type::ESink);
+    const std::string entries = element ? Entries(element->m_cProperties) : "null";
+    delete element;
+    return entries;
+}
+
+TEST(Plugins, TheOneAddedFirstWinsAndAllAreClosed) {
+    EXPECT_EQ(SinkOf({Own, Good}), "Standard.EObjectType=ESink");
+    EXPECT_EQ(SinkOf({Good, Own}), "Standard.EObjectType=GoodSink");
+    EXPECT_FALSE(IsLoaded(Good));
+    {
+        FRAMEWORK framework;
+        EXPECT_EQ(framework.AddPlugin(Good) + framework.AddPlugin(Good), 2);
+        EXPECT_EQ(framework.m_b2PluginCount, 2);
+        EXPECT_EQ(Entries(framework), "Standard.GoodInitialized=2"); // once for each addition
+        EXPECT_NE(framework.CreateObject(Text("Extra")), nullptr);
+        PLUGIN* const plugin = framework.LoadPlugin(Good);
+        ASSERT_NE(plugin, nullptr);
+        EXPECT_EQ(plugin->m_pFramework, &framework);
+        EXPECT_EQ(plugin->GetFactory(), framework.m_ppPlugins[0]->GetFactory());
+        EXPECT_STREQ(static_cast<FWPLUGIN*>(plugin)->m_achPath, Good);
+        EXPECT_EQ(framework.m_b2PluginCount, 2);
+        delete plugin;
+        EXPECT_TRUE(IsLoaded(Good));
+    }
+    EXPECT_FALSE(IsLoaded(Good));
+}
+
+TEST(Plugins, TheTableGrowsInOrderUpToItsLimit) {
+    FRAMEWORK framework;
+    for (int i = 0; i < 17; ++i) {
+        EXPECT_EQ(framework.AddPlugin(i % 2 ? Own : Good), 1);
+        EXPECT_EQ(framework.m_b2PluginCapacity, i < 16 ? 16 : 32);
+    }
+    for (int i = 0; i < 17; ++i) {
+        EXPECT_EQ(framework.m_ppPlugins[i]->m_pFactory, framework.m_ppPlugins[i % 2]->m_pFactory) << i;
+    }
+    EXPECT_NE(framework.m_ppPlugins[0]->m_pFactory, framework.m_ppPlugins[1]->m_pFactory);
+    FRAMEWORK full; // its slots hold no plugin, because loading so many takes long
+    full.m_ppPlugins = static_cast<PLUGIN**>(fwmalloc(65520 * sizeof(PLUGIN*)));
+    fwmemset(full.m_ppPlugins, 0, static_cast<int>(65520 * sizeof(PLUGIN*)));
+    full.m_b2PluginCapacity = 65520;
+    full.m_b2PluginCount = 65519;
+    EXPECT_EQ(full.AddPlugin(Own), 1);
+    EXPECT_EQ(full.AddPlugin(Good), 0);
+    EXPECT_EQ(full.m_b2PluginCount, 65520);
+}
+
+} // namespace
