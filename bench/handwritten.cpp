@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "handwritten.h"
 
+Forwarder::Forwarder() : pSource(new SourceEnd) {}
+
 int Forwarder::Arrived(void* pObject, unsigned short) {
-    return cSource.Push(pObject);
+    return pSource->Push(pObject);
 }
 
 unsigned short Forwarder::EndCount() {
@@ -10,6 +12,18 @@ unsigned short Forwarder::EndCount() {
 }
 
 SourceEnd* Forwarder::End(unsigned short b2Position) {
+    return b2Position < 1 ? pSource.get() : nullptr;
+}
+
+int FlatForwarder::Arrived(void* pObject, unsigned short) {
+    return cSource.Push(pObject);
+}
+
+unsigned short FlatForwarder::EndCount() {
+    return 1;
+}
+
+SourceEnd* FlatForwarder::End(unsigned short b2Position) {
     return b2Position < 1 ? &cSource : nullptr;
 }
 

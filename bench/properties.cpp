@@ -47,8 +47,7 @@ struct Filled {
 
 // What a caller passes in; the compiler knows nothing about the text.
 char* Opaque(std::string& Text) {
-    char* pch = Text.data();
-    benchmark::DoNotOptimize(pch);
+    char* volatile pch = Text.data();
     return pch;
 }
 
@@ -105,7 +104,7 @@ void BareInteger(benchmark::State& cState, Filled& cFilled) {
         if (pchFound) {
             iValue = static_cast<int>(std::strtol(pchFound, nullptr, 10));
         }
-        benchmark::DoNotOptimize(iValue);
+        benchmark::DoNotOptimize(&iValue);
         benchmark::ClobberMemory();
     }
 }
@@ -205,7 +204,7 @@ public:
                 ++pText;
             }
         }
-        benchmark::DoNotOptimize(apTables);
+        benchmark::DoNotOptimize(&apTables);
         benchmark::ClobberMemory();
         for (int i = 0; i < DuplicatedEntries; ++i) {
             for (void** const pTable : apTables) {

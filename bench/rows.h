@@ -17,8 +17,6 @@ void AddRow(const std::string& Name, double dBar, const Measured& Library, const
 // Runs every row and prints the table. 1 when every ratio kept its bar.
 int RunRows(std::FILE* pReport);
 
-constexpr bool Wide = sizeof(void*) == 8;
-
 void AddDeliveryRows();
 void AddPropertyRows();
 void AddBuildingRows();
