@@ -10,13 +10,10 @@
 // its first value; 0 for the values when they come as a va_list.
 #define FWLIB_PRINTF(position, values) __attribute__((format(printf, position, values)))
 
-// A function called from inline code of a header on a road that is hardly ever taken. Without noplt a call of
-// it would make every caller in a 32-bit position-independent program set up a register for the procedure
-// table.
-#if defined(__clang__)
-#define FWLIB_COLD __attribute__((cold, noinline))
-#else
-#define FWLIB_COLD __attribute__((cold, noinline, noplt))
-#endif
+// An inline function of a header on a road that is hardly ever taken, which every program and every shared
+// object keeps as its own. It stands between inline code and an exported function: a 32-bit
+// position-independent program sets up a register before it calls through the procedure table, and would do
+// so on the common road too.
+#define FWLIB_COLD __attribute__((cold, noinline, visibility("hidden")))
 
 #endif

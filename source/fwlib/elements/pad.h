@@ -43,7 +43,7 @@ public:
     int Push(QObject* pObject) {
         SINKPAD* const pSinkPad = m_pSinkPad;
         if (!pSinkPad) {
-            return BrokenPipe();
+            return ReportUnconnected();
         }
         EObject* const pReceiver = pSinkPad->m_pElement;
         if (!pReceiver) {
@@ -55,7 +55,8 @@ public:
     SINKPAD* m_pSinkPad; // lent; assigned by whoever connects, null while unconnected
 
 private:
-    FWLIB_COLD int BrokenPipe(); // the report of Push, out of its way
+    FWLIB_COLD int ReportUnconnected() { return BrokenPipe(); }
+    int BrokenPipe(); // the report of Push: 0
 };
 
 } // namespace VESK
