@@ -8,23 +8,23 @@
 
 #include <initializer_list>
 
-namespace VESK {
+namespace VESK __attribute__((visibility("hidden"))) {
 
-struct CurrentElement {
-    EObject* pcCurrentElement; // lent; null when there is none
-};
+    struct CurrentElement {
+        EObject* pcCurrentElement; // lent; null when there is none
+    };
 
-extern CurrentElement cPlainBuild;      // of building without a configuration file
-extern CurrentElement cConfiguredBuild; // of building with one
+    extern CurrentElement cPlainBuild;      // of building without a configuration file
+    extern CurrentElement cConfiguredBuild; // of building with one
 
-inline void ForgetElement(const EObject* pElement) {
-    for (CurrentElement* pCurrent : {&cPlainBuild, &cConfiguredBuild}) {
-        if (pCurrent->pcCurrentElement == pElement) {
-            pCurrent->pcCurrentElement = nullptr;
+    inline void ForgetElement(const EObject* pElement) {
+        for (CurrentElement* pCurrent : {&cPlainBuild, &cConfiguredBuild}) {
+            if (pCurrent->pcCurrentElement == pElement) {
+                pCurrent->pcCurrentElement = nullptr;
+            }
         }
     }
-}
 
-} // namespace VESK
+} // namespace )
 
 #endif
