@@ -224,7 +224,11 @@ TEST(Builtin, SinkPrintsAndOnlySourcesRun) {
               "EObject::Run: Should not be called: ESink.\n");
     ESource source;
     Bench second(source);
-    EXPECT_EQ(Captured([&] { EXPECT_EQ(source.Run(), 0); }).out, ""); // no pad: nothing to send through
+    EXPECT_EQ(Captured([&] { EXPECT_EQ(source.Run(), 0); }), // no pad: nothing to send through
+              (Output{"", "ERROR: ESource - tap: Run(): No source pad\n"}));
+    Set(source.m_cProperties, "TotalSourcePads", "-1");
+    EXPECT_EQ(Captured([&] { EXPECT_EQ(source.Initialize(), 0); }),
+              (Output{"", "ERROR: ESource - tap: Initialize(): 65535 source pads are more than 65520\n"}));
 }
 
 } // namespace

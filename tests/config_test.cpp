@@ -26,6 +26,7 @@ TEST(Config, ReadsTheFirstBlockOfTheSectionToTheLetter) {
         {"[Standard]\na=1\r\n", "Standard", 1, "Standard.a=1\r"},
         {" [Standard]\n[Standard] \n[standard]\na=1\n", "Standard", 0, ""},
         {"a=1\n[Camera]", "Camera", 1, ""},
+        {"[S]\na=1\nb=2", "S", 1, "S.a=1 S.b=2"}, // the last line need not end
         {"", "Standard", 0, ""},
         {"[]\na=1\n", "", 1, ".a=1"},
         {"[S]\n" + key250 + "=" + Repeated(4, 'v') + "\nb=1\n", "S", 1, "S." + key250 + "=vvvv S.b=1"},

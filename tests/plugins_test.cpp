@@ -30,10 +30,10 @@ TEST(Plugins, WhatCannotBeLoadedIsReportedAndClosedAgain) {
         {FWLIB_TEST_PLUGINS "/nullfactory.so", "FWPLUGIN: Error: Could not get factory.\n", ""},
         {FWLIB_TEST_PLUGINS "/missing.so", open, "missing.so: cannot open shared object file"},
         {FWLIB_TEST_CASES, open, ""},
-        {"", open, ""},
-        {std::string(255, 'x'), open, ""},
-        {std::string(256, 'x'), open, ""},
-        {std::string(5000, 'x'), open, ""},
+        {"", open, "empty or longer"},
+        {std::string(255, 'x'), open, "cannot open shared object file"},
+        {std::string(256, 'x'), open, "longer than 255 characters"},
+        {std::string(5000, 'x'), open, "longer than 255 characters"},
     };
     FRAMEWORK framework;
     for (const auto& failure : failures) {
@@ -46,6 +46,7 @@ TEST(Plugins, WhatCannotBeLoadedIsReportedAndClosedAgain) {
         EXPECT_EQ(output.err.find('\n'), output.err.size() - 1) << output.err;
         EXPECT_TRUE(failure.path.empty() || !IsLoaded(failure.path.c_str())) << failure.path;
     }
+    Captured([&] { EXPECT_EQ(framework.AddPlugin(nullptr), 0); });
     EXPECT_EQ(framework.m_b2PluginCount + framework.m_b2PluginCapacity, 0);
     EXPECT_EQ(framework.m_bError, 0);
 }

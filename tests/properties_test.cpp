@@ -41,11 +41,16 @@ TEST(Properties, NullsAndMissingEntriesLeaveEverythingAsItWas) {
     EXPECT_EQ(list.FindProperty(nullptr, &number, Standard), 0);
     EXPECT_EQ(list.FindProperty(Key::Name, nullptr, Standard), 0);
     EXPECT_EQ(list.FindProperty(Key::Name, &number, Text("standard")), 0);
+    EXPECT_EQ(
+        list.FindProperty(Key::Name, &number, nullptr) + list.SetProperty(Key::Name, Text("x"), nullptr), 0);
     EXPECT_EQ(list.GetPropertyLength(Key::Debug, &number, Standard), 0);
     EXPECT_EQ(number, 77);
     EXPECT_EQ(list.GetPropertyLength(Key::Name, &number, Standard), 1);
     EXPECT_EQ(number, 0);
     EXPECT_EQ(Entries(list), "Standard.Name=");
+    Set(list, "Name", std::string(70000, 'x').c_str());
+    EXPECT_EQ(list.GetPropertyLength(Key::Name, &number, Standard), 1);
+    EXPECT_EQ(number, 65535);
 }
 
 // Sets texts at random, with keys that share their first seven, eight and nine characters, and compares with
@@ -200,7 +205,7 @@ TEST(Properties, CopyReplacesInPlaceAndAppendsInOrder) {
     Set(target, "a", "0");
     EXPECT_EQ(target.Copy(&source), 1);
     EXPECT_EQ(Entries(target), "Standard.x=9 Standard.a=1 Standard.b=2 Camera.a=3");
-    EXPECT_EQ(target.Copy(&target), 1);
+    EXPECT_EQ(target.Copy(&target) + target.Copy(nullptr), 2);
     EXPECT_EQ(Entries(target), "Standard.x=9 Standard.a=1 Standard.b=2 Camera.a=3");
     EXPECT_EQ(Entries(source), "Standard.b=2 Standard.a=1 Camera.a=3");
 }

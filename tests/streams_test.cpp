@@ -12,16 +12,18 @@ TEST(Streams, EveryTypeIsWrittenAsOneDecimalRecord) {
     MemoryWrite writer;
     int answers = writer.Serialize(Text("i"), INT_MIN);
     answers += writer.Serialize(Text(""), 7);
+    answers += writer.Serialize(nullptr, 7);
     answers += writer.Serialize(Text("n"), static_cast<short>(-1));
     answers += writer.Serialize(Text("n"), static_cast<unsigned short>(65535));
     answers += writer.Serialize(Text("c"), static_cast<char>(0xC8));
     answers += writer.Serialize(Text("c"), static_cast<unsigned char>(0xC8));
     answers += writer.Serialize(Text("u"), UINT_MAX);
     answers += writer.Serialize(Text(std::string(400, 'k').c_str()), 1);
-    EXPECT_EQ(answers, 8);
+    EXPECT_EQ(answers, 9);
     const std::vector<std::string> pieces = {
-        "i=-2147483648\n", "=7\n",    "n=-1\n",         "n=65535\n",
-        "c=-56\n",         "c=200\n", "u=4294967295\n", std::string(400, 'k') + "=1\n"};
+        "i=-2147483648\n", "=7\n",           "=7\n",
+        "n=-1\n",          "n=65535\n",      "c=-56\n",
+        "c=200\n",         "u=4294967295\n", std::string(400, 'k') + "=1\n"};
     EXPECT_EQ(writer.pieces, pieces);
 }
 
@@ -113,6 +115,10 @@ TEST(Streams, AnObjectIsItsTypeAndItsList) {
     MemoryWrite empty;
     object.Serialize(&empty);
     EXPECT_EQ(empty.All(), "\nm_b2PropertyCount=0\n");
+    Set(object.m_cProperties, "a\nb", "c\nd"); // written as it is: the format has no escape
+    MemoryWrite broken;
+    object.Serialize(&broken);
+    EXPECT_EQ(broken.All(), "\nm_b2PropertyCount=1\na\nb=c\nd\n");
 }
 
 TEST(Streams, ABrokenListKeepsWhatArrived) {
