@@ -5,12 +5,14 @@
 #   cmake        the consumer, which finds the CMake package
 #   pkgconfig    the consumer, compiled by hand with what pkg-config says
 #   fwpipe       the installed tool
+#   examples     the host program and the plugin, built as their own comments say
 # None of them is told where the library lies: "plugin libfwlib.so" has to find it.
 set -euo pipefail
 unset LD_LIBRARY_PATH
 consumer=$(cd "$(dirname "$0")" && pwd)/consumer
 road=$1 stage=$2 work=$3 compiler=$4
 shift 4
+flags=$*
 rm -rf "$work" && mkdir -p "$work"
 
 # Runs a command from the root folder and wants this last line from it.
@@ -21,11 +23,14 @@ expect() {
     [ "$last" = "$wanted" ] || { echo "wanted \"$wanted\", got \"$last\"" && exit 1; }
 }
 
+build() { # SOURCE FOLDER
+    cmake -S "$1" -B "$2" -DCMAKE_PREFIX_PATH="$stage" -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags"
+    cmake --build "$2"
+}
+
 case $road in
 cmake)
-    cmake -S "$consumer" -B "$work" -DCMAKE_PREFIX_PATH="$stage" \
-        -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$*"
-    cmake --build "$work"
+    build "$consumer" "$work"
     expect "consumer: 1000 objects" "$work/consumer" "$consumer/consumer.pipe"
     ;;
 pkgconfig)
@@ -47,6 +52,15 @@ sink numbers
 connect numbers 0 printer 0
 PIPE
     expect "ESink::DataArrived: QObject" "$stage/bin/fwpipe" run --quiet "$work/print.pipe"
+    ;;
+examples)
+    root=$(cd "$(dirname "$0")/../.." && pwd)
+    check=$root/tests/examples/check_example.sh
+    build "$root/examples/host" "$work/host"
+    "$check" examples/host/sum.cpp "$work/host/sum"
+    build "$root/examples/plugin" "$work/plugin"
+    "$check" examples/plugin/countdown.pipe "$stage/bin/fwpipe" \
+        "build/plugin/libcountdown.so=$work/plugin/libcountdown.so"
     ;;
 *)
     echo "no such road: $road"
