@@ -11,6 +11,7 @@ plugin=$(realpath "$3")
 box=$(mktemp -d)
 trap 'rm -rf "$box"' EXIT
 cd "$box" || exit 1
+ulimit -t 100 # seconds, should a loop that is to be ended go on
 failures=0
 
 fail() {
@@ -116,10 +117,14 @@ quiet() {
     check 1 '' $'Processing pipe file: noline.pipe\n*\nUnknown token conect\nfwpipe: building noline.pipe failed' \
         run --quiet noline.pipe
     check 1 '' $'*No sink or source pad\nfwpipe: initializing nopad.pipe failed' run --quiet nopad.pipe
+    # What is held must not take the place of a stream that is closed, or showing it there has no end.
+    timeout 5 "$fwpipe" run --quiet noline.pipe >out 2>&-
+    [[ $? == 1 && ! -s out ]] || fail "--quiet 2>&-"
 }
 
 # start ARGUMENT...: runs in the background, as $runner, until it has told the build.
 start() {
+    : >out # or the lines of the run before would be taken for this one's
     "$fwpipe" "$@" >out 2>err </dev/null &
     runner=$!
     local tries=0
@@ -155,8 +160,8 @@ signals() {
     kill -TERM "$runner"
     sleep 0.3
     kill -0 "$runner" || fail "a run was ended by the first signal"
-    kill -TERM "$runner"
-    ended 143 'Connecting *'
+    kill -INT "$runner"
+    ended 130 'Connecting *'
     start run forever.pipe
     kill -TERM "$runner"
     ended 143 'Connecting *'

@@ -23,7 +23,7 @@ void Remember(int iSignal) {
 void CatchInterrupts() {
     struct sigaction Action = {};
     Action.sa_handler = Remember;
-    Action.sa_flags = static_cast<int>(SA_RESETHAND); // and no SA_RESTART: a read that waits must end
+    Action.sa_flags = 0; // no SA_RESTART: a read that waits must end
     for (const int iSignal : Signals) {
         sigaddset(&Action.sa_mask, iSignal);
     }
