@@ -1,4 +1,4 @@
-#!/bin/bash
+#!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # check_example.sh EXAMPLE PROGRAM [PATH=FILE...]
 #

@@ -1,4 +1,4 @@
-#!/bin/bash
+#!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # fwpipe_test.sh GROUP FWPIPE PLUGIN: exit statuses, messages and streams of fwpipe. PLUGIN is the built
 # examples/plugin; the last lines name the groups. Pipe files are made in a scratch folder, which is also the
