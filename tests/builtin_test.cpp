@@ -11,25 +11,20 @@ namespace {
 TEST(Builtin, FactoriesKnowTheirNamesOnly) {
     FACTORY::FWElementsFactory elements;
     FACTORY::FWLibFactory objects;
-    const char* const names[] = {"EDevNull", "EPassthrough", "ETee", "ESource", "ESink"};
-    for (std::size_t u = 0; u < std::size(names); ++u) {
-        EXPECT_STREQ(FACTORY::FWElementsFactory::pchNames[u], names[u]);
-        EObject* const element = elements.CreateElement(Text(names[u]));
-        ASSERT_NE(element, nullptr);
-        EXPECT_EQ(Entries(element->m_cProperties), std::string("Standard.EObjectType=") + names[u]);
-        EXPECT_EQ(element->GetSinkPadCount() + element->GetSourcePadCount(), 0);
-        EXPECT_EQ(element->m_pFramework, nullptr);
-        delete element;
+    std::string names;
+    for (char* const* name = FACTORY::FWElementsFactory::pchNames; *name; ++name) {
+        names += *name + std::string(" ");
+        if (std::string(*name).find("erialize") == std::string::npos) {
+            EObject* const element = elements.CreateElement(*name);
+            EXPECT_EQ(Entries(element->m_cProperties), std::string("Standard.EObjectType=") + *name);
+            EXPECT_EQ(element->GetSinkPadCount() + element->GetSourcePadCount(), 0);
+            delete element;
+        }
     }
-    EXPECT_STREQ(FACTORY::FWElementsFactory::pchNames[5], "ESerialize");
-    EXPECT_STREQ(FACTORY::FWElementsFactory::pchNames[6], "EDeserialize");
-    EXPECT_EQ(FACTORY::FWElementsFactory::pchNames[7], nullptr);
+    EXPECT_EQ(names, "EDevNull EPassthrough ETee ESource ESink ESerialize EDeserialize ");
     for (const char* name : {"etee", "EPipeline", "QObject", "ETee ", ""}) {
         EXPECT_EQ(elements.CreateElement(Text(name)), nullptr);
     }
-    QObject* const object = objects.CreateQObject(Type::QObject);
-    EXPECT_NE(object, nullptr);
-    delete object;
     EXPECT_EQ(objects.CreateQObject(Text("QEOF")), nullptr);
     EXPECT_EQ(objects.CreateElement(Type::ETee), nullptr);
     EXPECT_EQ(elements.CreateQObject(Type::QObject), nullptr);
@@ -141,7 +136,7 @@ TEST(Builtin, PassthroughTracesAroundTheDelivery) {
     EXPECT_EQ(bench.Arrive(&bench.object), Output());
     EXPECT_EQ(bench.answer, 7);
     element.m_b4Debug = 0x80000000u;
-    Set(bench.object.m_cProperties, "QObjectType", std::string(40, 'Q').c_str());
+    Set(bench.object.m_cProperties, "QObjectType", std::string(40, 'Q'));
     const std::string line = "EPassthrough::tap: " + std::string(31, 'Q');
     EXPECT_EQ(bench.Arrive(&bench.object), (Output{line + "\n" + line + ", rv=7\n", ""}));
     EXPECT_EQ(probe.objects, std::vector<QObject*>(2, &bench.object));
@@ -175,41 +170,27 @@ TEST(Builtin, TeeDeliversInPadOrderUntilOneFails) {
     EXPECT_EQ(probes[2].objects.size(), 1u);
 }
 
-// Writes down the numbers of the objects.
-class Counting : public Probe {
-public:
-    int DataArrived(QObject* pObject, Byte2Type b2Index) override {
-        counts += Entries(pObject->m_cProperties) + "\n";
-        return Probe::DataArrived(pObject, b2Index);
-    }
-    std::string counts;
-};
-
 TEST(Builtin, SourceSendsOneObjectAThousandTimesWhateverIsAnswered) {
     ESource element;
     Bench bench(element);
     Set(element.m_cProperties, "TotalSourcePads", "2");
     element.Initialize();
-    Counting first;
-    Probe second;
+    Probe first, second;
     bench.Connect(0, first);
     bench.Connect(1, second);
     first.answer = 0;
     EXPECT_EQ(element.Run(), 1);
-    std::string expected;
+    std::string expected, reports;
     for (int i = 0; i < 1000; ++i) {
         expected += "Standard.QObjectType=QObject Standard.Count=" + std::to_string(i) + "\n";
+        reports += "ERROR: ESource - tap: SourcePad: No sink pad (broken pipe)\n";
     }
-    EXPECT_EQ(first.counts, expected);
+    EXPECT_EQ(first.contents, expected);
     EXPECT_EQ(first.objects, std::vector<QObject*>(1000, first.objects[0]));
     EXPECT_TRUE(second.objects.empty());
     EXPECT_EQ(bench.Arrive(&bench.object), Output());
     EXPECT_EQ(bench.answer, 0);
     element.GetSourcePad(0)->m_pSinkPad = nullptr;
-    std::string reports;
-    for (int i = 0; i < 1000; ++i) {
-        reports += "ERROR: ESource - tap: SourcePad: No sink pad (broken pipe)\n";
-    }
     EXPECT_EQ(Captured([&] { EXPECT_EQ(element.Run(), 1); }), (Output{"", reports}));
 }
 

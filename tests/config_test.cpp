@@ -106,7 +106,7 @@ TEST(Config, SavesLongLinesWhole) {
     for (const std::size_t length :
          {501u, 502u, 1011u, 1012u, 5000u}) { // 512 and 1,024 with key, signs and newline
         PROPERTIES list;
-        Set(list, "0123456789", Repeated(length, 'v').c_str(), section.c_str());
+        Set(list, "0123456789", Repeated(length, 'v'), section.c_str());
         EXPECT_EQ(list.SaveConfig(Text(path.c_str())), 1);
         EXPECT_EQ(FileText(path), "\n[" + section + "]\n0123456789=" + Repeated(length, 'v') + "\n");
     }

@@ -139,7 +139,7 @@ TEST(Elements, TheBaseRunReportsMisuse) {
     EXPECT_EQ(Captured(run), (Output{"", "EObject::Run: Should not be called: .\n"}));
     Set(element.m_cProperties, "EObjectType", "ETee");
     EXPECT_EQ(Captured(run), (Output{"", "EObject::Run: Should not be called: ETee.\n"}));
-    Set(element.m_cProperties, "EObjectType", std::string(70, 'T').c_str());
+    Set(element.m_cProperties, "EObjectType", std::string(70, 'T'));
     EXPECT_EQ(Captured(run),
               (Output{"", "EObject::Run: Should not be called: " + std::string(63, 'T') + ".\n"}));
     EXPECT_EQ(answer, 0);

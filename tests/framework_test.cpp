@@ -151,7 +151,7 @@ TEST(Framework, LinesCarryTheirOrigin) {
                   Trace<EObject*>(framework, &element, "%d\n", 1);
                   Set(element.m_cProperties, "EObjectType", "ETee");
                   Trace<EObject*>(framework, &element, "%s", "two\n");
-                  Set(element.m_cProperties, "EObjectType", std::string(40, 'T').c_str());
+                  Set(element.m_cProperties, "EObjectType", std::string(40, 'T'));
                   Set(element.m_cProperties, "Name", "0123456789012345678901234567890%s");
                   Trace<EObject*>(framework, &element, "3\n");
                   Trace(framework, Text("A name that is longer than 32 characters, whole"), "4%%\n");

@@ -5,7 +5,9 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <numeric>
 #include <type_traits>
+#include <vector>
 
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
 
@@ -13,83 +15,65 @@ using namespace VESK;
 
 namespace {
 
-constexpr std::size_t InWidth(std::size_t in64, std::size_t in32) {
+using Offsets = std::vector<std::size_t>;
+
+Offsets InWidth(const Offsets& in64, const Offsets& in32) {
     return sizeof(void*) == 8 ? in64 : in32;
 }
 
-#define FIELD(type, field, in64, in32)                                                                       \
-    static_assert(offsetof(type, field) == InWidth(in64, in32), #type "::" #field " has moved")
-#define SIZE(type, in64, in32) static_assert(sizeof(type) == InWidth(in64, in32), #type " has another size")
+#define AT(field) offsetof(T, field)
 
-FIELD(PROPERTIES, m_b2PropertyCapacity, 0, 0);
-FIELD(PROPERTIES, m_b2PropertyCount, 2, 2);
-FIELD(PROPERTIES, m_pachSections, 8, 4);
-FIELD(PROPERTIES, m_pachKeys, 16, 8);
-FIELD(PROPERTIES, m_pachValues, 24, 12);
-SIZE(PROPERTIES, 32, 16);
-
-FIELD(FRAMEWORK, m_bError, 32, 16);
-FIELD(FRAMEWORK, m_b2PluginCapacity, 36, 20);
-FIELD(FRAMEWORK, m_b2PluginCount, 38, 22);
-FIELD(FRAMEWORK, m_ppPlugins, 40, 24);
-SIZE(FRAMEWORK, 48, 28);
-
-FIELD(PAD, m_pElement, 8, 4);
-FIELD(SINKPAD, m_b2Index, 16, 8);
-FIELD(SOURCEPAD, m_pSinkPad, 16, 8);
-SIZE(PAD, 16, 8);
-SIZE(SINKPAD, 24, 12);
-SIZE(SOURCEPAD, 24, 12);
-
-FIELD(EObject, m_cProperties, 8, 4);
-FIELD(EObject, m_pFramework, 40, 20);
-FIELD(EObject, m_iDebug, 48, 24);
-FIELD(EObject, m_b2SinkPadCapacity, 52, 28);
-FIELD(EObject, m_b2SinkPadCount, 54, 30);
-FIELD(EObject, m_ppSinkPads, 56, 32);
-FIELD(EObject, m_b2SourcePadCapacity, 64, 36);
-FIELD(EObject, m_b2SourcePadCount, 66, 38);
-FIELD(EObject, m_ppSourcePads, 72, 40);
-SIZE(EObject, 80, 44);
-SIZE(EDevNull, 80, 44);
-SIZE(ETee, 80, 44);
-SIZE(ESource, 80, 44);
-SIZE(ESink, 80, 44);
-FIELD(EPassthrough, m_pSourcePad, 80, 44);
-FIELD(EPassthrough, m_b4Debug, 88, 48);
-SIZE(EPassthrough, 96, 52);
-
-FIELD(EPipeline, m_ppElements, 80, 44);
-FIELD(EPipeline, m_iElementCapacity, 88, 48);
-FIELD(EPipeline, m_iElementCount, 92, 52);
-FIELD(EPipeline, m_ppConnections, 96, 56);
-FIELD(EPipeline, m_b2ConnectionCapacity, 104, 60);
-FIELD(EPipeline, m_b2ConnectionCount, 106, 62);
-FIELD(EPipeline, m_pSinkElement, 112, 64);
-SIZE(EPipeline, 120, 68);
-FIELD(CONNECTION, b2SourceElement, 0, 0);
-FIELD(CONNECTION, b2SourcePad, 2, 2);
-FIELD(CONNECTION, b2SinkElement, 4, 4);
-FIELD(CONNECTION, b2SinkPad, 6, 6);
-SIZE(CONNECTION, 8, 8);
-
-FIELD(QObject, m_cProperties, 8, 4);
-FIELD(QObject, m_b2Reserved, 40, 20);
-SIZE(QObject, 48, 24);
-SIZE(QEOF, 48, 24);
-
-FIELD(PLUGIN, m_pFramework, 8, 4);
-FIELD(PLUGIN, m_pFactory, 16, 8);
-FIELD(FWPLUGIN, m_achPath, 24, 12);
-FIELD(FWPLUGIN, m_pHandle, 280, 268);
-SIZE(FWPLUGIN, 288, 272);
-FIELD(PluginFactory, m_ppFactories, 8, 4);
-SIZE(PluginFactory, 16, 8);
-SIZE(Factory, 8, 4);
-SIZE(FACTORY::FWLibFactory, 8, 4);
-SIZE(FACTORY::FWElementsFactory, 8, 4);
-SIZE(SWrite, 8, 4);
-SIZE(SRead, 8, 4);
+// The fields in order, and the size.
+TEST(Layout, FieldsKeepTheirPlaces) {
+    {
+        using T = PROPERTIES;
+        EXPECT_EQ((Offsets{AT(m_b2PropertyCapacity), AT(m_b2PropertyCount), AT(m_pachSections),
+                           AT(m_pachKeys), AT(m_pachValues), sizeof(T)}),
+                  InWidth({0, 2, 8, 16, 24, 32}, {0, 2, 4, 8, 12, 16}));
+    }
+    {
+        using T = FRAMEWORK;
+        EXPECT_EQ(
+            (Offsets{AT(m_bError), AT(m_b2PluginCapacity), AT(m_b2PluginCount), AT(m_ppPlugins), sizeof(T)}),
+            InWidth({32, 36, 38, 40, 48}, {16, 20, 22, 24, 28}));
+    }
+    {
+        using T = EObject;
+        EXPECT_EQ((Offsets{AT(m_cProperties), AT(m_pFramework), AT(m_iDebug), AT(m_b2SinkPadCapacity),
+                           AT(m_b2SinkPadCount), AT(m_ppSinkPads), AT(m_b2SourcePadCapacity),
+                           AT(m_b2SourcePadCount), AT(m_ppSourcePads), sizeof(T)}),
+                  InWidth({8, 40, 48, 52, 54, 56, 64, 66, 72, 80}, {4, 20, 24, 28, 30, 32, 36, 38, 40, 44}));
+    }
+    {
+        using T = EPipeline;
+        EXPECT_EQ(
+            (Offsets{AT(m_ppElements), AT(m_iElementCapacity), AT(m_iElementCount), AT(m_ppConnections),
+                     AT(m_b2ConnectionCapacity), AT(m_b2ConnectionCount), AT(m_pSinkElement), sizeof(T)}),
+            InWidth({80, 88, 92, 96, 104, 106, 112, 120}, {44, 48, 52, 56, 60, 62, 64, 68}));
+    }
+    {
+        using T = CONNECTION;
+        EXPECT_EQ(
+            (Offsets{AT(b2SourceElement), AT(b2SourcePad), AT(b2SinkElement), AT(b2SinkPad), sizeof(T)}),
+            (Offsets{0, 2, 4, 6, 8}));
+    }
+    EXPECT_EQ((Offsets{offsetof(PAD, m_pElement), sizeof(PAD), offsetof(SINKPAD, m_b2Index), sizeof(SINKPAD),
+                       offsetof(SOURCEPAD, m_pSinkPad), sizeof(SOURCEPAD)}),
+              InWidth({8, 16, 16, 24, 16, 24}, {4, 8, 8, 12, 8, 12}));
+    EXPECT_EQ((Offsets{offsetof(QObject, m_cProperties), offsetof(QObject, m_b2Reserved), sizeof(QObject),
+                       sizeof(QEOF)}),
+              InWidth({8, 40, 48, 48}, {4, 20, 24, 24}));
+    EXPECT_EQ((Offsets{offsetof(PLUGIN, m_pFramework), offsetof(PLUGIN, m_pFactory),
+                       offsetof(FWPLUGIN, m_achPath), offsetof(FWPLUGIN, m_pHandle), sizeof(FWPLUGIN)}),
+              InWidth({8, 16, 24, 280, 288}, {4, 8, 12, 268, 272}));
+    EXPECT_EQ((Offsets{offsetof(EPassthrough, m_pSourcePad), offsetof(EPassthrough, m_b4Debug),
+                       sizeof(EPassthrough), sizeof(EDevNull), sizeof(ETee), sizeof(ESource), sizeof(ESink)}),
+              InWidth({80, 88, 96, 80, 80, 80, 80}, {44, 48, 52, 44, 44, 44, 44}));
+    EXPECT_EQ((Offsets{offsetof(PluginFactory, m_ppFactories), sizeof(PluginFactory), sizeof(Factory),
+                       sizeof(FACTORY::FWLibFactory), sizeof(FACTORY::FWElementsFactory), sizeof(SWrite),
+                       sizeof(SRead)}),
+              InWidth({8, 16, 8, 8, 8, 8, 8}, {4, 8, 4, 4, 4, 4, 4}));
+}
 
 static_assert(!std::is_polymorphic_v<PROPERTIES> && !std::is_polymorphic_v<FRAMEWORK>);
 static_assert(std::has_virtual_destructor_v<PAD> && std::has_virtual_destructor_v<EObject>);
@@ -99,54 +83,45 @@ static_assert(!std::has_virtual_destructor_v<Factory>);
 
 // A pointer to a virtual member function begins with one more than the offset of its slot; others begin with
 // the function's address, which is even.
-template <class Member>
-std::ptrdiff_t SlotOf(Member member) {
-    std::ptrdiff_t first;
-    std::memcpy(&first, &member, sizeof first);
-    constexpr auto Word = static_cast<std::ptrdiff_t>(sizeof(void*));
-    return first % 2 == 1 ? (first - 1) / Word : -1;
+template <class... Member>
+std::vector<long> Slots(Member... members) {
+    const auto slot = [](auto member) {
+        std::ptrdiff_t first;
+        std::memcpy(&first, &member, sizeof first);
+        return first % 2 == 1 ? static_cast<long>(first - 1) / static_cast<long>(sizeof(void*)) : -1;
+    };
+    return {slot(members)...};
+}
+
+std::vector<long> From(long first, long last) {
+    std::vector<long> slots(static_cast<std::size_t>(last - first + 1));
+    std::iota(slots.begin(), slots.end(), first);
+    return slots;
 }
 
 // A destructor that comes first takes the slots 0 and 1.
 TEST(Layout, VirtualOperationsKeepTheirSlots) {
-    EXPECT_EQ(SlotOf(&Factory::CreateElement), 0);
-    EXPECT_EQ(SlotOf(&Factory::CreateQObject), 1);
-    EXPECT_EQ(SlotOf(&Factory::CreateObject), 2);
-    EXPECT_EQ(SlotOf(&Factory::Initialize), 3);
-    EXPECT_EQ(SlotOf(&FACTORY::FWElementsFactory::CreateElement), 0);
-    EXPECT_EQ(SlotOf(&FACTORY::FWLibFactory::CreateQObject), 1);
-    EXPECT_EQ(SlotOf(&PLUGIN::Initialize), 2);
-    EXPECT_EQ(SlotOf(&FWPLUGIN::Initialize), 2);
-    EXPECT_EQ(SlotOf(&PLUGIN::GetFactory), -1);
-
-    EXPECT_EQ(SlotOf(&EObject::Initialize), 2);
-    EXPECT_EQ(SlotOf(&EObject::DataArrived), 3);
-    EXPECT_EQ(SlotOf(&EObject::Run), 4);
-    EXPECT_EQ(SlotOf(&EObject::GetSinkPadCount), 5);
-    EXPECT_EQ(SlotOf(&EObject::GetSinkPad), 6);
-    EXPECT_EQ(SlotOf(&EObject::GetSourcePadCount), 7);
-    EXPECT_EQ(SlotOf(&EObject::GetSourcePad), 8);
-    EXPECT_EQ(SlotOf(&EObject::AddSinkPad), -1);
-
+    EXPECT_EQ(
+        Slots(&Factory::CreateElement, &Factory::CreateQObject, &Factory::CreateObject, &Factory::Initialize),
+        From(0, 3));
+    EXPECT_EQ(Slots(&FACTORY::FWElementsFactory::CreateElement, &FACTORY::FWLibFactory::CreateQObject),
+              From(0, 1));
+    EXPECT_EQ(Slots(&EObject::Initialize, &EObject::DataArrived, &EObject::Run, &EObject::GetSinkPadCount,
+                    &EObject::GetSinkPad, &EObject::GetSourcePadCount, &EObject::GetSourcePad),
+              From(2, 8));
     using TextGetter = int (EPipeline::*)(char*, char*, char*, Byte2Type);
     using NumberGetter = int (EPipeline::*)(char*, char*, Byte2Type*);
-    EXPECT_EQ(SlotOf(&EPipeline::GetSourcePad), 8);
-    EXPECT_EQ(SlotOf(&EPipeline::SetElementProperty), 9);
-    EXPECT_EQ(SlotOf(static_cast<TextGetter>(&EPipeline::GetElementProperty)), 10);
-    EXPECT_EQ(SlotOf(static_cast<NumberGetter>(&EPipeline::GetElementProperty)), 11);
-    EXPECT_EQ(SlotOf(&EPipeline::AddElement), 12);
-    EXPECT_EQ(SlotOf(&EPipeline::Connect), 13);
-    EXPECT_EQ(SlotOf(&EPipeline::FindElement), -1);
-    EXPECT_EQ(SlotOf(static_cast<int (EPipeline::*)(char*)>(&EPipeline::BuildPipe)), -1);
-
-    EXPECT_EQ(SlotOf(&QObject::Duplicate), 2);
-    EXPECT_EQ(SlotOf(&QObject::Serialize), 3);
-    EXPECT_EQ(SlotOf(&QObject::Deserialize), 4);
-    EXPECT_EQ(SlotOf(&QObject::Write), 5);
-    EXPECT_EQ(SlotOf(&QObject::GetEOF), 6);
-    EXPECT_EQ(SlotOf(&QObject::Copy), -1);
-    EXPECT_EQ(SlotOf(&SWrite::WriteData), 2);
-    EXPECT_EQ(SlotOf(&SRead::ReadLine), 2);
+    EXPECT_EQ(Slots(&EPipeline::GetSourcePad, &EPipeline::SetElementProperty,
+                    static_cast<TextGetter>(&EPipeline::GetElementProperty),
+                    static_cast<NumberGetter>(&EPipeline::GetElementProperty), &EPipeline::AddElement,
+                    &EPipeline::Connect),
+              From(8, 13));
+    EXPECT_EQ(Slots(&QObject::Duplicate, &QObject::Serialize, &QObject::Deserialize, &QObject::Write,
+                    &QObject::GetEOF),
+              From(2, 6));
+    EXPECT_EQ(Slots(&SWrite::WriteData, &SRead::ReadLine, &PLUGIN::Initialize), (std::vector<long>{2, 2, 2}));
+    EXPECT_EQ(Slots(&PLUGIN::GetFactory, &EObject::AddSinkPad, &EPipeline::FindElement, &QObject::Copy),
+              std::vector<long>(4, -1));
 }
 
 } // namespace

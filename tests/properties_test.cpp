@@ -34,7 +34,7 @@ TEST(Properties, ValuesAndDefaultsAreCutToTheBuffer) {
 
 TEST(Properties, NullsAndMissingEntriesLeaveEverythingAsItWas) {
     PROPERTIES list;
-    Set(list, "Name", nullptr);
+    list.SetProperty(Key::Name, static_cast<char*>(nullptr), Standard); // stored as the empty text
     Byte2Type number = 77;
     EXPECT_EQ(list.SetProperty(nullptr, Text("x"), Standard), 0);
     EXPECT_EQ(list.SetProperty(nullptr, 1, Standard), 0);
@@ -68,7 +68,7 @@ TEST(Properties, AgreesWithAPlainListOnRandomKeys) {
     std::vector<std::tuple<std::string, std::string, std::string>> plain;
     for (int step = 0; step < 2000; ++step) {
         const std::string &key = keys[pick(keys.size())], &section = sections[pick(5)], value(pick(20), 'v');
-        ASSERT_EQ(Set(list, key.c_str(), value.c_str(), section.c_str()), 1);
+        ASSERT_EQ(Set(list, key.c_str(), value, section.c_str()), 1);
         const auto known = std::find_if(plain.begin(), plain.end(), [&](const auto& entry) {
             return std::get<0>(entry) == section && std::get<1>(entry) == key;
         });

@@ -34,7 +34,7 @@ std::string Read(const char* line) {
     Value value = 99;
     const int answer = reader.Deserialize(&value);
     EXPECT_TRUE(answer == 1 || (answer == 0 && value == 99));
-    EXPECT_TRUE(reader.AtEnd());
+    EXPECT_TRUE(reader.rest.empty());
     return answer ? std::to_string(value) : "-";
 }
 
@@ -85,18 +85,18 @@ TEST(Streams, AnObjectIsItsTypeAndItsList) {
     object.m_cProperties.SetProperty(Key::Count, 3, Section::Standard);
     Set(object.m_cProperties, "Count", "4", "Camera");
     Set(object.m_cProperties, "expr", "a=b");
-    Set(object.m_cProperties, "long", std::string(5000, 'x').c_str());
+    Set(object.m_cProperties, "long", std::string(5000, 'x'));
     object.m_b2Reserved = 9;
     MemoryWrite writer;
     EXPECT_EQ(object.Write(&writer), 1);
-    EXPECT_EQ(writer.All(), "");
+    EXPECT_EQ(writer.all, "");
     EXPECT_EQ(object.Serialize(&writer), 1);
     const std::string longLine = "long=" + std::string(5000, 'x') + "\n";
-    EXPECT_EQ(writer.All(),
+    EXPECT_EQ(writer.all,
               "QObject\nm_b2PropertyCount=5\nQObjectType=QObject\nCount=3\nCount=4\nexpr=a=b\n" + longLine);
     EXPECT_EQ(writer.pieces.back(), longLine);
 
-    MemoryRead reader(writer.All());
+    MemoryRead reader(writer.all);
     EXPECT_STREQ(reader.ReadLine(), "QObject");
     QEOF read;
     Set(read.m_cProperties, "kept", "1");
@@ -106,7 +106,7 @@ TEST(Streams, AnObjectIsItsTypeAndItsList) {
                                                std::string(5000, 'x'));
 
     const std::string type(40, 'T');
-    Set(object.m_cProperties, "QObjectType", type.c_str());
+    Set(object.m_cProperties, "QObjectType", type);
     MemoryWrite cut;
     object.Serialize(&cut);
     EXPECT_EQ(cut.pieces[0] + cut.pieces[1], std::string(31, 'T') + "\n");
@@ -114,11 +114,11 @@ TEST(Streams, AnObjectIsItsTypeAndItsList) {
     object.m_cProperties.Reset();
     MemoryWrite empty;
     object.Serialize(&empty);
-    EXPECT_EQ(empty.All(), "\nm_b2PropertyCount=0\n");
+    EXPECT_EQ(empty.all, "\nm_b2PropertyCount=0\n");
     Set(object.m_cProperties, "a\nb", "c\nd"); // written as it is: the format has no escape
     MemoryWrite broken;
     object.Serialize(&broken);
-    EXPECT_EQ(broken.All(), "\nm_b2PropertyCount=1\na\nb=c\nd\n");
+    EXPECT_EQ(broken.all, "\nm_b2PropertyCount=1\na\nb=c\nd\n");
 }
 
 TEST(Streams, ABrokenListKeepsWhatArrived) {

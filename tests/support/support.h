@@ -12,8 +12,9 @@
 #include <string>
 #include <vector>
 
-inline int Set(VESK::PROPERTIES& list, const char* key, const char* value, const char* section = "Standard") {
-    return list.SetProperty(VESK::Text(key), VESK::Text(value), VESK::Text(section));
+inline int Set(VESK::PROPERTIES& list, const char* key, const std::string& value,
+               const char* section = "Standard") {
+    return list.SetProperty(VESK::Text(key), VESK::Text(value.c_str()), VESK::Text(section));
 }
 
 // All of a list in its order: "section.key=value section.key=value".
@@ -34,40 +35,39 @@ inline std::string FileText(const std::string& path) {
 // A folder that is removed with everything in it.
 class Scratch {
 public:
-    Scratch() : m_strPath(FWLIB_TEST_SCRATCH "/scratch-XXXXXX") {
-        if (!mkdtemp(m_strPath.data())) {
+    Scratch() {
+        if (!mkdtemp(m_achPath)) {
             std::abort();
         }
     }
-    ~Scratch() { std::filesystem::remove_all(m_strPath); }
+    ~Scratch() { std::filesystem::remove_all(m_achPath); }
     Scratch(const Scratch&) = delete;
     Scratch& operator=(const Scratch&) = delete;
 
-    std::string Path(const std::string& name) const { return m_strPath + "/" + name; }
+    std::string Path(const std::string& name) const { return m_achPath + ("/" + name); }
     std::string Write(const std::string& name, const std::string& text) const {
         std::ofstream(Path(name), std::ios::binary) << text;
         return Path(name);
     }
 
 private:
-    std::string m_strPath;
+    char m_achPath[sizeof FWLIB_TEST_SCRATCH + 32] = FWLIB_TEST_SCRATCH "/scratch-XXXXXX";
 };
 
 // Records what arrives and answers what it is told to.
 class Probe : public VESK::EObject {
 public:
-    explicit Probe(const char* name = nullptr) {
-        if (name) {
-            Set(m_cProperties, "Name", name);
-        }
-    }
+    Probe() = default;
+    explicit Probe(const char* name) { Set(m_cProperties, "Name", name); }
     int DataArrived(VESK::QObject* pObject, VESK::Byte2Type b2Index) override {
         objects.push_back(pObject);
+        contents += (pObject ? Entries(pObject->m_cProperties) : "null") + "\n";
         index = b2Index;
         return answer;
     }
 
     std::vector<VESK::QObject*> objects;
+    std::string contents; // the objects' properties as they arrived, a line each
     int index = -1;
     int answer = 1;
 };
@@ -77,35 +77,29 @@ class MemoryWrite : public VESK::SWrite {
 public:
     VESK::Byte4Type WriteData(char* pchData, VESK::Byte4Type b4Length) override {
         pieces.emplace_back(pchData, b4Length);
+        all += pieces.back();
         return 0; // what a writer whose disk is full answers
-    }
-    std::string All() const {
-        std::string all;
-        for (const std::string& piece : pieces) {
-            all += piece;
-        }
-        return all;
     }
 
     std::vector<std::string> pieces;
+    std::string all;
 };
 
 class MemoryRead : public VESK::SRead {
 public:
-    explicit MemoryRead(const std::string& text) : m_strRest(text) {}
+    explicit MemoryRead(const std::string& text) : rest(text) {}
     char* ReadLine() override {
-        if (m_strRest.empty()) {
+        if (rest.empty()) {
             return nullptr;
         }
-        const std::size_t end = m_strRest.find('\n');
-        m_strLine = m_strRest.substr(0, end);
-        m_strRest.erase(0, end == std::string::npos ? end : end + 1);
+        m_strLine = rest.substr(0, rest.find('\n'));
+        rest.erase(0, m_strLine.size() + 1);
         return m_strLine.data();
     }
-    bool AtEnd() const { return m_strRest.empty(); }
+
+    std::string rest;
 
 private:
-    std::string m_strRest;
     std::string m_strLine;
 };
 
