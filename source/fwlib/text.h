@@ -13,31 +13,31 @@ constexpr char* Text(const char* pchText) {
 }
 
 namespace Section {
-inline constexpr char* Standard = Text("Standard"); // everything the library itself reads and writes
+constexpr char* Standard = Text("Standard"); // everything the library itself reads and writes
 }
 
 namespace Key {
-inline constexpr char* EObjectType = Text("EObjectType"); // an element's class name
-inline constexpr char* QObjectType = Text("QObjectType"); // a data object's class name
-inline constexpr char* Name = Text("Name");               // by which a pipeline finds an element
-inline constexpr char* Debug = Text("Debug");             // trace level of an element or the framework
-inline constexpr char* TotalSourcePads = Text("TotalSourcePads"); // source pads an ETee or ESource creates
-inline constexpr char* Count = Text("Count");                     // number of an object sent by an ESource
-inline constexpr char* SinkElement = Text("SinkElement");         // a pipeline's element that runs
-inline constexpr char* SourceElement = Text("SourceElement");     // a pipeline's element that delivers
-inline constexpr char* SingleThreaded = Text("SingleThreaded");   // listed by the pipeline, never used
+constexpr char* EObjectType = Text("EObjectType");         // an element's class name
+constexpr char* QObjectType = Text("QObjectType");         // a data object's class name
+constexpr char* Name = Text("Name");                       // by which a pipeline finds an element
+constexpr char* Debug = Text("Debug");                     // trace level of an element or the framework
+constexpr char* TotalSourcePads = Text("TotalSourcePads"); // source pads an ETee or ESource creates
+constexpr char* Count = Text("Count");                     // number of an object sent by an ESource
+constexpr char* SinkElement = Text("SinkElement");         // a pipeline's element that runs
+constexpr char* SourceElement = Text("SourceElement");     // a pipeline's element that delivers
+constexpr char* SingleThreaded = Text("SingleThreaded");   // listed by the pipeline, never used
 } // namespace Key
 
 namespace Type {
-inline constexpr char* QObject = Text("QObject");
-inline constexpr char* EPipeline = Text("EPipeline");
-inline constexpr char* EDevNull = Text("EDevNull");
-inline constexpr char* EPassthrough = Text("EPassthrough");
-inline constexpr char* ETee = Text("ETee");
-inline constexpr char* ESource = Text("ESource");
-inline constexpr char* ESink = Text("ESink");
-inline constexpr char* ESerialize = Text("ESerialize");
-inline constexpr char* EDeserialize = Text("EDeserialize");
+constexpr char* QObject = Text("QObject");
+constexpr char* EPipeline = Text("EPipeline");
+constexpr char* EDevNull = Text("EDevNull");
+constexpr char* EPassthrough = Text("EPassthrough");
+constexpr char* ETee = Text("ETee");
+constexpr char* ESource = Text("ESource");
+constexpr char* ESink = Text("ESink");
+constexpr char* ESerialize = Text("ESerialize");
+constexpr char* EDeserialize = Text("EDeserialize");
 } // namespace Type
 
 } // namespace VESK

@@ -9,9 +9,8 @@ class IComponent; // named by FRAMEWORK::GetDataRecorderComponentPortal, never u
 
 namespace VESK {
 
-using Byte4Type = unsigned int; // 32 bits
-using Byte2Type =
-    unsigned short; // 16 bits: counts, capacities and indexes of pads, properties, plugins, connections
+using Byte4Type = unsigned int;   // 32 bits
+using Byte2Type = unsigned short; // 16 bits: counts and indexes of pads, properties, plugins, connections
 
 static_assert(sizeof(Byte4Type) == 4 && sizeof(Byte2Type) == 2, "fixed widths are part of the interface");
 

@@ -8,13 +8,22 @@
 
 namespace VESK {
 
+namespace {
+
+int ReportNoPad(EObject& cElement) {
+    cElement.ErrorMessage("Initialize(): Unable to add a pad\n");
+    return 0;
+}
+
+} // namespace
+
 int CreateSinkPad(EObject& cElement) {
     auto* const pPad = new (std::nothrow) SINKPAD(&cElement, 0);
-    if (pPad && !cElement.AddSinkPad(pPad)) {
+    if (!pPad || !cElement.AddSinkPad(pPad)) {
         delete pPad;
-        return 0;
+        return ReportNoPad(cElement);
     }
-    return pPad != nullptr;
+    return 1;
 }
 
 int CreateSourcePads(EObject& cElement, Byte4Type b4Count, EObject* pOwner) {
@@ -26,7 +35,7 @@ int CreateSourcePads(EObject& cElement, Byte4Type b4Count, EObject* pOwner) {
         auto* const pPad = new (std::nothrow) SOURCEPAD(pOwner);
         if (!pPad || !cElement.AddSourcePad(pPad)) {
             delete pPad;
-            return 0;
+            return ReportNoPad(cElement);
         }
     }
     return 1;

@@ -39,7 +39,10 @@ int ESource::Run() {
     }
     QObject cObject;
     for (Byte2Type b2 = 0; b2 < ObjectsSent; ++b2) {
-        cObject.m_cProperties.SetProperty(Key::Count, b2, Section::Standard);
+        if (!cObject.m_cProperties.SetProperty(Key::Count, b2, Section::Standard)) {
+            ErrorMessage("Run(): No memory for object %d\n", b2);
+            return 0;
+        }
         pPad->Push(&cObject);
     }
     return 1;

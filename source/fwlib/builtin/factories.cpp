@@ -20,9 +20,15 @@ using VESK::EObject;
 using VESK::QObject;
 namespace Type = VESK::Type;
 
+// An object that had no memory for its type's name is none.
 template <class Base, class Object>
 Base* Create() {
-    return new (std::nothrow) Object;
+    auto* const pObject = new (std::nothrow) Object;
+    if (pObject && pObject->m_cProperties.GetNumberOfProperties() == 0) {
+        delete pObject;
+        return nullptr;
+    }
+    return pObject;
 }
 
 // Listed already, so that the table is whole; they have no elements yet.

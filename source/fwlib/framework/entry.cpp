@@ -8,25 +8,19 @@
 
 #include <new>
 
-namespace {
-
-// The library as a plugin. All of it is constant, so it is complete before any code of the library runs.
+// The library as a plugin. The list holds addresses only, so it is complete before any code runs.
 class flibfactory final : public VESK::PluginFactory {
 public:
-    constexpr flibfactory() : PluginFactory(flibfactorylist) {}
+    flibfactory() : PluginFactory(flibfactorylist) {}
 
-private:
     static VESK::Factory* flibfactorylist[3];
 };
 
-FACTORY::FWLibFactory cFWlib;
-FACTORY::FWElementsFactory cFWElements;
+static flibfactory flibfactoryobject;
+static FACTORY::FWLibFactory cFWlib;
+static FACTORY::FWElementsFactory cFWElements;
 
 VESK::Factory* flibfactory::flibfactorylist[3] = {&cFWlib, &cFWElements, nullptr};
-
-flibfactory flibfactoryobject;
-
-} // namespace
 
 VESK::Factory* GetFactory() {
     return &flibfactoryobject;

@@ -34,6 +34,8 @@ int LibraryFactory::Initialize(FRAMEWORK*) {
     return 1;
 }
 
+PluginFactory::PluginFactory(Factory** ppFactories) : m_ppFactories(ppFactories) {}
+
 EObject* PluginFactory::CreateElement(char* pchType) {
     return FirstAnswer(m_ppFactories, &Factory::CreateElement, pchType);
 }

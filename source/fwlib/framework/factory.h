@@ -36,7 +36,7 @@ public:
 class FWLIB_EXPORT PluginFactory : public Factory {
 public:
     // The list ends with null, is lent, and is normally a static table of the plugin; null serves nothing.
-    explicit constexpr PluginFactory(Factory** ppFactories) : m_ppFactories(ppFactories) {}
+    explicit PluginFactory(Factory** ppFactories);
 
     // The first factory of the list with an answer wins.
     EObject* CreateElement(char* pchType) override;

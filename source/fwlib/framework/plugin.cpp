@@ -45,6 +45,14 @@ bool IsBorrowed(EntryPoint pEntry, void* pHandle) {
     return pEntry == &::GetFactory && dlinfo(pHandle, RTLD_DI_LINKMAP, &pMap) == 0 && pMap != OwnObject();
 }
 
+void Close(FWPLUGIN& cPlugin) {
+    if (cPlugin.m_pHandle) {
+        dlclose(cPlugin.m_pHandle);
+    }
+    cPlugin.m_pHandle = nullptr;
+    cPlugin.m_pFactory = nullptr;
+}
+
 } // namespace
 
 PLUGIN::PLUGIN() : m_pFramework(nullptr), m_pFactory(nullptr) {}
@@ -66,12 +74,11 @@ FWPLUGIN::FWPLUGIN(char* pchPath) : m_achPath{}, m_pHandle(nullptr) {
 }
 
 FWPLUGIN::~FWPLUGIN() {
-    if (m_pHandle) {
-        dlclose(m_pHandle);
-    }
+    Close(*this);
 }
 
 int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
+    Close(*this); // what is left of an earlier Initialize
     m_pFramework = pFramework;
     const bool bPath = m_achPath[0] != '\0';
     m_pHandle = bPath ? OpenObject(m_achPath) : nullptr;
@@ -81,10 +88,13 @@ int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
         return 0;
     }
     const auto pEntry = reinterpret_cast<EntryPoint>(dlsym(m_pHandle, "GetFactory"));
-    if (!pEntry || IsBorrowed(pEntry, m_pHandle)) {
-        const char* const pchReason = pEntry ? nullptr : dlerror();
-        std::fprintf(stderr, "FWPLUGIN: dlsym() Error: %s\n",
-                     pchReason ? pchReason : "undefined symbol: GetFactory");
+    if (!pEntry) {
+        const char* const pchReason = dlerror();
+        std::fprintf(stderr, "FWPLUGIN: dlsym() Error: %s\n", pchReason ? pchReason : m_achPath);
+        return 0;
+    }
+    if (IsBorrowed(pEntry, m_pHandle)) {
+        std::fprintf(stderr, "FWPLUGIN: dlsym() Error: %s: undefined symbol: GetFactory\n", m_achPath);
         return 0;
     }
     m_pFactory = pEntry();

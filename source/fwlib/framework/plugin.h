@@ -32,7 +32,7 @@ public:
 
 class FWLIB_EXPORT FWPLUGIN : public PLUGIN {
 public:
-    static constexpr unsigned int PathSize = 256;
+    enum : unsigned int { PathSize = 256 };
 
     // The path of the shared object, at most 255 characters. A bare file name is looked for where the loader
     // looks; "libfwlib.so" always finds this library. A null or longer path makes Initialize fail.

@@ -2,6 +2,7 @@
 #include "fwlib/pipeline/epipeline.h"
 
 #include "fwlib/elements/pad.h"
+#include "fwlib/internal/currentelement.h"
 #include "fwlib/internal/growth.h"
 #include "fwlib/internal/list.h"
 
@@ -67,6 +68,8 @@ EPipeline::EPipeline()
 
 EPipeline::~EPipeline() {
     for (int i = 0; i < m_iElementCount; ++i) {
+        // Its own destructor forgets it too, but may be that of another copy of the library, in a plugin.
+        ForgetElement(m_ppElements[i]);
         delete m_ppElements[i];
     }
     fwfree(m_ppElements);

@@ -35,8 +35,7 @@ public:
     // element that answers 0, or when a connection names a pad that is not there, which standard error tells.
     int Initialize() override;
 
-    int DataArrived(QObject* pObject,
-                    Byte2Type b2Index) override; // 0: nothing is delivered to the pipeline itself
+    int DataArrived(QObject* pObject, Byte2Type b2Index) override; // 0: nothing is delivered here
     int Run() override; // the answer of the sink element's Run; 0 with a report when there is none
 
     // Forwarded to the element that the property names at the time of the call; 0 or null when there is none.

@@ -72,6 +72,7 @@ int PipeLine(const Build& cBuild, char** ppchArguments) {
     cBuild.cCurrent.pcCurrentElement = pInner;
     if (!cBuild.cPipeline.AddElement(pInner)) {
         // The line succeeds all the same, so the loss is reported where the host looks for errors.
+        ForgetElement(pInner);
         delete pInner;
         cBuild.cPipeline.ErrorMessage("Unable to add pipe %s\n", ppchArguments[0]);
     }
@@ -91,6 +92,7 @@ int ElementLine(const Build& cBuild, char** ppchArguments) {
         pElement->m_cProperties.ReadConfig(cBuild.pchConfigFile, ppchArguments[0]);
     }
     if (!cBuild.cPipeline.AddElement(pElement)) {
+        ForgetElement(pElement);
         delete pElement;
         std::fprintf(stderr, "Unable to add element.\n");
         return 0;

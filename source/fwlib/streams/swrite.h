@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // SWrite: an abstract stream of text lines being written.
 //
-// A concrete writer implements WriteData; everything else is built on it. A typed record is one line, the
-// key,
-// "=", the number in decimal. Records are positional: a reader takes them in the order they were written and
-// does not look at keys. A key holds no newline, and no "=" if it is to be read back; null counts as empty.
-// What WriteData answers is not examined. One thread at a time.
+// A concrete writer implements WriteData; everything else is built on it. A typed record is one line: the
+// key, "=" and the number in decimal. Records are positional: a reader takes them in the order they were
+// written and does not look at keys. A key holds no newline, and no "=" if it is to be read back; null counts
+// as empty. What WriteData answers is not examined. One thread at a time.
 #ifndef FWLIB_STREAMS_SWRITE_H
 #define FWLIB_STREAMS_SWRITE_H
 
