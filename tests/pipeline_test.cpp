@@ -59,20 +59,18 @@ struct Pipe : Log, EPipeline { // the log outlives the elements
     int Join(const char* source, Byte2Type sourcePad, const char* sink, Byte2Type sinkPad) {
         return Connect(Text(source), sourcePad, Text(sink), sinkPad);
     }
-    // What Initialize does, its answer in front.
+    // What Initialize does and prints.
     std::string Initialized() {
         log.clear();
-        const Output output = Captured([&] { log += std::to_string(Initialize()); });
-        return log.back() + (" " + log.substr(0, log.size() - 1)) + output.out + output.err;
+        const std::string told = Told([&] { return Initialize(); });
+        return log + told;
     }
     std::string Ran() {
-        int answer = 0;
-        const Output output = Captured([&] { answer = Run(); });
-        return std::to_string(answer) + " " + output.out + output.err;
+        return Told([&] { return Run(); });
     }
 };
 
-const char* const NoSinkElement = "0 EPipeline::Run(): Error: No sink element.\n";
+const char* const NoSinkElement = "0 ! EPipeline::Run(): Error: No sink element.\n";
 
 TEST(Pipeline, AnEmptyOneHasNothing) {
     Pipe pipe;
@@ -97,20 +95,20 @@ TEST(Pipeline, InitializeGoesElementsThenConnectionsThenSinkElement) {
     EXPECT_EQ(pipe.Join("a", 1, "b", 2) + pipe.Join("a", 3, "c", 4) + pipe.Join("b", 65535, "b", 0), 3);
     Set(pipe.m_cProperties, "SinkElement", "c");
     const std::string elements = "a.Initialize b.Initialize c.Initialize ", first = "a.Source1 b.Sink2 ";
-    const std::string noPad = "EPipeline::Initialize(): No sink or source pad\n";
-    EXPECT_EQ(pipe.Initialized(), "1 " + elements + first + "a.Source3 c.Sink4 b.Source65535 b.Sink0 ");
+    const std::string noPad = "0 ! EPipeline::Initialize(): No sink or source pad\n";
+    EXPECT_EQ(pipe.Initialized(), elements + first + "a.Source3 c.Sink4 b.Source65535 b.Sink0 1 ");
     EXPECT_EQ(a->sourcePad.m_pSinkPad,
               &c->sinkPad); // the later connection of the same pad replaces the earlier
     EXPECT_EQ(pipe.m_pSinkElement, c);
     c->padless = true; // the second connection fails: the first stays, the third is not reached
-    EXPECT_EQ(pipe.Initialized(), "0 " + elements + first + "a.Source3 c.Sink4 " + noPad);
+    EXPECT_EQ(pipe.Initialized(), elements + first + "a.Source3 c.Sink4 " + noPad);
     EXPECT_EQ(a->sourcePad.m_pSinkPad, &b->sinkPad);
     a->padless = true; // both pads are asked for even when the first is missing
-    EXPECT_EQ(pipe.Initialized(), "0 " + elements + first + noPad);
+    EXPECT_EQ(pipe.Initialized(), elements + first + noPad);
     pipe.m_ppConnections[0]->b2SinkElement = 3;
-    EXPECT_EQ(pipe.Initialized(), "0 " + elements + "EPipeline::Initialize(): No sink or source element\n");
+    EXPECT_EQ(pipe.Initialized(), elements + "0 ! EPipeline::Initialize(): No sink or source element\n");
     b->initialized = 0;
-    EXPECT_EQ(pipe.Initialized(), "0 a.Initialize b.Initialize ");
+    EXPECT_EQ(pipe.Initialized(), "a.Initialize b.Initialize 0 ");
 }
 
 TEST(Pipeline, PadsFollowThePropertyAndRunFollowsInitialize) {
@@ -176,22 +174,22 @@ TEST(Pipeline, NamesFindTheFirstElementByTheirFirst255Characters) {
 TEST(Pipeline, PropertiesOfElementsAreReachedByName) {
     Pipe pipe;
     pipe.Add("a");
-    char* const a = Text("a");
-    char* const nobody = Text("nobody");
-    char buffer[8] = "before";
-    Byte2Type number = 9;
-    EXPECT_EQ(pipe.SetElementProperty(a, Text("k"), Text("70000")), 1);
-    EXPECT_EQ(pipe.SetElementProperty(nobody, Text("k"), Text("1")), 0);
+    EXPECT_EQ(pipe.SetElementProperty(Text("a"), Text("k"), Text("70000")), 1);
+    EXPECT_EQ(pipe.SetElementProperty(Text("nobody"), Text("k"), Text("1")), 0);
     EXPECT_EQ(Entries(pipe.m_ppElements[0]->m_cProperties), "Standard.Name=a Standard.k=70000");
-    EXPECT_EQ(pipe.GetElementProperty(nobody, Text("k"), buffer, Byte2Type{8}), 0);
-    EXPECT_EQ(pipe.GetElementProperty(nobody, Text("k"), &number), 0);
-    EXPECT_EQ(buffer + std::to_string(number), "before9"); // untouched
-    EXPECT_EQ(pipe.GetElementProperty(a, Text("k"), buffer, Byte2Type{4}), 1);
-    EXPECT_EQ(pipe.GetElementProperty(a, Text("k"), &number), 1);
-    EXPECT_EQ(buffer + std::to_string(number), "7004464");
-    EXPECT_EQ(pipe.GetElementProperty(a, Text("b"), buffer, Byte2Type{8}), 0);
-    EXPECT_EQ(pipe.GetElementProperty(a, Text("b"), &number), 0);
-    EXPECT_EQ(buffer + std::to_string(number), "0");
+    const struct {
+        const char *element, *key;
+        int answer;
+        const char* values; // as text and as a number
+    } reads[] = {{"a", "k", 1, "700 4464"}, {"a", "l", 0, " 0"}, {"nobody", "k", 0, "before 9"}};
+    for (const auto& read : reads) {
+        char buffer[8] = "before";
+        Byte2Type number = 9;
+        EXPECT_EQ(pipe.GetElementProperty(Text(read.element), Text(read.key), buffer, Byte2Type{4}),
+                  read.answer);
+        EXPECT_EQ(pipe.GetElementProperty(Text(read.element), Text(read.key), &number), read.answer);
+        EXPECT_EQ(buffer + (" " + std::to_string(number)), read.values);
+    }
 }
 
 TEST(Pipeline, ElementsAndConnectionsBeyondTheLimitsAreRefused) {
@@ -226,9 +224,7 @@ std::string Line(EPipeline& pipe, std::string line, Form... form) {
         tokens.push_back(&line[at]);
     }
     tokens.push_back(nullptr);
-    int answer = -1;
-    const Output output = Captured([&] { answer = pipe.ProcessTokens(tokens.data(), form...); });
-    return std::to_string(answer) + " " + output.out + output.err;
+    return Told([&] { return pipe.ProcessTokens(tokens.data(), form...); });
 }
 
 TEST(PipeLines, TooFewOrTooManyTokensFail) {
@@ -238,30 +234,35 @@ TEST(PipeLines, TooFewOrTooManyTokensFail) {
         {"element", "", 1, 0}, {"property", " a", 2, 1},    {"sink", "", 1, 0},
         {"source", "", 1, 0},  {"connect", " a 0 b", 4, 3}, {"config", " f", 2, 1}};
     for (const auto& [keyword, arguments, needed, given] : lines) {
-        EXPECT_EQ(Line(pipe, keyword + arguments), "0 Missing arguments of " + keyword + ": " +
+        EXPECT_EQ(Line(pipe, keyword + arguments), "0 ! Missing arguments of " + keyword + ": " +
                                                        std::to_string(needed) + " needed, " +
                                                        std::to_string(given) + " given.\n");
     }
     const std::string fourteen = "sink a 3 4 5 6 7 8 9 10 11 12 13 14";
     EXPECT_EQ(Line(pipe, fourteen), "1 Setting sink element to a\n");
-    EXPECT_EQ(Line(pipe, fourteen + " 15"), "0 Too many tokens in a line of sink: at most 14.\n");
+    EXPECT_EQ(Line(pipe, fourteen + " 15"), "0 ! Too many tokens in a line of sink: at most 14.\n");
     EXPECT_EQ(Line(pipe, ""), "0 ");
 }
 
 TEST(PipeLines, WithoutAFrameworkLoadingAndCreatingFail) {
     EPipeline pipe;
-    const std::string refused = "Framework has not been set on EPipeline.\n";
-    EXPECT_EQ(Line(pipe, "plugin x"), "0 Loading x\nCould not load plugin x\n");
-    EXPECT_EQ(Line(pipe, "element ESink"), "0 Instantiating ESink\nCreation of element failed.\n");
-    EXPECT_EQ(Line(pipe, "pipe x"), "0 " + refused + "Could not build pipe x\n");
+    const std::string refused = "0 ! Framework has not been set on EPipeline.\n";
+    EXPECT_EQ(Line(pipe, "plugin x"), "0 Loading x\n! Could not load plugin x\n");
+    EXPECT_EQ(Line(pipe, "element ESink"), "0 Instantiating ESink\n! Creation of element failed.\n");
+    EXPECT_EQ(Line(pipe, "pipe x"), refused + "Could not build pipe x\n");
     EXPECT_EQ(Line(pipe, "fwprop a b"), "1 ");
-    EXPECT_EQ(Captured([&] { EXPECT_EQ(pipe.BuildPipe(Text("x"), 1, Text("c")), 0); }),
-              (Output{"", refused}));
+    EXPECT_EQ(Told([&] { return pipe.BuildPipe(Text("x"), 1, Text("c")); }), refused);
 }
 
+// Keeps no elements of its own, but may say that it took one.
 class FullPipeline : public EPipeline {
 public:
-    int AddElement(EObject*) override { return 0; }
+    int AddElement(EObject* pElement) override {
+        offered = pElement;
+        return taken;
+    }
+    EObject* offered = nullptr;
+    int taken = 0;
 };
 
 TEST(PipeLines, EachFormHasItsCurrentElementUntilItDies) {
@@ -290,13 +291,18 @@ TEST(PipeLines, EachFormHasItsCurrentElementUntilItDies) {
     EXPECT_EQ(configured(survivor), "1 ");
     Line(survivor, "element ENone");
     EXPECT_EQ(noneLeft(), "1 1 1 "); // a failed creation leaves none
-    EXPECT_EQ(Line(full, "element ESink"), "0 Instantiating ESink\nUnable to add element.\n");
+    EXPECT_EQ(Line(full, "element ESink"), "0 Instantiating ESink\n! Unable to add element.\n");
     EXPECT_EQ(noneLeft(), "1 1 1 ");
+    full.taken = 1;
+    Line(full, "element ESink");
+    delete full.offered;
+    EXPECT_EQ(noneLeft(), "1 1 1 ");
+    full.taken = 0;
     const Scratch scratch;
     const std::string path = scratch.Write("empty.pipe", "");
-    EXPECT_EQ(Line(full, "pipe " + path), "1 Processing pipe file: " + path +
-                                              "\nERROR: EPipeline - [No Element Name]: Unable to add pipe " +
-                                              path + "\n");
+    EXPECT_EQ(Line(full, "pipe " + path),
+              "1 Processing pipe file: " + path +
+                  "\n! ERROR: EPipeline - [No Element Name]: Unable to add pipe " + path + "\n");
     EXPECT_EQ(noneLeft(), "1 1 1 ");
 }
 

@@ -14,22 +14,19 @@ char* const Good = Text(FWLIB_TEST_PLUGINS "/good.so");
 
 bool IsLoaded(const char* path) {
     void* const handle = dlopen(path, RTLD_NOW | RTLD_NOLOAD);
-    if (handle) {
-        dlclose(handle);
-    }
-    return handle != nullptr;
+    return handle && dlclose(handle) == 0;
 }
 
 TEST(Plugins, WhatCannotBeLoadedIsReportedAndClosedAgain) {
-    const std::string symbol = "FWPLUGIN: dlsym() Error: ", open = "FWPLUGIN: dlopen() Error: ";
+    const std::string symbol = "dlsym() Error: ", open = "dlopen() Error: ", folder = FWLIB_TEST_PLUGINS;
     const struct {
         std::string path, begin, part; // how the report begins, and what else it holds
     } failures[] = {
-        {FWLIB_TEST_PLUGINS "/nofactory.so", symbol, "undefined symbol: GetFactory"},
-        {FWLIB_TEST_PLUGINS "/nofactory_linked.so", symbol, "undefined symbol: GetFactory"},
-        {FWLIB_TEST_PLUGINS "/nullfactory.so", "FWPLUGIN: Error: Could not get factory.\n", ""},
-        {FWLIB_TEST_PLUGINS "/missing.so", open, "missing.so: cannot open shared object file"},
-        {FWLIB_TEST_CASES, open, ""},
+        {folder + "/nofactory.so", symbol, "undefined symbol: GetFactory"},
+        {folder + "/nofactory_linked.so", symbol, "undefined symbol: GetFactory"},
+        {folder + "/nullfactory.so", "Error: Could not get factory.\n", ""},
+        {folder + "/missing.so", open, "missing.so: cannot open shared object file"},
+        {folder, open, ""},
         {"", open, "empty or longer"},
         {std::string(255, 'x'), open, "cannot open shared object file"},
         {std::string(256, 'x'), open, "longer than 255 characters"},
@@ -37,56 +34,46 @@ TEST(Plugins, WhatCannotBeLoadedIsReportedAndClosedAgain) {
     };
     FRAMEWORK framework;
     for (const auto& failure : failures) {
-        int answer = -1;
-        const Output output = Captured([&] { answer = framework.AddPlugin(Text(failure.path.c_str())); });
-        EXPECT_EQ(answer, 0);
-        EXPECT_EQ(output.out, "");
-        EXPECT_EQ(output.err.substr(0, failure.begin.size()), failure.begin);
-        EXPECT_NE(output.err.find(failure.part), std::string::npos) << output.err;
-        EXPECT_EQ(output.err.find('\n'), output.err.size() - 1) << output.err;
-        EXPECT_TRUE(failure.path.empty() || !IsLoaded(failure.path.c_str())) << failure.path;
+        const std::string told = Told([&] { return framework.AddPlugin(Text(failure.path.c_str())); });
+        EXPECT_EQ(told.find("0 ! FWPLUGIN: " + failure.begin), 0u) << told;
+        EXPECT_NE(told.find(failure.part), std::string::npos) << told;
+        EXPECT_EQ(told.find('\n'), told.size() - 1) << told;
+        EXPECT_FALSE(!failure.path.empty() && IsLoaded(failure.path.c_str())) << failure.path;
     }
-    Captured([&] { EXPECT_EQ(framework.AddPlugin(nullptr), 0); });
-    EXPECT_EQ(framework.m_b2PluginCount + framework.m_b2PluginCapacity, 0);
-    EXPECT_EQ(framework.m_bError, 0);
+    EXPECT_EQ(Told([&] { return framework.AddPlugin(nullptr); }).find("0 ! "), 0u);
+    EXPECT_EQ(framework.m_b2PluginCount + framework.m_b2PluginCapacity + framework.m_bError, 0);
 }
 
 TEST(Plugins, TheLibraryServesItsOwnTypes) {
     FRAMEWORK framework;
+    EXPECT_EQ(Told([&] { return framework.CreateElement(Type::ETee) != nullptr; }),
+              "0 ! FRAMEWORK::CreateElement: Could not instantiate: ETee\n");
     ASSERT_EQ(framework.AddPlugin(Own), 1);
     EObject* const element = framework.CreateElement(Type::ETee);
     ASSERT_NE(dynamic_cast<ETee*>(element), nullptr);
     EXPECT_EQ(element->m_pFramework, &framework);
-    EXPECT_EQ(Entries(element->m_cProperties), "Standard.EObjectType=ETee");
     delete element;
     QObject* const object = framework.CreateQObject(Type::QObject);
-    ASSERT_NE(object, nullptr);
-    EXPECT_EQ(object->GetEOF(), 0);
+    EXPECT_EQ(Entries(object->m_cProperties), "Standard.QObjectType=QObject");
     delete object;
-    EXPECT_EQ(Captured([&] {
-                  EXPECT_EQ(framework.CreateQObject(Type::ETee), nullptr);
-                  EXPECT_EQ(framework.CreateQObject(Text("QEOF")), nullptr);
-                  EXPECT_EQ(framework.CreateElement(Type::EPipeline), nullptr);
-                  EXPECT_EQ(framework.CreateElement(Text("etee")), nullptr);
-                  EXPECT_EQ(framework.CreateElement(nullptr), nullptr);
-                  EXPECT_EQ(framework.CreateObject(Type::QObject), nullptr);
-              }).err,
-              "FRAMEWORK::CreateQObject: Could not instantiate: ETee\n"
-              "FRAMEWORK::CreateQObject: Could not instantiate: QEOF\n"
+    EXPECT_EQ(Told([&] {
+                  return framework.CreateQObject(Type::ETee) || framework.CreateElement(Type::EPipeline) ||
+                         framework.CreateElement(nullptr) || framework.CreateObject(Type::QObject);
+              }),
+              "0 ! FRAMEWORK::CreateQObject: Could not instantiate: ETee\n"
               "FRAMEWORK::CreateElement: Could not instantiate: EPipeline\n"
-              "FRAMEWORK::CreateElement: Could not instantiate: etee\n"
               "FRAMEWORK::CreateElement: Could not instantiate: (null)\n"
               "FRAMEWORK::CreateObject: Could not instantiate: QObject\n");
 }
 
-// The type of the "ESink" that a framework creates after adding the plugins in order.
+// The properties of the "ESink" that a framework creates after adding the plugins in order.
 std::string SinkOf(std::initializer_list<char*> paths) {
     FRAMEWORK framework;
     for (char* path : paths) {
         framework.AddPlugin(path);
     }
     EObject* const element = framework.CreateElement(Type::ESink);
-    const std::string entries = element ? Entries(element->m_cProperties) : "null";
+    const std::string entries = Entries(element->m_cProperties);
     delete element;
     return entries;
 }
@@ -98,11 +85,9 @@ TEST(Plugins, TheOneAddedFirstWinsAndAllAreClosed) {
     {
         FRAMEWORK framework;
         EXPECT_EQ(framework.AddPlugin(Good) + framework.AddPlugin(Good), 2);
-        EXPECT_EQ(framework.m_b2PluginCount, 2);
         EXPECT_EQ(Entries(framework), "Standard.GoodInitialized=2"); // once for each addition
         EXPECT_NE(framework.CreateObject(Text("Extra")), nullptr);
         PLUGIN* const plugin = framework.LoadPlugin(Good);
-        ASSERT_NE(plugin, nullptr);
         EXPECT_EQ(plugin->m_pFramework, &framework);
         EXPECT_EQ(plugin->GetFactory(), framework.m_ppPlugins[0]->GetFactory());
         EXPECT_STREQ(static_cast<FWPLUGIN*>(plugin)->m_achPath, Good);

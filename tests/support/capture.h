@@ -1,23 +1,13 @@
 // SPDX-License-Identifier: MIT
-// What a piece of code writes to standard output and standard error.
+// What a piece of code answers and prints, as one text.
 #ifndef FWLIB_TESTS_SUPPORT_CAPTURE_H
 #define FWLIB_TESTS_SUPPORT_CAPTURE_H
 
 #include <cstdio>
-#include <ostream>
 #include <string>
 #include <unistd.h>
 
-struct Output {
-    std::string out;
-    std::string err;
-
-    friend bool operator==(const Output& l, const Output& r) { return l.out == r.out && l.err == r.err; }
-    friend std::ostream& operator<<(std::ostream& stream, const Output& output) {
-        return stream << "stdout <<" << output.out << ">> stderr <<" << output.err << ">>";
-    }
-};
-
+// Sends a standard stream to a file of its own until End.
 class Redirected {
 public:
     explicit Redirected(std::FILE* stream)
@@ -46,12 +36,13 @@ private:
     std::FILE* m_pFile;
 };
 
+// "ANSWER STDOUT", and when there is any, "! STDERR" behind it.
 template <class Code>
-Output Captured(Code code) {
-    Redirected out(stdout);
-    Redirected err(stderr);
-    code();
-    return {out.End(), err.End()};
+std::string Told(Code code) {
+    Redirected out(stdout), err(stderr);
+    const int answer = code();
+    const std::string printed = out.End(), reported = err.End();
+    return std::to_string(answer) + " " + printed + (reported.empty() ? "" : "! " + reported);
 }
 
 #endif
