@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Usage: surface.sh LIBRARY SYMBOLS
-# What the library shows the linker: exactly the listed names, a soname, and no need beyond the compiler's runtime.
+# What the library shows the linker: exactly the listed names, a soname, no need beyond the compiler's runtime, and
+# one place to search: its own.
 # In the list "va_list" stands for what the width makes of it. Names and libraries that sanitizers add are no
 # part of the surface.
 set -euo pipefail
@@ -27,8 +28,12 @@ if strange=$(grep -Ev '^(lib(c|m|stdc\+\+|gcc_s|asan|ubsan)|ld-linux.*)\.so\.[0-
     echo "needs more than the compiler's runtime: $strange"
     failed=1
 fi
-if ! grep -q '(SONAME).*\[libfwlib\.so\.[0-9]\+\]' <<<"$dynamic"; then
+if ! grep -q '(SONAME).*\[libfwlib\.so\(\.[0-9]\+\)\+\]' <<<"$dynamic"; then
     echo "has no soname"
+    failed=1
+fi
+if ! grep -q '(RUNPATH).*\[\$ORIGIN\]' <<<"$dynamic"; then
+    echo "looks for plugins elsewhere than beside itself"
     failed=1
 fi
 exit "$failed"
