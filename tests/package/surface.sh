@@ -32,7 +32,7 @@ if ! grep -q '(SONAME).*\[libfwlib\.so\(\.[0-9]\+\)\+\]' <<<"$dynamic"; then
     echo "has no soname"
     failed=1
 fi
-if ! grep -q '(RUNPATH).*\[\$ORIGIN\]' <<<"$dynamic"; then
+if ! grep -q "(RUNPATH).*\[[\$]ORIGIN\]" <<<"$dynamic"; then
     echo "looks for plugins elsewhere than beside itself"
     failed=1
 fi
