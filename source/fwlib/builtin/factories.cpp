@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/builtin/factories.h"
 
+#include "fwlib/builtin/edeserialize.h"
 #include "fwlib/builtin/edevnull.h"
 #include "fwlib/builtin/epassthrough.h"
+#include "fwlib/builtin/eserialize.h"
 #include "fwlib/builtin/esink.h"
 #include "fwlib/builtin/esource.h"
 #include "fwlib/builtin/etee.h"
@@ -31,11 +33,6 @@ Base* Create() {
     return pObject;
 }
 
-// Listed already, so that the table is whole; they have no elements yet.
-EObject* NotYet() {
-    return nullptr;
-}
-
 // The creator at the position of the name, or null for a name that is not among those of the table.
 template <class Base, std::size_t Count>
 Base* CreateByName(char* const (&pchNames)[Count + 1], Base* (*const (&apCreators)[Count])(), char* pchType) {
@@ -49,13 +46,11 @@ Base* CreateByName(char* const (&pchNames)[Count + 1], Base* (*const (&apCreator
 
 QObject* (*const apObjectCreators[])() = {Create<QObject, QObject>};
 
-EObject* (*const apElementCreators[])() = {Create<EObject, VESK::EDevNull>,
-                                           Create<EObject, VESK::EPassthrough>,
-                                           Create<EObject, VESK::ETee>,
-                                           Create<EObject, VESK::ESource>,
-                                           Create<EObject, VESK::ESink>,
-                                           NotYet,
-                                           NotYet};
+EObject* (*const apElementCreators[])() = {
+    Create<EObject, VESK::EDevNull>,    Create<EObject, VESK::EPassthrough>,
+    Create<EObject, VESK::ETee>,        Create<EObject, VESK::ESource>,
+    Create<EObject, VESK::ESink>,       Create<EObject, VESK::ESerialize>,
+    Create<EObject, VESK::EDeserialize>};
 
 } // namespace
 

@@ -2,9 +2,11 @@
 #include "fwlib/framework/entry.h"
 
 #include "fwlib/builtin/factories.h"
+#include "fwlib/colortable/mfcolortable.h"
 #include "fwlib/elements/pad.h"
 #include "fwlib/framework/framework.h"
 #include "fwlib/pipeline/epipeline.h"
+#include "fwlib/streams/sfileread.h"
 
 #include <new>
 
@@ -31,7 +33,9 @@ namespace VESK {
 void Pullin() {
     new (std::nothrow) FRAMEWORK;
     new (std::nothrow) EPipeline;
+    new (std::nothrow) MFColorTable;
     new (std::nothrow) SOURCEPAD(nullptr);
+    new (std::nothrow) SFileRead;
 }
 
 } // namespace VESK

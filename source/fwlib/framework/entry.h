@@ -13,8 +13,8 @@ extern "C" FWLIB_EXPORT VESK::Factory* GetFactory();
 
 namespace VESK {
 
-// Refers to the constructors of FRAMEWORK, EPipeline and SOURCEPAD, so that a host which only loads plugins
-// still links them. Each call leaks one object of each.
+// Refers to the constructors of FRAMEWORK, EPipeline, MFColorTable, SOURCEPAD and SFileRead, so that a host which
+// only loads plugins still links them. Each call leaks one object of each.
 FWLIB_EXPORT void Pullin();
 
 } // namespace VESK

@@ -2,18 +2,13 @@
 // The stream form of property lists and data objects.
 #include "fwlib/elements/qobject.h"
 #include "fwlib/internal/list.h"
+#include "fwlib/internal/objectlines.h"
 #include "fwlib/internal/record.h"
 #include "fwlib/properties/properties.h"
 #include "fwlib/streams/sread.h"
 #include "fwlib/streams/swrite.h"
 
 namespace VESK {
-
-namespace {
-
-constexpr const char* CountKey = "m_b2PropertyCount";
-
-} // namespace
 
 int PROPERTIES::Serialize(SWrite* pWriter) {
     const DecimalText cCount(Byte4Type{m_b2PropertyCount});

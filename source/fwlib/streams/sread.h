@@ -35,6 +35,17 @@ public:
     int Deserialize(char* pchValue);
     int Deserialize(unsigned short* pusValue);
     int Deserialize(unsigned char* pbValue);
+
+    // Takes a line and decodes the block record in it into at most iCount bytes. 1 when all of them came; 0 when
+    // the text holds fewer, with the whole groups that it holds decoded and the rest untouched, and at the end of
+    // the stream, for a line without "=" and for a null destination. Characters are not checked for their range.
+    int DeserializeBlock(unsigned char* pData, int iCount);
+
+    // The inverse of SWrite::Compress: writes the blocks' bytes and answers their count, a multiple of 120. 0 when
+    // the source is empty or not the coding of whole blocks, or when they are more than b4Room; the target may
+    // then hold some of them. The flag is that of Compress. Any source is safe.
+    static Byte4Type Decompress(unsigned char* pTarget, Byte4Type b4Room, unsigned char* pSource,
+                                Byte4Type b4Length, unsigned char bFlag);
 };
 
 } // namespace VESK

@@ -31,6 +31,27 @@ public:
     int Serialize(char* pchKey, unsigned int uValue);
     int Serialize(char* pchKey, unsigned short usValue);
     int Serialize(char* pchKey, unsigned char bValue);
+
+    // Block records carry bytes in one line: the key, "=", and four printable characters for every three bytes.
+    // Reading needs the byte count from elsewhere.
+
+    // Writes one record in four WriteData calls; an empty value in three for null data, and nothing for a null
+    // key. A count below 0 counts as 0. Always answers 1.
+    int SerializeBlock(char* pchKey, unsigned char* pData, int iCount);
+
+    // Writes the characters of the bytes in one WriteData call, without key or newline, and answers what that
+    // answered; 0 when there is no memory for them. A last group of one or two bytes is filled up with zeros.
+    Byte4Type WriteAsciized(char* pchData, unsigned int uCount);
+
+    // Encodes uGroups groups of 3 bytes into 4 characters each, without a terminator, and writes nothing.
+    void AsciizeTriplets(char* pchText, unsigned int uGroups, char* pchData);
+
+    // Codes the whole 120-byte blocks of the source in the target by leaving out zero or repeated 32-bit words
+    // (docs/formats.md). Answers the bytes written, fewer than b2Length, or 0 when they would not be fewer; the
+    // target must hold b2Length - 1 bytes, whose rest is undefined. A flag of 2 selects the backward layout, which
+    // is read from its end. SRead::Decompress is the inverse.
+    Byte2Type Compress(unsigned char* pTarget, unsigned char* pSource, Byte2Type b2Length,
+                       unsigned char bFlag);
 };
 
 } // namespace VESK

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "fwlib/builtin/edeserialize.h"
+
+#include "fwlib/elements/pad.h"
+#include "fwlib/elements/qobject.h"
+#include "fwlib/framework/framework.h"
+#include "fwlib/internal/elementwork.h"
+#include "fwlib/internal/handle.h"
+#include "fwlib/internal/objectfiles.h"
+#include "fwlib/internal/texts.h"
+
+#include <cerrno>
+#include <new>
+
+namespace VESK {
+
+namespace {
+
+// The reader that Initialize made; a host may have put one of its own in its place.
+ObjectFileRead* OwnReader(EDeserialize& cElement) {
+    return dynamic_cast<ObjectFileRead*>(cElement.m_pReader);
+}
+
+// Reports a broken object, once: the answer of Run, 0.
+int ReportBroken(EDeserialize& cElement, ObjectFileRead& cReader) {
+    if (!cReader.m_bReported) {
+        cReader.m_bReported = true;
+        cElement.ErrorMessage("Run(): no whole object at byte %llu of %s: %s\n", cReader.Offset(),
+                              cReader.ShownName(), cReader.Reason());
+    }
+    return 0;
+}
+
+// A new object of the type that the line names, or null with a report.
+QObject* CreateNamed(EDeserialize& cElement, char* pchType) {
+    QObject* const pObject = cElement.m_pFramework ? cElement.m_pFramework->CreateQObject(pchType) : nullptr;
+    if (!pObject) {
+        cElement.ErrorMessage("Unable to instantiate QObject: %s\n", pchType);
+    }
+    return pObject;
+}
+
+int Deliver(EDeserialize& cElement, QObject& cObject) {
+    if (cElement.m_iDebug != 0) {
+        char achType[TypeTextSize];
+        cObject.m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType, nullptr,
+                                          Section::Standard);
+        cElement.Message(1, "Run(): QObjectType = %s\n", achType);
+    }
+    SOURCEPAD* const pPad = cElement.GetSourcePad(0);
+    return pPad ? pPad->Push(&cObject) : 0;
+}
+
+} // namespace
+
+EDeserialize::EDeserialize() : m_pReader(nullptr) {
+    m_cProperties.SetProperty(Key::EObjectType, Type::EDeserialize, Section::Standard);
+}
+
+EDeserialize::~EDeserialize() {
+    delete m_pReader;
+}
+
+int EDeserialize::Initialize() {
+    const int iInitialized = EObject::Initialize();
+    if (!iInitialized) {
+        return iInitialized;
+    }
+    if (!CreateSourcePads(*this, 1, this)) {
+        return 0;
+    }
+    char achFileName[NameTextSize];
+    const int iNamed =
+        m_cProperties.GetProperty(Key::Filename, achFileName, sizeof achFileName, nullptr, Section::Standard);
+    Byte4Type b4Strict;
+    m_cProperties.GetProperty(Key::Strict, &b4Strict, 0, Section::Standard);
+    delete m_pReader;
+    m_pReader = new (std::nothrow) ObjectFileRead(b4Strict != 0);
+    if (!m_pReader) {
+        return 0;
+    }
+    if (!iNamed) {
+        m_pReader->SetFile(HandleOf(stdin));
+    } else if (!m_pReader->OpenFile(achFileName)) {
+        ErrorMessage("Unable to open %s: %s\n", achFileName, std::strerror(errno));
+        delete m_pReader;
+        m_pReader = nullptr;
+        return 0;
+    }
+    return iInitialized;
+}
+
+int EDeserialize::DataArrived(QObject*, Byte2Type) {
+    return 0;
+}
+
+int EDeserialize::Run() {
+    if (!m_pReader) {
+        ErrorMessage("Run(): not initialized\n");
+        return 0;
+    }
+    ObjectFileRead* const pOwn = OwnReader(*this);
+    if (pOwn) {
+        pOwn->BeginObject();
+    }
+    char* const pchType = m_pReader->ReadLine();
+    if (!pchType) {
+        return pOwn && pOwn->Broken() ? ReportBroken(*this, *pOwn) : 0;
+    }
+    QObject* const pObject = CreateNamed(*this, pchType);
+    if (!pObject) {
+        return 0;
+    }
+    pObject->Deserialize(m_pReader);
+    const int iAnswer = pOwn && !pOwn->EndObject() ? ReportBroken(*this, *pOwn) : Deliver(*this, *pObject);
+    delete pObject;
+    return iAnswer;
+}
+
+} // namespace VESK

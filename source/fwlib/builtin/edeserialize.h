@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// EDeserialize: each Run reads one object from a file and sends it.
+//   sink pads       none: DataArrived answers 0
+//   source pads     1
+//   "Filename"      the file; standard input when absent. Initialize reports one that cannot be opened, and answers 0
+//   "Strict"        when not 0, only an object whose every line arrived whole is sent. The first that did not is
+//                   reported with its byte offset, and nothing behind it is read
+//   answer          Run answers what the delivery answered; 0 at the end of the file, for a type that no plugin
+//                   serves, for a broken object, and before Initialize
+//   example         element EDeserialize  /  property Name replay  /  property Filename objects.txt
+#ifndef FWLIB_BUILTIN_EDESERIALIZE_H
+#define FWLIB_BUILTIN_EDESERIALIZE_H
+
+#include "fwlib/elements/eobject.h"
+#include "fwlib/export.h"
+#include "fwlib/streams/sfileread.h"
+#include "fwlib/types.h"
+
+namespace VESK {
+
+class FWLIB_EXPORT EDeserialize : public EObject {
+public:
+    EDeserialize();
+    ~EDeserialize() override;
+    int Initialize() override;
+    int DataArrived(QObject* pObject, Byte2Type b2Index) override;
+    int Run() override;
+
+    // The fields in their order are part of the binary interface.
+    SFileRead* m_pReader; // owned; null until Initialize, and after it failed
+};
+
+} // namespace VESK
+
+#endif

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+// A group's three bytes in the low 24 bits of a 32-bit lane, the first lowest, become the four 6-bit values of the
+// lane's bytes by two masks and one shift; a space added to each makes them characters. The same arithmetic runs
+// in a register of the machine (one lane, or two in 64 bits) and in a wide one (eight lanes); which, the processor is
+// asked.
+#include "fwlib/internal/asciize.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace VESK {
+
+namespace {
+
+using Byte = unsigned char;
+using Word = std::uintptr_t;
+
+// Bits of a lane that stay in place and bits that move; a space in each byte; what no value of a character uses.
+constexpr std::uint32_t Stay = 0x00030F3F;
+constexpr std::uint32_t Move = 0x00FCF0C0;
+constexpr std::uint32_t Spaces = 0x20202020;
+constexpr std::uint32_t Beyond = 0xC0C0C0C0;
+constexpr int Shift = 6;
+
+// One byte and group at a time: for the ends, and for characters outside the range, which are not refused.
+void EncodeSlowly(Byte* pText, const Byte* pData, std::size_t uGroups) {
+    for (; uGroups > 0; --uGroups, pText += GroupCharacters, pData += GroupBytes) {
+        pText[0] = static_cast<Byte>((pData[0] & 0x3F) + ' ');
+        pText[1] = static_cast<Byte>(((pData[1] & 0x0F) | (pData[0] & 0xC0) >> 2) + ' ');
+        pText[2] = static_cast<Byte>(((pData[2] & 0x03) | (pData[1] & 0xF0) >> 2) + ' ');
+        pText[3] = static_cast<Byte>((pData[2] >> 2) + ' ');
+    }
+}
+
+void DecodeSlowly(Byte* pData, const Byte* pText, std::size_t uGroups) {
+    for (; uGroups > 0; --uGroups, pText += GroupCharacters, pData += GroupBytes) {
+        const int i0 = pText[0] - ' ';
+        const int i1 = pText[1] - ' ';
+        const int i2 = pText[2] - ' ';
+        const int i3 = pText[3] - ' ';
+        pData[0] = static_cast<Byte>(i0 | (i1 & 0x30) * 4);
+        pData[1] = static_cast<Byte>((i1 & 0x0F) | (i2 & 0x3C) * 4);
+        pData[2] = static_cast<Byte>((i2 & 0x03) | i3 * 4);
+    }
+}
+
+constexpr std::size_t Lanes = sizeof(Word) / sizeof(std::uint32_t);
+constexpr std::size_t Round = 4; // words a round of the loops; more do not pay
+
+constexpr Word InLanes(std::uint32_t uValue) {
+    return Lanes == 1 ? uValue : static_cast<Word>(uint64_t{uValue} << 32 | uValue);
+}
+
+// A word holds a group a lane; in 64 bits, two groups that lie side by side are first drawn apart, and at last
+// pushed together.
+constexpr Word Apart(Word uGroups) {
+    return Lanes == 1 ? uGroups : (uGroups & 0xFFFFFF) | (uGroups << 8 & static_cast<Word>(0xFFFFFF00000000));
+}
+constexpr Word Together(Word uGroups) {
+    return Lanes == 1 ? uGroups : (uGroups & 0xFFFFFF) | (uGroups >> 8 & static_cast<Word>(0xFFFFFF000000));
+}
+
+// A word is read or written whole, a byte or two beyond its groups, so the last groups are left to the slow way.
+void EncodePlainly(Byte* pText, const Byte* pData, std::size_t uGroups) {
+    for (; uGroups > Lanes * Round; uGroups -= Lanes * Round) {
+        Word auGroups[Round];
+        for (std::size_t u = 0; u < Round; ++u) {
+            std::memcpy(&auGroups[u], pData + u * Lanes * GroupBytes, sizeof(Word));
+        }
+        for (std::size_t u = 0; u < Round; ++u) {
+            const Word uGroup = Apart(auGroups[u]);
+            const Word uText =
+                ((uGroup & InLanes(Stay)) | (uGroup & InLanes(Move)) << Shift) + InLanes(Spaces);
+            std::memcpy(pText + u * sizeof uText, &uText, sizeof uText);
+        }
+        pText += Round * sizeof(Word);
+        pData += Round * Lanes * GroupBytes;
+    }
+    EncodeSlowly(pText, pData, uGroups);
+}
+
+void DecodePlainly(Byte* pData, const Byte* pText, std::size_t uGroups) {
+    for (; uGroups > Lanes * Round; uGroups -= Lanes * Round) {
+        Word auValues[Round];
+        Word uAll = 0;
+        for (std::size_t u = 0; u < Round; ++u) {
+            std::memcpy(&auValues[u], pText + u * sizeof(Word), sizeof(Word));
+            auValues[u] -=
+                InLanes(Spaces); // a character below a space borrows, and so lands beyond the range
+            uAll |= auValues[u];
+        }
+        if ((uAll & InLanes(Beyond)) != 0) {
+            DecodeSlowly(pData, pText, Lanes * Round);
+        } else {
+            for (std::size_t u = 0; u < Round; ++u) {
+                const Word uValue = auValues[u];
+                const Word uGroup = Together((uValue & InLanes(Stay)) | (uValue >> Shift & InLanes(Move)));
+                std::memcpy(pData + u * Lanes * GroupBytes, &uGroup, sizeof uGroup);
+            }
+        }
+        pText += Round * sizeof(Word);
+        pData += Round * Lanes * GroupBytes;
+    }
+    DecodeSlowly(pData, pText, uGroups);
+}
+
+#if defined(__x86_64__) || defined(__i386__)
+
+using Half = Byte __attribute__((vector_size(16)));
+using Bytes = Byte __attribute__((vector_size(32)));
+using WideLanes = std::uint32_t __attribute__((vector_size(32)));
+
+constexpr std::size_t Wide = 8;                         // groups in a wide register
+constexpr std::size_t HalfData = Wide / 2 * GroupBytes; // data bytes in each half of it
+constexpr std::size_t Spill = sizeof(Half) - HalfData;  // bytes that a half is read or written beyond them
+constexpr std::size_t SpillGroups = Spill / GroupBytes + 1; // groups that must follow for that
+
+__attribute__((target("avx2"))) void EncodeWidely(Byte* pText, const Byte* pData, std::size_t uGroups) {
+    for (; uGroups >= Wide + SpillGroups; uGroups -= Wide) {
+        Half cLow;
+        Half cHigh;
+        std::memcpy(&cLow, pData, sizeof cLow);
+        std::memcpy(&cHigh, pData + HalfData, sizeof cHigh);
+        const auto cGroups = (WideLanes)__builtin_shufflevector(cLow, cHigh, 0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8,
+                                                                8, 9, 10, 11, 11, 16, 17, 18, 18, 19, 20, 21,
+                                                                21, 22, 23, 24, 24, 25, 26, 27, 27);
+        const WideLanes cText = ((cGroups & Stay) | (cGroups & Move) << Shift) + Spaces;
+        std::memcpy(pText, &cText, sizeof cText);
+        pText += sizeof cText;
+        pData += Wide * GroupBytes;
+    }
+    EncodePlainly(pText, pData, uGroups);
+}
+
+__attribute__((target("avx2"))) void DecodeWidely(Byte* pData, const Byte* pText, std::size_t uGroups) {
+    for (; uGroups >= Wide + SpillGroups; uGroups -= Wide) {
+        Bytes cText;
+        std::memcpy(&cText, pText, sizeof cText);
+        const auto cValues = (WideLanes)(cText - Byte{' '});
+        // The first value of a lane is kept whole: its upper bits count when a character is out of range.
+        const auto cGroups = (Bytes)((cValues & (Stay | 0xFF)) | (cValues >> Shift & Move));
+        const Bytes cData =
+            __builtin_shufflevector(cGroups, cGroups, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1,
+                                    16, 17, 18, 20, 21, 22, 24, 25, 26, 28, 29, 30, -1, -1, -1, -1);
+        std::memcpy(pData, &cData, sizeof(Half));
+        std::memcpy(pData + HalfData, reinterpret_cast<const Byte*>(&cData) + sizeof(Half), sizeof(Half));
+        pText += sizeof cText;
+        pData += Wide * GroupBytes;
+    }
+    DecodePlainly(pData, pText, uGroups);
+}
+
+constexpr GroupCoder cWideCoder = {EncodeWidely, DecodeWidely};
+
+bool RunsWide() {
+    return __builtin_cpu_supports("avx2");
+}
+
+#else
+
+constexpr GroupCoder cWideCoder = {EncodePlainly, DecodePlainly};
+
+bool RunsWide() {
+    return false;
+}
+
+#endif
+
+} // namespace
+
+const GroupCoder cPlainCoder = {EncodePlainly, DecodePlainly};
+
+const GroupCoder& ChooseGroupCoder() {
+    return RunsWide() ? cWideCoder : cPlainCoder;
+}
+
+} // namespace VESK

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "fwlib/streams/sfilewrite.h"
+
+#include "fwlib/internal/filename.h"
+#include "fwlib/internal/handle.h"
+#include "fwlib/stdc/stdc/fwstdcstring.h"
+
+namespace VESK {
+
+SFileWrite::SFileWrite() : m_achFileName{}, m_pFile(nullptr) {}
+
+SFileWrite::SFileWrite(char* pchFileName, unsigned int uBinary) : m_achFileName{}, m_pFile(HandleOf(stdout)) {
+    if (pchFileName) {
+        CopyName(m_achFileName, pchFileName);
+        m_pFile = fwfopen(m_achFileName, Text(uBinary ? "wb" : "w"));
+    }
+}
+
+SFileWrite::~SFileWrite() {
+    if (m_pFile && m_pFile != HandleOf(stdout)) {
+        fwfclose(m_pFile);
+    }
+}
+
+Byte4Type SFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
+    if (!m_pFile) {
+        return 0;
+    }
+    const Byte4Type b4Written = fwfwrite(pchData, 1, b4Length, m_pFile);
+    fwflush(m_pFile);
+    return b4Written;
+}
+
+void SFileWrite::SetFile(char* pFile) {
+    m_pFile = pFile;
+}
+
+} // namespace VESK

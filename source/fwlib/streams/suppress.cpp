@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+// One algorithm, written once over the work on a block's words, which a machine's registers or wide ones do. Inside,
+// bits go by a word's place in the block, the first lowest; only a bitmap of the backward layout is turned round.
+#include "fwlib/internal/suppress.h"
+
+#include "fwlib/internal/suppresswords.h"
+
+namespace VESK {
+
+namespace {
+
+using Byte = unsigned char;
+
+constexpr std::uint32_t ZeroForm = 0x80000000; // the bitmap's bit that tells the form
+constexpr std::uint32_t Unused = 0x40000000;
+
+std::uint32_t TurnRound(std::uint32_t uWords) {
+    uWords = __builtin_bswap32(uWords);
+    uWords = (uWords >> 4 & 0x0F0F0F0F) | (uWords & 0x0F0F0F0F) << 4;
+    uWords = (uWords >> 2 & 0x33333333) | (uWords & 0x33333333) << 2;
+    uWords = (uWords >> 1 & 0x55555555) | (uWords & 0x55555555) << 1;
+    return uWords >> (32 - BlockWords);
+}
+
+// Which words of a block are listed, and the bitmap that says so.
+struct Choice {
+    std::uint32_t uListed;
+    std::uint32_t uBitmap;
+    std::size_t uListBytes;
+};
+
+template <class Words>
+inline __attribute__((always_inline)) Choice Choose(const Byte* pBlock, bool bBackward) {
+    std::uint32_t uNonZero;
+    std::uint32_t uChange;
+    Words::Look(pBlock, uNonZero, uChange);
+    // The scan's first word is always listed, and each that differs from the one scanned before it.
+    const std::uint32_t uChanged = bBackward ? uChange | LastWord : (uChange << 1 | FirstWord) & AllWords;
+    const unsigned int uNonZeros = Words::Count(uNonZero);
+    const unsigned int uChanges = Words::Count(uChanged);
+    const bool bZeroForm = uChanges >= uNonZeros;
+    const std::uint32_t uListed = bZeroForm ? uNonZero : uChanged;
+    const std::uint32_t uLeftOut = ~uListed & AllWords;
+    return {uListed, (bBackward ? TurnRound(uLeftOut) : uLeftOut) | (bZeroForm ? ZeroForm : 0),
+            (bZeroForm ? uNonZeros : uChanges) * WordBytes};
+}
+
+template <class Words>
+inline __attribute__((always_inline)) std::size_t Compress(Byte* pTarget, const Byte* pSource,
+                                                           std::size_t uLength, bool bBackward) {
+    if (uLength < BlockBytes) {
+        return 0;
+    }
+    Byte* const pEnd = pTarget + uLength - 1;
+    std::size_t uTotal = 0;
+    for (std::size_t uBlocks = uLength / BlockBytes; uBlocks > 0; --uBlocks, pSource += BlockBytes) {
+        const Choice cChoice = Choose<Words>(pSource, bBackward);
+        const std::size_t uCoded = WordBytes + cChoice.uListBytes;
+        uTotal += uCoded;
+        if (uTotal >= uLength) {
+            return 0;
+        }
+        Byte* const pList = bBackward ? pTarget : pTarget + WordBytes;
+        Words::Gather(pList, static_cast<std::size_t>(pEnd - pList), pSource, cChoice.uListed);
+        StoreWord(bBackward ? pTarget + cChoice.uListBytes : pTarget, cChoice.uBitmap);
+        pTarget += uCoded;
+    }
+    return uTotal;
+}
+
+// A coded block as its bitmap tells it.
+struct Coded {
+    bool bGood;
+    bool bZeroForm;
+    std::uint32_t uListed;
+    std::size_t uListBytes;
+};
+
+template <class Words>
+inline __attribute__((always_inline)) Coded Decode(std::uint32_t uBitmap, bool bBackward) {
+    const bool bZeroForm = (uBitmap & ZeroForm) != 0;
+    const std::uint32_t uScan = ~uBitmap & AllWords;
+    const bool bGood = (uBitmap & Unused) == 0 && (bZeroForm || (uScan & FirstWord) != 0);
+    return {bGood, bZeroForm, bBackward ? TurnRound(uScan) : uScan, Words::Count(uScan) * WordBytes};
+}
+
+template <class Words>
+inline __attribute__((always_inline)) void ExpandBlock(Byte* pBlock, const Byte* pList, std::size_t uReadable,
+                                                       const Coded& cCoded, bool bBackward) {
+    if (cCoded.bZeroForm) {
+        Words::SpreadOnZero(pBlock, pList, uReadable, cCoded.uListed);
+    } else if (bBackward) {
+        Words::SpreadDown(pBlock, pList, uReadable, cCoded.uListed);
+    } else {
+        Words::SpreadUp(pBlock, pList, uReadable, cCoded.uListed);
+    }
+}
+
+template <class Words>
+inline __attribute__((always_inline)) std::size_t ExpandForward(Byte* pTarget, std::size_t uRoom,
+                                                                const Byte* pSource, std::size_t uLength) {
+    std::size_t uWritten = 0;
+    while (uLength > 0) {
+        const Coded cCoded = Decode<Words>(uLength >= WordBytes ? LoadWordAt(pSource) : Unused, false);
+        if (!cCoded.bGood || cCoded.uListBytes > uLength - WordBytes || uRoom - uWritten < BlockBytes) {
+            return 0;
+        }
+        pSource += WordBytes;
+        uLength -= WordBytes;
+        ExpandBlock<Words>(pTarget + uWritten, pSource, uLength, cCoded, false);
+        pSource += cCoded.uListBytes;
+        uLength -= cCoded.uListBytes;
+        uWritten += BlockBytes;
+    }
+    return uWritten;
+}
+
+// The blocks come off the end of the source, the last one first, so they are counted before they are expanded.
+template <class Words>
+inline __attribute__((always_inline)) std::size_t ExpandBackward(Byte* pTarget, std::size_t uRoom,
+                                                                 const Byte* pSource, std::size_t uLength) {
+    std::size_t uBlocks = 0;
+    for (std::size_t uLeft = uLength; uLeft > 0; ++uBlocks) {
+        const Coded cCoded =
+            Decode<Words>(uLeft >= WordBytes ? LoadWordAt(pSource + uLeft - WordBytes) : Unused, true);
+        if (!cCoded.bGood || cCoded.uListBytes > uLeft - WordBytes || uRoom / BlockBytes <= uBlocks) {
+            return 0;
+        }
+        uLeft -= WordBytes + cCoded.uListBytes;
+    }
+    std::size_t uLeft = uLength;
+    for (std::size_t uBlock = uBlocks; uBlock > 0; --uBlock) {
+        const Coded cCoded = Decode<Words>(LoadWordAt(pSource + uLeft - WordBytes), true);
+        uLeft -= WordBytes + cCoded.uListBytes;
+        ExpandBlock<Words>(pTarget + (uBlock - 1) * BlockBytes, pSource + uLeft, uLength - uLeft, cCoded,
+                           true);
+    }
+    return uBlocks * BlockBytes;
+}
+
+std::size_t CompressPlainly(Byte* pTarget, const Byte* pSource, std::size_t uLength, bool bBackward) {
+    return Compress<PlainWords>(pTarget, pSource, uLength, bBackward);
+}
+
+std::size_t ExpandPlainly(Byte* pTarget, std::size_t uRoom, const Byte* pSource, std::size_t uLength,
+                          bool bBackward) {
+    return bBackward ? ExpandBackward<PlainWords>(pTarget, uRoom, pSource, uLength)
+                     : ExpandForward<PlainWords>(pTarget, uRoom, pSource, uLength);
+}
+
+#ifdef FWLIB_WIDE
+
+FWLIB_WIDE __attribute__((flatten)) std::size_t CompressWidely(Byte* pTarget, const Byte* pSource,
+                                                               std::size_t uLength, bool bBackward) {
+    return bBackward ? Compress<WideWords>(pTarget, pSource, uLength, true)
+                     : Compress<WideWords>(pTarget, pSource, uLength, false);
+}
+
+FWLIB_WIDE __attribute__((flatten)) std::size_t
+ExpandWidely(Byte* pTarget, std::size_t uRoom, const Byte* pSource, std::size_t uLength, bool bBackward) {
+    return bBackward ? ExpandBackward<WideWords>(pTarget, uRoom, pSource, uLength)
+                     : ExpandForward<WideWords>(pTarget, uRoom, pSource, uLength);
+}
+
+constexpr BlockCoder cWideBlockCoder = {CompressWidely, ExpandWidely};
+
+#endif
+
+} // namespace
+
+const BlockCoder cPlainBlockCoder = {CompressPlainly, ExpandPlainly};
+
+const BlockCoder& ChooseBlockCoder() {
+#ifdef FWLIB_WIDE
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt")) {
+        return cWideBlockCoder;
+    }
+#endif
+    return cPlainBlockCoder;
+}
+
+} // namespace VESK
