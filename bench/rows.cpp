@@ -56,6 +56,16 @@ void AddRow(const std::string& Name, double dBar, const Measured& Library, const
     benchmark::RegisterBenchmark((Name + YardstickSuffix).c_str(), Yardstick);
 }
 
+namespace {
+
+std::string TwoPlaces(double dValue) {
+    char achText[32];
+    std::snprintf(achText, sizeof achText, "%.2f", dValue);
+    return achText;
+}
+
+} // namespace
+
 int RunRows(std::FILE* pReport) {
     Collector cCollector;
     benchmark::RunSpecifiedBenchmarks(&cCollector);
@@ -70,9 +80,13 @@ int RunRows(std::FILE* pReport) {
             continue; // left out by a filter
         }
         const double dRatio = dLibrary / dYardstick;
+        const bool bBar = cRow.dBar != NoBar;
         iKept &= dRatio <= cRow.dBar;
-        std::fprintf(pReport, "| %-44s | %10.2f | %12.2f | %5.2f | %5.2f | %-4s |\n", cRow.Name.c_str(),
-                     dLibrary, dYardstick, dRatio, cRow.dBar, dRatio <= cRow.dBar ? "ok" : "OVER");
+        std::fprintf(pReport, "| %-44s | %10.2f | %12.2f | %5.2f | %5s | %-4s |\n", cRow.Name.c_str(),
+                     dLibrary, dYardstick, dRatio, bBar ? TwoPlaces(cRow.dBar).c_str() : "",
+                     !bBar                 ? ""
+                     : dRatio <= cRow.dBar ? "ok"
+                                           : "OVER");
     }
     return iKept;
 }

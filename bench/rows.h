@@ -8,9 +8,12 @@
 
 #include <cstdio>
 #include <functional>
+#include <limits>
 #include <string>
 
 using Measured = std::function<void(benchmark::State&)>;
+
+constexpr double NoBar = std::numeric_limits<double>::infinity(); // for a row that only informs
 
 void AddRow(const std::string& Name, double dBar, const Measured& Library, const Measured& Yardstick);
 

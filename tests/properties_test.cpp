@@ -53,7 +53,7 @@ TEST(Properties, NullsAndMissingEntriesLeaveEverythingAsItWas) {
     EXPECT_EQ(number, 65535);
 }
 
-// Sets texts at random, with keys that share their first seven, eight and nine characters, and compares with
+// Sets texts and numbers at random, with keys that share their first seven, eight and nine characters, and compares with
 // a list kept in the plainest way.
 TEST(Properties, AgreesWithAPlainListOnRandomKeys) {
     std::mt19937 random(1);
@@ -67,8 +67,13 @@ TEST(Properties, AgreesWithAPlainListOnRandomKeys) {
     PROPERTIES list;
     std::vector<std::tuple<std::string, std::string, std::string>> plain;
     for (int step = 0; step < 2000; ++step) {
-        const std::string &key = keys[pick(keys.size())], &section = sections[pick(5)], value(pick(20), 'v');
-        ASSERT_EQ(Set(list, key.c_str(), value, section.c_str()), 1);
+        const std::string &key = keys[pick(keys.size())], &section = sections[pick(5)];
+        const int number = static_cast<int>(random()) >> pick(32);
+        const std::string value = pick(2) ? std::string(pick(20), 'v') : std::to_string(number);
+        ASSERT_EQ(value[0] == 'v' || value.empty()
+                      ? Set(list, key.c_str(), value, section.c_str())
+                      : list.SetProperty(Text(key.c_str()), number, Text(section.c_str())),
+                  1);
         const auto known = std::find_if(plain.begin(), plain.end(), [&](const auto& entry) {
             return std::get<0>(entry) == section && std::get<1>(entry) == key;
         });
@@ -80,6 +85,7 @@ TEST(Properties, AgreesWithAPlainListOnRandomKeys) {
         ASSERT_EQ(list.m_b2PropertyCapacity, (plain.size() + 15) / 16 * 16);
     }
     ASSERT_EQ(list.GetNumberOfProperties(), plain.size());
+    PROPERTIES copy; // holds the first half with other values
     for (std::size_t u = 0; u < plain.size(); ++u) {
         auto& [section, key, value] = plain[u];
         Byte2Type index = 0;
@@ -88,7 +94,12 @@ TEST(Properties, AgreesWithAPlainListOnRandomKeys) {
         EXPECT_EQ(index, u);
         EXPECT_EQ(list.GetKeyValuePair(index, section.data(), ownKey, ownValue), 1);
         EXPECT_EQ(std::make_pair(key, value), std::make_pair(std::string(ownKey), std::string(ownValue)));
+        if (u < plain.size() / 2) {
+            Set(copy, key.c_str(), value + "-", section.c_str());
+        }
     }
+    EXPECT_EQ(copy.Copy(&list), 1);
+    EXPECT_EQ(Entries(copy), Entries(list));
     list.Reset();
     EXPECT_EQ(list.m_b2PropertyCapacity + list.m_b2PropertyCount, 0);
     EXPECT_EQ(list.m_pachKeys, nullptr);

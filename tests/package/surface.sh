@@ -3,8 +3,8 @@
 # Usage: surface.sh LIBRARY SYMBOLS
 # What the library shows the linker: exactly the listed names, a soname, no need beyond the compiler's runtime, and
 # one place to search: its own.
-# In the list "va_list" stands for what the width makes of it. Names and libraries that sanitizers add are no
-# part of the surface.
+# In the list "va_list" stands for what the width makes of it, and "(optional)" marks what only unoptimized code needs.
+# Names and libraries that sanitizers add are no part of the surface.
 set -euo pipefail
 export LC_ALL=C
 library=$1 symbols=$2 failed=0
@@ -12,8 +12,9 @@ library=$1 symbols=$2 failed=0
 if readelf -h "$library" | grep -q ELF64; then va_list='__va_list_tag*'; else va_list='char*'; fi
 
 if ! diff -u --label "$symbols" --label "exported" \
-    <(grep -v '^#' "$symbols" | sed "s/va_list/$va_list/" | sort -u) \
-    <(nm -D --defined-only -C "$library" | sed -E 's/^[0-9a-f]+ . //; /^__odr_asan/d' | sort -u); then
+    <(grep -v '^#\| (optional)$' "$symbols" | sed "s/va_list/$va_list/" | sort -u) \
+    <(nm -D --defined-only -C "$library" | sed -E 's/^[0-9a-f]+ . //; /^__odr_asan/d' |
+        grep -vxF "$(sed -n 's/ (optional)$//p' "$symbols")" | sort -u); then
     echo "the exported names differ from the list"
     failed=1
 fi

@@ -8,23 +8,27 @@
 
 #include <initializer_list>
 
-namespace VESK __attribute__((visibility("hidden"))) {
+#pragma GCC visibility push(hidden) // so that calls need no procedure table, whose register costs 32-bit code
 
-    struct CurrentElement {
-        EObject* pcCurrentElement; // lent; null when there is none
-    };
+namespace VESK {
 
-    extern CurrentElement cPlainBuild;      // of building without a configuration file
-    extern CurrentElement cConfiguredBuild; // of building with one
+struct CurrentElement {
+    EObject* pcCurrentElement; // lent; null when there is none
+};
 
-    inline void ForgetElement(const EObject* pElement) {
-        for (CurrentElement* pCurrent : {&cPlainBuild, &cConfiguredBuild}) {
-            if (pCurrent->pcCurrentElement == pElement) {
-                pCurrent->pcCurrentElement = nullptr;
-            }
+extern CurrentElement cPlainBuild;      // of building without a configuration file
+extern CurrentElement cConfiguredBuild; // of building with one
+
+inline void ForgetElement(const EObject* pElement) {
+    for (CurrentElement* pCurrent : {&cPlainBuild, &cConfiguredBuild}) {
+        if (pCurrent->pcCurrentElement == pElement) {
+            pCurrent->pcCurrentElement = nullptr;
         }
     }
+}
 
-} // namespace )
+} // namespace VESK
+
+#pragma GCC visibility pop
 
 #endif

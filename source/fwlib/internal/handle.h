@@ -5,16 +5,16 @@
 
 #include <cstdio>
 
-namespace VESK __attribute__((visibility("hidden"))) {
+namespace VESK {
 
-    inline std::FILE* StreamOf(char* pFile) {
-        return reinterpret_cast<std::FILE*>(pFile);
-    }
+inline std::FILE* StreamOf(char* pFile) {
+    return reinterpret_cast<std::FILE*>(pFile);
+}
 
-    inline char* HandleOf(std::FILE * pStream) {
-        return reinterpret_cast<char*>(pStream);
-    }
+inline char* HandleOf(std::FILE* pStream) {
+    return reinterpret_cast<char*>(pStream);
+}
 
-} // namespace )
+} // namespace VESK
 
 #endif

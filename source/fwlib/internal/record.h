@@ -8,58 +8,58 @@
 #include "fwlib/streams/swrite.h"
 #include "fwlib/text.h"
 
-namespace VESK __attribute__((visibility("hidden"))) {
+namespace VESK {
 
-    constexpr std::size_t RecordSize = 256;        // a typed record that is composed without the heap
-    constexpr std::size_t PropertyLineSize = 1024; // a property's line likewise
+constexpr std::size_t RecordSize = 256;        // a typed record that is composed without the heap
+constexpr std::size_t PropertyLineSize = 1024; // a property's line likewise
 
-    // Writes a text whose length may pass what one WriteData call takes.
-    inline void WriteText(SWrite & cWriter, const char* pchText, std::size_t uLength) {
-        while (uLength > UINT32_MAX) {
-            cWriter.WriteData(Text(pchText), UINT32_MAX);
-            pchText += UINT32_MAX;
-            uLength -= UINT32_MAX;
-        }
-        cWriter.WriteData(Text(pchText), static_cast<Byte4Type>(uLength));
+// Writes a text whose length may pass what one WriteData call takes.
+inline void WriteText(SWrite& cWriter, const char* pchText, std::size_t uLength) {
+    while (uLength > UINT32_MAX) {
+        cWriter.WriteData(Text(pchText), UINT32_MAX);
+        pchText += UINT32_MAX;
+        uLength -= UINT32_MAX;
     }
+    cWriter.WriteData(Text(pchText), static_cast<Byte4Type>(uLength));
+}
 
-    // Composes the line in a buffer of Size bytes, or on the heap when it is longer, and writes it in one
-    // call. When a longer line finds no memory, or is longer than one call takes, it goes out in pieces: it
-    // is whole all the same.
-    template <std::size_t Size>
-    void WriteRecord(SWrite & cWriter, const char* pchKey, const char* pchValue, std::size_t uValueLength) {
-        const std::size_t uKeyLength = std::strlen(pchKey);
-        const std::size_t uLength = uKeyLength + 1 + uValueLength + 1;
-        const auto b4Length = static_cast<Byte4Type>(uLength);
-        char achLine[Size];
-        char* const pchHeap =
-            uLength < Size || uLength > UINT32_MAX ? nullptr : static_cast<char*>(fwmalloc(b4Length));
-        char* const pchLine = uLength < Size ? achLine : pchHeap;
-        if (!pchLine) {
-            WriteText(cWriter, pchKey, uKeyLength);
-            WriteText(cWriter, "=", 1);
-            WriteText(cWriter, pchValue, uValueLength);
-            WriteText(cWriter, "\n", 1);
-            return;
-        }
-        std::memcpy(pchLine, pchKey, uKeyLength);
-        pchLine[uKeyLength] = '=';
-        std::memcpy(pchLine + uKeyLength + 1, pchValue, uValueLength);
-        pchLine[uLength - 1] = '\n';
-        cWriter.WriteData(pchLine, b4Length);
-        fwfree(pchHeap);
+// Composes the line in a buffer of Size bytes, or on the heap when it is longer, and writes it in one call.
+// When a longer line finds no memory, or is longer than one call takes, it goes out in pieces: it is whole
+// all the same.
+template <std::size_t Size>
+void WriteRecord(SWrite& cWriter, const char* pchKey, const char* pchValue, std::size_t uValueLength) {
+    const std::size_t uKeyLength = std::strlen(pchKey);
+    const std::size_t uLength = uKeyLength + 1 + uValueLength + 1;
+    const auto b4Length = static_cast<Byte4Type>(uLength);
+    char achLine[Size];
+    char* const pchHeap =
+        uLength < Size || uLength > UINT32_MAX ? nullptr : static_cast<char*>(fwmalloc(b4Length));
+    char* const pchLine = uLength < Size ? achLine : pchHeap;
+    if (!pchLine) {
+        WriteText(cWriter, pchKey, uKeyLength);
+        WriteText(cWriter, "=", 1);
+        WriteText(cWriter, pchValue, uValueLength);
+        WriteText(cWriter, "\n", 1);
+        return;
     }
+    std::memcpy(pchLine, pchKey, uKeyLength);
+    pchLine[uKeyLength] = '=';
+    std::memcpy(pchLine + uKeyLength + 1, pchValue, uValueLength);
+    pchLine[uLength - 1] = '\n';
+    cWriter.WriteData(pchLine, b4Length);
+    fwfree(pchHeap);
+}
 
-    // Ends the key at the line's first "=" and answers the text behind it, or null when there is none.
-    inline char* SplitRecord(char* pchLine) {
-        char* const pchEquals = fwstrchr(pchLine, '=');
-        if (!pchEquals) {
-            return nullptr;
-        }
-        *pchEquals = '\0';
-        return pchEquals + 1;
+// Ends the key at the line's first "=" and answers the text behind it, or null when there is none.
+inline char* SplitRecord(char* pchLine) {
+    char* const pchEquals = fwstrchr(pchLine, '=');
+    if (!pchEquals) {
+        return nullptr;
     }
+    *pchEquals = '\0';
+    return pchEquals + 1;
+}
 
-} // namespace )
+} // namespace VESK
 
 #endif

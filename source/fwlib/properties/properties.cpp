@@ -11,61 +11,57 @@
 
 namespace VESK {
 
-char* StoreText(const char* pchText, std::size_t uLength) {
-    constexpr std::size_t Word = sizeof(TextWord);
-    const std::size_t uSize = (uLength + Word) / Word * Word; // one character more, in whole words
-    if (uSize > UINT32_MAX) {
-        return nullptr;
-    }
-    char* const pchStored = static_cast<char*>(fwmalloc(static_cast<unsigned int>(uSize)));
-    if (pchStored) {
-        std::memset(pchStored + uSize - Word, 0, Word);
-        std::memcpy(pchStored, pchText, uLength);
-    }
-    return pchStored;
-}
-
 namespace {
 
-// Appends an entry that the list does not hold: 1, or 0 with the entries and their count as they were.
-int AppendEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::size_t uLength,
-                const char* pchSection) {
-    if (!MakeRoom(cList.m_b2PropertyCapacity, cList.m_b2PropertyCount, LargestCapacity, cList.m_pachKeys,
-                  cList.m_pachValues, cList.m_pachSections)) {
+// Fresh copies, which the list takes over; some null when memory is out.
+struct OwnTexts {
+    char* pchKey;
+    char* pchValue;
+    char* pchSection;
+};
+
+int RoomForEntry(PROPERTIES& cList) {
+    return MakeRoom(cList.m_b2PropertyCapacity, cList.m_b2PropertyCount, LargestCapacity, cList.m_pachKeys,
+                    cList.m_pachValues, cList.m_pachSections);
+}
+
+// Appends where there is room: 1, or 0 with the entries and their count as they were.
+int AppendEntry(PROPERTIES& cList, const OwnTexts& cTexts) {
+    if (!cTexts.pchKey || !cTexts.pchValue || !cTexts.pchSection) {
+        std::free(cTexts.pchKey);
+        std::free(cTexts.pchValue);
+        std::free(cTexts.pchSection);
         return 0;
     }
-    char* const pchOwnKey = StoreText(pchKey, std::strlen(pchKey));
-    char* const pchOwnValue = StoreText(pchValue, uLength);
-    char* const pchOwnSection = StoreText(pchSection, std::strlen(pchSection));
-    if (!pchOwnKey || !pchOwnValue || !pchOwnSection) {
-        fwfree(pchOwnKey);
-        fwfree(pchOwnValue);
-        fwfree(pchOwnSection);
-        return 0;
-    }
-    cList.m_pachKeys[cList.m_b2PropertyCount] = pchOwnKey;
-    cList.m_pachValues[cList.m_b2PropertyCount] = pchOwnValue;
-    cList.m_pachSections[cList.m_b2PropertyCount] = pchOwnSection;
+    cList.m_pachKeys[cList.m_b2PropertyCount] = cTexts.pchKey;
+    cList.m_pachValues[cList.m_b2PropertyCount] = cTexts.pchValue;
+    cList.m_pachSections[cList.m_b2PropertyCount] = cTexts.pchSection;
     ++cList.m_b2PropertyCount;
     return 1;
 }
 
-int ReplaceValue(PROPERTIES& cList, Byte4Type b4Index, const char* pchValue, std::size_t uLength) {
-    char* const pchOwnValue = StoreText(pchValue, uLength);
+int ReplaceValue(PROPERTIES& cList, Byte4Type b4Index, char* pchOwnValue) {
     if (!pchOwnValue) {
         return 0;
     }
-    fwfree(cList.m_pachValues[b4Index]);
+    std::free(cList.m_pachValues[b4Index]);
     cList.m_pachValues[b4Index] = pchOwnValue;
     return 1;
 }
 
-// SetEntry, when any entry of that key and section stands among the first b4Searched.
-int SetAmong(PROPERTIES& cList, Byte4Type b4Searched, const char* pchKey, const char* pchValue,
-             std::size_t uLength, const char* pchSection) {
-    const Byte4Type b4Index = FindEntry(cList, b4Searched, SoughtText(pchKey), pchSection);
-    return b4Index < b4Searched ? ReplaceValue(cList, b4Index, pchValue, uLength)
-                                : AppendEntry(cList, pchKey, pchValue, uLength, pchSection);
+// Sets the source's entry in the target, where it can only stand among the first b4Searched.
+int MergeEntry(PROPERTIES& cTarget, Byte4Type b4Searched, const PROPERTIES& cSource, Byte4Type b4Entry) {
+    const char* const pchKey = cSource.m_pachKeys[b4Entry];
+    const char* const pchValue = cSource.m_pachValues[b4Entry];
+    const char* const pchSection = cSource.m_pachSections[b4Entry];
+    for (Byte4Type b4 = 0; b4 < b4Searched; ++b4) {
+        if (StoredEqual(cTarget.m_pachKeys[b4], pchKey) &&
+            StoredEqual(cTarget.m_pachSections[b4], pchSection)) {
+            return ReplaceValue(cTarget, b4, StoreAgain(pchValue));
+        }
+    }
+    return RoomForEntry(cTarget) &&
+           AppendEntry(cTarget, {StoreAgain(pchKey), StoreAgain(pchValue), StoreAgain(pchSection)});
 }
 
 // The value of an entry, lent, or null.
@@ -73,7 +69,8 @@ char* FindValue(const PROPERTIES& cList, const char* pchKey, const char* pchSect
     if (!pchKey || !pchSection) {
         return nullptr;
     }
-    const Byte4Type b4Index = FindEntry(cList, cList.m_b2PropertyCount, SoughtText(pchKey), pchSection);
+    const Byte4Type b4Index =
+        FindEntry(cList, cList.m_b2PropertyCount, SoughtText(pchKey), SoughtText(pchSection));
     return b4Index < cList.m_b2PropertyCount ? cList.m_pachValues[b4Index] : nullptr;
 }
 
@@ -88,8 +85,21 @@ int GetConverted(const PROPERTIES& cList, const char* pchKey, Value* pValue, Val
     return pchText != nullptr;
 }
 
+// Writes a number over a value, when each is one word, and answers whether it did. Numbers are set once for every
+// object sent, and a fresh copy is most of the cost.
+bool OverwriteWord(const PROPERTIES& cList, const char* pchKey, const DecimalText& cText,
+                   const char* pchSection) {
+    char* const pchValue = cText.Length() < WordSize ? FindValue(cList, pchKey, pchSection) : nullptr;
+    if (!pchValue || pchValue[WordSize - 1] != '\0') {
+        return false;
+    }
+    std::memcpy(pchValue, cText.Begin(), WordSize);
+    return true;
+}
+
 int SetNumber(PROPERTIES& cList, const char* pchKey, const DecimalText& cText, const char* pchSection) {
-    return SetEntry(cList, pchKey, cText.Begin(), cText.Length(), pchSection);
+    return OverwriteWord(cList, pchKey, cText, pchSection) ||
+           SetEntry(cList, pchKey, cText.Begin(), cText.Length(), pchSection);
 }
 
 } // namespace
@@ -99,7 +109,15 @@ int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::s
     if (!pchKey || !pchSection) {
         return 0;
     }
-    return SetAmong(cList, cList.m_b2PropertyCount, pchKey, pchValue, uLength, pchSection);
+    const SoughtText cKey(pchKey);
+    const SoughtText cSection(pchSection);
+    const Byte4Type b4Index = FindEntry(cList, cList.m_b2PropertyCount, cKey, cSection);
+    if (b4Index < cList.m_b2PropertyCount) {
+        return ReplaceValue(cList, b4Index, StoreText(pchValue, uLength));
+    }
+    return RoomForEntry(cList) &&
+           AppendEntry(cList, {StoreText(pchKey, cKey.Length()), StoreText(pchValue, uLength),
+                               StoreText(pchSection, cSection.Length())});
 }
 
 // A list holds each pair of key and section once, so what the source brings is looked for only among the
@@ -111,9 +129,7 @@ int MergeEntries(PROPERTIES& cTarget, const PROPERTIES& cSource) {
     int iAll = 1;
     const Byte4Type b4Before = cTarget.m_b2PropertyCount;
     for (Byte4Type b4 = 0; b4 < cSource.m_b2PropertyCount; ++b4) {
-        const char* const pchValue = cSource.m_pachValues[b4];
-        iAll &= SetAmong(cTarget, b4Before, cSource.m_pachKeys[b4], pchValue, std::strlen(pchValue),
-                         cSource.m_pachSections[b4]);
+        iAll &= MergeEntry(cTarget, b4Before, cSource, b4);
     }
     return iAll;
 }
@@ -131,9 +147,9 @@ PROPERTIES::~PROPERTIES() {
 
 int PROPERTIES::Reset() {
     for (Byte4Type b4 = 0; b4 < m_b2PropertyCount; ++b4) {
-        fwfree(m_pachKeys[b4]);
-        fwfree(m_pachValues[b4]);
-        fwfree(m_pachSections[b4]);
+        std::free(m_pachKeys[b4]);
+        std::free(m_pachValues[b4]);
+        std::free(m_pachSections[b4]);
     }
     fwfree(m_pachKeys);
     fwfree(m_pachValues);
@@ -151,7 +167,7 @@ int PROPERTIES::FindProperty(char* pchKey, Byte2Type* pb2Index, char* pchSection
     if (!pchKey || !pb2Index || !pchSection) {
         return 0;
     }
-    const Byte4Type b4Index = FindEntry(*this, m_b2PropertyCount, SoughtText(pchKey), pchSection);
+    const Byte4Type b4Index = FindEntry(*this, m_b2PropertyCount, SoughtText(pchKey), SoughtText(pchSection));
     if (b4Index >= m_b2PropertyCount) {
         return 0;
     }
