@@ -28,6 +28,8 @@ using Action = std::function<int()>;
 using AddCommand = void (*)(CLI::App& cApp, Action& cChosen);
 
 void AddRun(CLI::App& cApp, Action& cChosen);
+void AddRecover(CLI::App& cApp, Action& cChosen);
+void AddDump(CLI::App& cApp, Action& cChosen);
 
 } // namespace FwPipe
 

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
-// fwpipe: the host program for pipe files. Each subcommand is a file of its own.
+// fwpipe: the host program for pipe files, and the tools for what pipelines record. Each subcommand is a file of its own.
 #include "command.h"
 #include "output.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <exception>
 #include <string>
 
 namespace {
 
-constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun};
+constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun, FwPipe::AddRecover, FwPipe::AddDump};
 
 int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
     const auto cNamed = cApp.get_subcommands();
@@ -22,11 +23,23 @@ int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
     return FwPipe::ExitUsage;
 }
 
+// A line of a stream, say, can be longer than memory is large.
+int Carry(const FwPipe::Action& cChosen) {
+    try {
+        return cChosen();
+    } catch (const std::exception& cError) {
+        std::fprintf(stderr, "fwpipe: %s\n", cError.what());
+        return FwPipe::ExitFailed;
+    }
+}
+
 } // namespace
 
 int main(int iArguments, char** ppchArguments) {
     FwPipe::PrepareStreams();
-    CLI::App cApp("fwpipe runs the pipelines that pipe files describe.", "fwpipe");
+    CLI::App cApp(
+        "fwpipe runs the pipelines that pipe files describe, and shows and repairs what they record.",
+        "fwpipe");
     cApp.set_version_flag("--version", "fwpipe " FWPIPE_VERSION);
     cApp.require_subcommand(1);
     cApp.footer("\"fwpipe COMMAND --help\" tells more, with examples.");
@@ -43,7 +56,7 @@ int main(int iArguments, char** ppchArguments) {
         return ReportUsage(cApp, cError);
     }
     if (cChosen) {
-        iStatus = cChosen();
+        iStatus = Carry(cChosen);
     }
     return iStatus == FwPipe::ExitDone && !FwPipe::OutputArrived() ? FwPipe::ExitFailed : iStatus;
 }

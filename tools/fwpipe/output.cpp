@@ -11,6 +11,15 @@
 
 namespace FwPipe {
 
+namespace {
+
+// The stream's own when it writes on a terminal. Lines leave it at once, but their bytes stay in it.
+char achLines[BUFSIZ];
+
+int iFailure = 0; // what errno told when Print failed
+
+} // namespace
+
 void PrepareStreams() {
     std::signal(SIGPIPE, SIG_IGN);
     for (int iStream = STDIN_FILENO; iStream <= STDERR_FILENO; ++iStream) {
@@ -21,12 +30,12 @@ void PrepareStreams() {
     }
     if (isatty(STDOUT_FILENO)) {
         // The stream would decide this at its first line, which may be one that is held back.
-        std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+        std::setvbuf(stdout, achLines, _IOLBF, sizeof achLines);
     }
 }
 
 bool OutputArrived() {
-    errno = 0;
+    errno = iFailure;
     const int iFlushed = std::fflush(stdout);
     if (iFlushed == 0 && !std::ferror(stdout)) {
         return true;
@@ -34,6 +43,20 @@ bool OutputArrived() {
     const char* const pchReason = errno ? std::strerror(errno) : "an earlier write failed";
     std::fprintf(stderr, "fwpipe: standard output could not be written: %s\n", pchReason);
     return false;
+}
+
+bool Print(const std::string& cText) {
+    if (std::fwrite(cText.data(), 1, cText.size(), stdout) == cText.size()) {
+        return !std::ferror(stdout);
+    }
+    iFailure = errno;
+    return false;
+}
+
+bool PrintedOnTerminal() {
+    const bool bPrinted = achLines[0] != '\0';
+    achLines[0] = '\0';
+    return bPrinted;
 }
 
 HeldOutput::HeldOutput() : m_iHeld(memfd_create("fwpipe", MFD_CLOEXEC)), m_iOutput(-1) {

@@ -4,6 +4,8 @@
 #ifndef FWPIPE_OUTPUT_H
 #define FWPIPE_OUTPUT_H
 
+#include <string>
+
 namespace FwPipe {
 
 // Prepares the standard streams, before anything else: a closed pipe becomes an error of the stream instead
@@ -13,6 +15,12 @@ void PrepareStreams();
 
 // Sends on what is buffered. False, after a line on standard error, when not everything could be written.
 bool OutputArrived();
+
+// Prints the text. False once standard output fails, for which OutputArrived then tells the reason.
+bool Print(const std::string& cText);
+
+// Whether something was printed since the last call, where standard output is a terminal; elsewhere false.
+bool PrintedOnTerminal();
 
 // While it lives, what is written on standard output is kept in memory.
 class HeldOutput {

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // fwpipe run: builds a pipeline from a pipe file, initializes it and runs it, once, several times or until it
 // has nothing more to give.
+#include "checks.h"
 #include "command.h"
 #include "interrupt.h"
 #include "output.h"
+#include "replay.h"
 
 #include <fwlib/fwlib.h>
 
@@ -76,14 +78,18 @@ int Judge(int iAnswer, bool bArrived, const std::string& cComplaint) {
 }
 
 int RunAll(const Options& cOptions, VESK::EPipeline& cPipeline) {
+    ReplayProgress cProgress(cOptions.bDrain, cPipeline);
     for (unsigned long long ull = 1; cOptions.bDrain || ull <= cOptions.ullRepeat; ++ull) {
         const int iAnswer = cPipeline.Run();
         const bool bDrained = cOptions.bDrain && !iAnswer;
-        const int iStatus = Judge(iAnswer || bDrained, OutputArrived(),
-                                  "run " + std::to_string(ull) + " of " + cOptions.cFile + " answered 0");
-        if (iStatus != ExitDone || bDrained) {
-            return iStatus;
+        const bool bArrived = OutputArrived();
+        if (iAnswer && bArrived && !Interrupt()) {
+            cProgress.Ran(ull);
+            continue;
         }
+        cProgress.Stop();
+        return Judge(iAnswer || bDrained, bArrived,
+                     "run " + std::to_string(ull) + " of " + cOptions.cFile + " answered 0");
     }
     return ExitDone;
 }
@@ -120,12 +126,6 @@ int Run(Options& cOptions) {
 std::string Unreadable(const std::string& cPath) {
     const bool bReadable = access(cPath.c_str(), R_OK) == 0 && !std::filesystem::is_directory(cPath);
     return bReadable ? "" : "cannot read " + cPath;
-}
-
-std::string NotACount(const std::string& cText) {
-    const bool bCount = cText.find_first_not_of("0123456789") == std::string::npos && !cText.empty() &&
-                        cText.front() != '0' && cText.size() <= 18;
-    return bCount ? "" : cText + " is not a whole number from 1 to 999999999999999999";
 }
 
 } // namespace
