@@ -76,7 +76,9 @@ int EDeserialize::Initialize() {
     m_cProperties.GetProperty(Key::Strict, &b4Strict, 0, Section::Standard);
     delete m_pReader;
     m_pReader = new (std::nothrow) ObjectFileRead(b4Strict != 0);
-    if (!m_pReader) {
+    if (!m_pReader || !m_pReader->m_pchLineBuffer) {
+        delete m_pReader;
+        m_pReader = nullptr;
         return 0;
     }
     if (!iNamed) {

@@ -47,7 +47,8 @@ public:
     char* ReadLine() override;
 
     void BeginObject();
-    int EndObject(); // whether the object came whole; always when not strict
+    int EndObject();     // whether the object came whole; always when not strict
+    void LoseProperty(); // a line that came could not be kept
     const char* ShownName() const;
     bool Broken() const { return m_cLines.Now() == ObjectLines::Broken; }
     const char* Reason() const { return m_cLines.Reason(); }

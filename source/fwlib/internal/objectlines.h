@@ -52,12 +52,12 @@ public:
         }
     }
 
-private:
     void Break(const char* pchReason) {
         m_State = Broken;
         m_pchReason = pchReason;
     }
 
+private:
     void TakeCount(const char* pchLine) {
         const std::size_t uKey = std::strlen(CountKey);
         const char* const pchDigits = pchLine + uKey + 1;

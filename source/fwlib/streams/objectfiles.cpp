@@ -149,6 +149,12 @@ int ObjectFileRead::EndObject() {
     return m_cLines.Now() == ObjectLines::Whole;
 }
 
+void ObjectFileRead::LoseProperty() {
+    if (m_bStrict) {
+        m_cLines.Break("a property could not be kept");
+    }
+}
+
 const char* ObjectFileRead::ShownName() const {
     return m_achFileName[0] != '\0' ? m_achFileName : "standard input";
 }

@@ -2,13 +2,24 @@
 // The stream form of property lists and data objects.
 #include "fwlib/elements/qobject.h"
 #include "fwlib/internal/list.h"
-#include "fwlib/internal/objectlines.h"
+#include "fwlib/internal/objectfiles.h"
 #include "fwlib/internal/record.h"
 #include "fwlib/properties/properties.h"
 #include "fwlib/streams/sread.h"
 #include "fwlib/streams/swrite.h"
 
 namespace VESK {
+
+namespace {
+
+// A strict reader must not pass the object for a whole one; the answers are the same.
+void TellLoss(SRead& cReader) {
+    if (auto* const pReader = dynamic_cast<ObjectFileRead*>(&cReader)) {
+        pReader->LoseProperty();
+    }
+}
+
+} // namespace
 
 int PROPERTIES::Serialize(SWrite* pWriter) {
     const DecimalText cCount(Byte4Type{m_b2PropertyCount});
@@ -33,7 +44,9 @@ int PROPERTIES::Deserialize(SRead* pReader) {
         if (!pchValue) {
             return 0;
         }
-        SetProperty(pchLine, pchValue, Section::Standard);
+        if (!SetProperty(pchLine, pchValue, Section::Standard)) {
+            TellLoss(*pReader);
+        }
     }
     return 1;
 }
