@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "support/capture.h"
-#include "support/support.h"
+#include "support/bench.h"
 
 #include <gtest/gtest.h>
 
@@ -56,29 +55,9 @@ TEST(Builtin, PadsComeWithInitializeAndOnceMoreWithEach) {
     }
 }
 
-// An element under a framework, and an object to send to it.
-struct Bench {
-    explicit Bench(EObject& tested) : element(tested) {
-        element.m_pFramework = &framework;
-        Set(element.m_cProperties, "Name", "tap");
-    }
-    void Connect(Byte2Type pad, Probe& probe) {
-        probe.AddSinkPad(new SINKPAD(&probe, pad));
-        element.GetSourcePad(pad)->m_pSinkPad = probe.GetSinkPad(0);
-    }
-    std::string Arrive(QObject* arriving) {
-        return Told([&] { return element.DataArrived(arriving, 3); });
-    }
-    std::string Arrive() { return Arrive(&object); }
-
-    FRAMEWORK framework;
-    EObject& element;
-    QObject object;
-};
-
 TEST(Builtin, NullObjectsAreReportedByEveryReceiver) {
     FACTORY::FWElementsFactory factory;
-    for (const std::string type : {"EDevNull", "EPassthrough", "ETee", "ESink"}) {
+    for (const std::string type : {"EDevNull", "EPassthrough", "ETee", "ESink", "ESerialize"}) {
         EObject* const element = factory.CreateElement(Text(type.c_str()));
         Bench bench(*element);
         element->Initialize();

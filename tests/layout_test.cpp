@@ -69,13 +69,24 @@ TEST(Layout, FieldsKeepTheirPlaces) {
     EXPECT_EQ((Offsets{offsetof(EPassthrough, m_pSourcePad), offsetof(EPassthrough, m_b4Debug),
                        sizeof(EPassthrough), sizeof(EDevNull), sizeof(ETee), sizeof(ESource), sizeof(ESink)}),
               InWidth({80, 88, 96, 80, 80, 80, 80}, {44, 48, 52, 44, 44, 44, 44}));
+    EXPECT_EQ((Offsets{offsetof(SFileWrite, m_achFileName), offsetof(SFileWrite, m_pFile), sizeof(SFileWrite),
+                       offsetof(SFileRead, m_achFileName), offsetof(SFileRead, m_pFile),
+                       offsetof(SFileRead, m_pchLineBuffer), offsetof(SFileRead, m_b4LineBufferSize),
+                       sizeof(SFileRead)}),
+              InWidth({8, 264, 272, 8, 264, 272, 280, 288}, {4, 260, 264, 4, 260, 264, 268, 272}));
+    EXPECT_EQ((Offsets{offsetof(ESerialize, m_pWriter), offsetof(ESerialize, m_b2Passthrough),
+                       sizeof(ESerialize), offsetof(EDeserialize, m_pReader), sizeof(EDeserialize),
+                       offsetof(MFColorTable, m_achFileName), offsetof(MFColorTable, m_pFile),
+                       sizeof(MFColorTable)}),
+              InWidth({80, 88, 96, 80, 88, 0, 256, 264}, {44, 48, 52, 44, 48, 0, 256, 260}));
     EXPECT_EQ((Offsets{offsetof(PluginFactory, m_ppFactories), sizeof(PluginFactory), sizeof(Factory),
                        sizeof(FACTORY::FWLibFactory), sizeof(FACTORY::FWElementsFactory), sizeof(SWrite),
                        sizeof(SRead)}),
               InWidth({8, 16, 8, 8, 8, 8, 8}, {4, 8, 4, 4, 4, 4, 4}));
 }
 
-static_assert(!std::is_polymorphic_v<PROPERTIES> && !std::is_polymorphic_v<FRAMEWORK>);
+static_assert(!std::is_polymorphic_v<PROPERTIES> && !std::is_polymorphic_v<FRAMEWORK> &&
+              !std::is_polymorphic_v<MFColorTable>);
 static_assert(std::has_virtual_destructor_v<PAD> && std::has_virtual_destructor_v<EObject>);
 static_assert(std::has_virtual_destructor_v<QObject> && std::has_virtual_destructor_v<PLUGIN>);
 static_assert(std::has_virtual_destructor_v<SWrite> && std::has_virtual_destructor_v<SRead>);
@@ -120,6 +131,12 @@ TEST(Layout, VirtualOperationsKeepTheirSlots) {
                     &QObject::GetEOF),
               From(2, 6));
     EXPECT_EQ(Slots(&SWrite::WriteData, &SRead::ReadLine, &PLUGIN::Initialize), (std::vector<long>{2, 2, 2}));
+    EXPECT_EQ(Slots(&SFileRead::ReadLine, &SFileRead::ReadBlock, &SFileRead::OpenFile, &SFileRead::SetFile,
+                    &SFileRead::GetFileSize),
+              From(2, 6));
+    EXPECT_EQ(Slots(&SFileWrite::WriteData, &SFileWrite::SetFile), (std::vector<long>{2, -1}));
+    EXPECT_EQ(Slots(&ESerialize::Initialize, &ESerialize::DataArrived, &EDeserialize::Run),
+              (std::vector<long>{2, 3, 4}));
     EXPECT_EQ(Slots(&PLUGIN::GetFactory, &EObject::AddSinkPad, &EPipeline::FindElement, &QObject::Copy),
               std::vector<long>(4, -1));
 }

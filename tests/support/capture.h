@@ -36,6 +36,29 @@ private:
     std::FILE* m_pFile;
 };
 
+// Makes a text the standard input of a piece of code.
+class Input {
+public:
+    explicit Input(const std::string& text) : m_iSaved(dup(STDIN_FILENO)), m_pFile(std::tmpfile()) {
+        std::fwrite(text.data(), 1, text.size(), m_pFile);
+        std::rewind(m_pFile);
+        dup2(fileno(m_pFile), STDIN_FILENO);
+    }
+    ~Input() {
+        dup2(m_iSaved, STDIN_FILENO);
+        close(m_iSaved);
+        std::fclose(m_pFile);
+        std::fflush(stdin); // forgets what was read ahead
+        std::clearerr(stdin);
+    }
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+
+private:
+    int m_iSaved;
+    std::FILE* m_pFile;
+};
+
 // "ANSWER STDOUT", and when there is any, "! STDERR" behind it.
 template <class Code>
 std::string Told(Code code) {

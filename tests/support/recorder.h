@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+// Elements that record and replay, ready to start, and an object's text.
+#ifndef FWLIB_TESTS_SUPPORT_RECORDER_H
+#define FWLIB_TESTS_SUPPORT_RECORDER_H
+
+#include "support/bench.h"
+
+inline const std::string Object = "QObject\nm_b2PropertyCount=1\nQObjectType=QObject\n";
+
+// An element with its properties set, under a framework that has the library's types.
+template <class Element>
+struct Tested {
+    Element tested;
+};
+template <class Element>
+struct Under : Tested<Element>, Bench {
+    using Tested<Element>::tested;
+    explicit Under(const std::string& file = "", const char* strict = nullptr) : Bench(tested) {
+        framework.AddPlugin(VESK::Text("libfwlib.so"));
+        if (!file.empty()) {
+            Set(tested.m_cProperties, "Filename", file);
+        }
+        if (strict) {
+            Set(tested.m_cProperties, "Strict", strict);
+        }
+    }
+    std::string Starts() {
+        return Told([&] { return tested.Initialize(); });
+    }
+    std::string Runs() {
+        return Told([&] { return tested.Run(); });
+    }
+};
+using Recorder = Under<VESK::ESerialize>;
+using Player = Under<VESK::EDeserialize>;
+
+// How the runs of a player that feeds a probe end, and what arrived.
+inline std::string Played(Player& player, std::string& contents) {
+    Probe probe;
+    player.Connect(0, probe);
+    const std::string told = Told([&] {
+        int runs = 0;
+        while (player.tested.Run()) {
+            ++runs;
+        }
+        return runs;
+    });
+    contents = probe.contents;
+    player.tested.GetSourcePad(0)->m_pSinkPad = nullptr;
+    return told;
+}
+
+#endif
