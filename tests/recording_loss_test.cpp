@@ -58,7 +58,7 @@ TEST(RecordingLoss, APartOfAnObjectInAPipeEndsTheRecording) {
 // The disk is full after every number of bytes; the recording begins deep in its file, so that the limit is no
 // limit to what the test writes itself.
 TEST(RecordingLoss, AFullDiskCostsTheLastObjectOnly) {
-    constexpr std::size_t Begin = 1 << 16, Objects = 4;
+    constexpr std::size_t Begin = 1 << 13, Objects = 3;
     const Scratch scratch;
     const std::string path = scratch.Path("objects");
     std::string all;
