@@ -52,6 +52,10 @@ int main(int iCount, char** ppchArguments) {
     AddDeliveryRows();
     AddPropertyRows();
     AddBuildingRows();
+    AddCoderRows();
+    AddCompressorRows();
+    AddRecordRows();
+    AddRecordingRows();
     int iKept = RunRows(pReport);
     if (iCount == 1) {
         iKept &= SendManyObjects(pReport);

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: MIT
+// Rows that record objects to a file, and read a file's lines.
+#include "rows.h"
+
+#include <fwlib/fwlib.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using namespace VESK;
+
+constexpr int Objects = 2000; // of a file that is read
+constexpr int Properties = 4; // of an object, besides its type
+
+// A file in memory where the system has such a place, removed at the end.
+class ScratchFile {
+public:
+    ScratchFile()
+        : m_Path(access("/dev/shm", W_OK) == 0 ? "/dev/shm/fwlib_bench.XXXXXX" : "/tmp/fwlib_bench.XXXXXX") {
+        const int iFile = mkstemp(m_Path.data());
+        if (iFile >= 0) {
+            close(iFile);
+        }
+    }
+    ~ScratchFile() { unlink(m_Path.c_str()); }
+    ScratchFile(const ScratchFile&) = delete;
+    ScratchFile& operator=(const ScratchFile&) = delete;
+
+    char* Path() { return m_Path.data(); }
+
+private:
+    std::string m_Path;
+};
+
+struct Recorded : QObject {
+    Recorded() {
+        for (int i = 0; i < Properties; ++i) {
+            m_cProperties.SetProperty(("parameter" + std::to_string(i)).data(), 1000 * i + 7,
+                                      Section::Standard);
+        }
+    }
+};
+
+// What a writer is given, call by call.
+class Calls final : public SWrite {
+public:
+    Byte4Type WriteData(char* pchData, Byte4Type b4Length) override {
+        cTexts.emplace_back(pchData, b4Length);
+        return b4Length;
+    }
+    std::vector<std::string> cTexts;
+};
+
+void Record(benchmark::State& cState, char* pchPath, int iStrict) {
+    ESerialize cElement;
+    cElement.m_cProperties.SetProperty(Key::Filename, pchPath, Section::Standard);
+    cElement.m_cProperties.SetProperty(Key::Strict, iStrict, Section::Standard);
+    cElement.Initialize();
+    Recorded cObject;
+    for (auto _ : cState) {
+        if (!cElement.DataArrived(&cObject, 0)) {
+            cState.SkipWithError("an object was lost");
+            return;
+        }
+    }
+}
+
+void LibraryRecord(benchmark::State& cState) {
+    ScratchFile cFile;
+    Record(cState, cFile.Path(), 0);
+}
+
+void StrictRecord(benchmark::State& cState) {
+    ScratchFile cFile;
+    Record(cState, cFile.Path(), 1);
+}
+
+void BareRecord(benchmark::State& cState) {
+    Recorded cObject;
+    Calls cCalls;
+    cObject.Serialize(&cCalls);
+    ScratchFile cFile;
+    std::FILE* const pFile = std::fopen(cFile.Path(), "w");
+    if (!pFile) {
+        cState.SkipWithError("no file");
+        return;
+    }
+    for (auto _ : cState) {
+        for (const std::string& Text : cCalls.cTexts) {
+            std::fwrite(Text.data(), 1, Text.size(), pFile);
+            std::fflush(pFile);
+        }
+    }
+    std::fclose(pFile);
+}
+
+// A file of objects, once in the process.
+char* RecordedPath() {
+    static ScratchFile cFile;
+    static const bool bWritten = [] {
+        SFileWrite cWriter(cFile.Path(), 0);
+        Recorded cObject;
+        for (int i = 0; i < Objects; ++i) {
+            cObject.Serialize(&cWriter);
+        }
+        return true;
+    }();
+    return bWritten ? cFile.Path() : nullptr;
+}
+
+void LibraryLines(benchmark::State& cState) {
+    for (auto _ : cState) {
+        SFileRead cReader(RecordedPath());
+        while (const char* const pchLine = cReader.ReadLine()) {
+            benchmark::DoNotOptimize(pchLine);
+        }
+    }
+}
+
+void BareLines(benchmark::State& cState) {
+    for (auto _ : cState) {
+        std::FILE* const pFile = std::fopen(RecordedPath(), "r");
+        char* pchLine = nullptr;
+        std::size_t uSize = 0;
+        for (ssize_t i = 0; (i = getline(&pchLine, &uSize, pFile)) > 0;) {
+            pchLine[i - 1] = '\0';
+            benchmark::DoNotOptimize(pchLine);
+        }
+        std::free(pchLine);
+        std::fclose(pFile);
+    }
+}
+
+void Replay(benchmark::State& cState, int iStrict) {
+    FRAMEWORK cFramework;
+    cFramework.AddPlugin(Text("libfwlib.so"));
+    EDevNull cSink;
+    cSink.Initialize();
+    for (auto _ : cState) {
+        EDeserialize cElement;
+        cElement.m_pFramework = &cFramework;
+        cElement.m_cProperties.SetProperty(Key::Filename, RecordedPath(), Section::Standard);
+        cElement.m_cProperties.SetProperty(Key::Strict, iStrict, Section::Standard);
+        cElement.Initialize();
+        cElement.GetSourcePad(0)->m_pSinkPad = cSink.GetSinkPad(0);
+        int iReplayed = 0;
+        while (cElement.Run()) {
+            ++iReplayed;
+        }
+        if (iReplayed != Objects) {
+            cState.SkipWithError("not every object was replayed");
+            return;
+        }
+    }
+}
+
+} // namespace
+
+void AddRecordingRows() {
+    AddRow("object recorded", 1.15, LibraryRecord, BareRecord);
+    AddRow("object recorded strictly, to the default", 0.50, StrictRecord, LibraryRecord);
+    AddRow("lines of 2000 objects, getline", 1.25, LibraryLines, BareLines);
+    AddRow(
+        "2000 objects replayed, getline", NoBar, [](benchmark::State& cState) { Replay(cState, 0); },
+        BareLines);
+    AddRow(
+        "2000 objects replayed strictly, getline", NoBar, [](benchmark::State& cState) { Replay(cState, 1); },
+        BareLines);
+}
