@@ -8,7 +8,8 @@
 #   PATH=FILE  FILE takes the place of what the example expects to have been built at PATH, for instance
 #              build/plugin/libcountdown.so=/tmp/plugin/libcountdown.so
 # The commands run in a scratch folder that looks like the project's root, so their output is the same to the letter.
-# They must exit with 0 and leave standard error empty. A pipe file that only serves another one says so instead.
+# They must exit with 0 and leave standard error empty. What one leaves in build/ is there for the next: a pipe file
+# that needs another's output runs that one first. A pipe file that only serves another one says so instead.
 #
 # In the comment, output lines are indented by two; "  (1000 times)" at the end of one stands for so many of it, and
 # "  (these 3 lines, 1000 times)" for so many of it and the lines above it.
@@ -59,8 +60,8 @@ read_header() {
 check() { # NUMBER
     local words status=0
     read -ra words <"$box/$1.command"
-    if [[ $example == *.pipe && "${words[*]:0:3}" != "./dev run $example" ]]; then
-        fail "the command must be \"./dev run $example [OPTIONS]\": ${words[*]}"
+    if [[ $example == *.pipe && "${words[*]:0:2}" != "./dev run" ]]; then
+        fail "the command must be \"./dev run FILE [OPTIONS]\": ${words[*]}"
     fi
     (cd "$box" && "$program" "${words[@]:1}" >actual 2>errors) || status=$?
     diff -u --label announced --label printed "$box/$1.expected" "$box/actual" >"$box/difference" || {
@@ -71,6 +72,7 @@ check() { # NUMBER
 }
 
 ln -s "$root/examples" "$box/examples"
+mkdir "$box/build"
 for pair in "$@"; do
     mkdir -p "$box/$(dirname "${pair%%=*}")"
     ln -s "$(realpath "${pair#*=}")" "$box/${pair%%=*}"
@@ -83,6 +85,7 @@ if [[ $first == "# Part of "* ]]; then
 fi
 read_header
 [[ -e $box/1.command ]] || fail "no command in the opening comment"
+[[ $example != *.pipe ]] || grep -qE "^\./dev run $example( |\$)" "$box"/*.command || fail "no command runs it"
 for command in "$box"/*.command; do
     check "$(basename "$command" .command)"
 done

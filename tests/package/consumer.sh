@@ -58,6 +58,7 @@ examples)
     check=$root/tests/examples/check_example.sh
     build "$root/examples/host" "$work/host"
     "$check" examples/host/sum.cpp "$work/host/sum"
+    "$check" examples/host/image.cpp "$work/host/image"
     build "$root/examples/plugin" "$work/plugin"
     "$check" examples/plugin/countdown.pipe "$stage/bin/fwpipe" \
         "build/plugin/libcountdown.so=$work/plugin/libcountdown.so"
