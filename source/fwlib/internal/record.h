@@ -47,7 +47,9 @@ void WriteRecord(SWrite& cWriter, const char* pchKey, const char* pchValue, std:
     std::memcpy(pchLine + uKeyLength + 1, pchValue, uValueLength);
     pchLine[uLength - 1] = '\n';
     cWriter.WriteData(pchLine, b4Length);
-    fwfree(pchHeap);
+    if (pchHeap) { // seldom, and a call for nothing is a tenth of a short line's cost
+        fwfree(pchHeap);
+    }
 }
 
 // Ends the key at the line's first "=" and answers the text behind it, or null when there is none.
