@@ -15,7 +15,11 @@ namespace {
 
 using namespace VESK;
 
-constexpr int Properties = 16; // of an object, besides its type
+// Of an object, besides its type.
+constexpr const char* PropertyKeys[] = {
+    "Width",   "Height",   "Depth", "Timestamp", "Sequence", "Exposure",    "Gain",     "Offset",
+    "Channel", "Position", "Mode",  "Unit",      "Operator", "Temperature", "Filename", "Instrument"};
+constexpr int Properties = sizeof PropertyKeys / sizeof PropertyKeys[0];
 
 class MemoryWrite final : public SWrite {
 public:
@@ -32,35 +36,37 @@ private:
     std::size_t m_uLength = 0;
 };
 
-// Its lines are copied, since whoever reads them may write to them.
+// The lines, split beforehand. They are copied all at once, since whoever reads them writes to them.
 class MemoryRead final : public SRead {
 public:
-    explicit MemoryRead(const std::string& Lines) : m_Lines(Lines), m_pchNext(m_Lines.data()) {}
-    char* ReadLine() override {
-        const auto* const pchEnd = static_cast<const char*>(std::memchr(m_pchNext, '\n', Left()));
-        if (!pchEnd) {
-            return nullptr;
+    explicit MemoryRead(const std::string& Lines) : m_Lines(Lines), m_cNow(Lines.size()) {
+        m_cStarts.push_back(0);
+        for (std::size_t u = 0; u < m_Lines.size(); ++u) {
+            if (m_Lines[u] == '\n') {
+                m_Lines[u] = '\0';
+                m_cStarts.push_back(u + 1);
+            }
         }
-        const auto uLength = static_cast<std::size_t>(pchEnd - m_pchNext);
-        std::memcpy(m_achLine, m_pchNext, uLength);
-        m_achLine[uLength] = '\0';
-        m_pchNext = pchEnd + 1;
-        return m_achLine;
+        m_cStarts.pop_back();
     }
-    void Restart() { m_pchNext = m_Lines.data(); }
+    char* ReadLine() override {
+        return m_uNext < m_cStarts.size() ? m_cNow.data() + m_cStarts[m_uNext++] : nullptr;
+    }
+    void Restart() {
+        std::memcpy(m_cNow.data(), m_Lines.data(), m_Lines.size());
+        m_uNext = 0;
+    }
 
 private:
-    std::size_t Left() const { return static_cast<std::size_t>(m_Lines.data() + m_Lines.size() - m_pchNext); }
-
     std::string m_Lines;
-    const char* m_pchNext;
-    char m_achLine[1024];
+    std::vector<char> m_cNow;
+    std::vector<std::size_t> m_cStarts;
+    std::size_t m_uNext = 0;
 };
 
 void Fill(QObject& cObject) {
     for (int i = 0; i < Properties; ++i) {
-        cObject.m_cProperties.SetProperty(("parameter" + std::to_string(i)).data(), 1000 * i + 7,
-                                          Section::Standard);
+        cObject.m_cProperties.SetProperty(Text(PropertyKeys[i]), 1000 * i + 7, Section::Standard);
     }
 }
 

@@ -27,8 +27,8 @@ inline void WriteText(SWrite& cWriter, const char* pchText, std::size_t uLength)
 // When a longer line finds no memory, or is longer than one call takes, it goes out in pieces: it is whole
 // all the same.
 template <std::size_t Size>
-void WriteRecord(SWrite& cWriter, const char* pchKey, const char* pchValue, std::size_t uValueLength) {
-    const std::size_t uKeyLength = std::strlen(pchKey);
+void WriteRecord(SWrite& cWriter, const char* pchKey, std::size_t uKeyLength, const char* pchValue,
+                 std::size_t uValueLength) {
     const std::size_t uLength = uKeyLength + 1 + uValueLength + 1;
     const auto b4Length = static_cast<Byte4Type>(uLength);
     char achLine[Size];

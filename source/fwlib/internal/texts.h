@@ -71,6 +71,17 @@ inline void CopyWords(char* pchTo, const char* pchFrom, std::size_t uSize) {
     }
 }
 
+// The length of a stored text, which shows in its last word.
+inline std::size_t StoredLength(const char* pchStored) {
+    std::size_t uWhole = 0;
+    while (pchStored[uWhole + WordSize - 1] != '\0') {
+        uWhole += WordSize;
+    }
+    const TextWord Tail = LoadWord(pchStored + uWhole);
+    const int iZeroBits = Tail != 0 ? __builtin_clzll(Tail) : static_cast<int>(WordSize) * CHAR_BIT;
+    return uWhole + WordSize - static_cast<std::size_t>(iZeroBits / CHAR_BIT);
+}
+
 // A fresh stored copy of a text, or null when memory is out.
 inline char* StoreText(const char* pchText, std::size_t uLength) {
     const std::size_t uWhole = uLength / WordSize * WordSize;
@@ -191,6 +202,10 @@ private:
         }
         char* pch = m_achText + Size - 1;
         *pch = '\0';
+        for (; Value >= 100; Value /= 100) {
+            pch -= 2;
+            std::memcpy(pch, &Pairs.ab2Pair[Value % 100], 2);
+        }
         do {
             *--pch = static_cast<char>('0' + Value % 10);
             Value /= 10;

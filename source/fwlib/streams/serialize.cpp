@@ -23,10 +23,12 @@ void TellLoss(SRead& cReader) {
 
 int PROPERTIES::Serialize(SWrite* pWriter) {
     const DecimalText cCount(Byte4Type{m_b2PropertyCount});
-    WriteRecord<PropertyLineSize>(*pWriter, CountKey, cCount.Begin(), cCount.Length());
+    WriteRecord<PropertyLineSize>(*pWriter, CountKey, std::strlen(CountKey), cCount.Begin(), cCount.Length());
     for (Byte4Type b4 = 0; b4 < m_b2PropertyCount; ++b4) {
+        const char* const pchKey = m_pachKeys[b4];
         const char* const pchValue = m_pachValues[b4];
-        WriteRecord<PropertyLineSize>(*pWriter, m_pachKeys[b4], pchValue, std::strlen(pchValue));
+        WriteRecord<PropertyLineSize>(*pWriter, pchKey, StoredLength(pchKey), pchValue,
+                                      StoredLength(pchValue));
     }
     return 1;
 }

@@ -8,7 +8,8 @@ namespace VESK {
 namespace {
 
 int WriteNumber(SWrite& cWriter, const char* pchKey, const DecimalText& cNumber) {
-    WriteRecord<RecordSize>(cWriter, pchKey ? pchKey : "", cNumber.Begin(), cNumber.Length());
+    const char* const pchText = pchKey ? pchKey : "";
+    WriteRecord<RecordSize>(cWriter, pchText, std::strlen(pchText), cNumber.Begin(), cNumber.Length());
     return 1;
 }
 
