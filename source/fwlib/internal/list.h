@@ -30,6 +30,8 @@ inline const char* FindStandard(const PROPERTIES& cList, const SoughtText& cKey)
 // PROPERTIES::SetProperty for a value of known length.
 int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::size_t uLength,
              const char* pchSection);
+int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
+             const SoughtText& cSection);
 
 // PROPERTIES::Copy, but tells whether every entry of the source arrived.
 int MergeEntries(PROPERTIES& cTarget, const PROPERTIES& cSource);

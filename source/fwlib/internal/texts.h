@@ -120,13 +120,15 @@ inline bool StoredEqual(const char* pchLeft, const char* pchRight) {
 // behind them, since the end of a stored text shows in its last word.
 class SoughtText {
 public:
-    explicit SoughtText(const char* pchText)
+    explicit SoughtText(const char* pchText) : SoughtText(pchText, std::strlen(pchText)) {}
+    SoughtText(const char* pchText, std::size_t uLength)
         : m_pchText(pchText),
-          m_uLength(std::strlen(pchText)),
+          m_uLength(uLength),
           m_uWhole(m_uLength / WordSize * WordSize),
           m_Tail(LoadTail(pchText + m_uWhole, m_uLength - m_uWhole)),
           m_First(m_uWhole > 0 ? LoadWord(pchText) : m_Tail) {}
 
+    const char* Begin() const { return m_pchText; }
     std::size_t Length() const { return m_uLength; }
 
     bool Equals(const char* pchStored) const {

@@ -109,15 +109,18 @@ int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::s
     if (!pchKey || !pchSection) {
         return 0;
     }
-    const SoughtText cKey(pchKey);
-    const SoughtText cSection(pchSection);
+    return SetEntry(cList, SoughtText(pchKey), pchValue, uLength, SoughtText(pchSection));
+}
+
+int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
+             const SoughtText& cSection) {
     const Byte4Type b4Index = FindEntry(cList, cList.m_b2PropertyCount, cKey, cSection);
     if (b4Index < cList.m_b2PropertyCount) {
         return ReplaceValue(cList, b4Index, StoreText(pchValue, uLength));
     }
     return RoomForEntry(cList) &&
-           AppendEntry(cList, {StoreText(pchKey, cKey.Length()), StoreText(pchValue, uLength),
-                               StoreText(pchSection, cSection.Length())});
+           AppendEntry(cList, {StoreText(cKey.Begin(), cKey.Length()), StoreText(pchValue, uLength),
+                               StoreText(cSection.Begin(), cSection.Length())});
 }
 
 // A list holds each pair of key and section once, so what the source brings is looked for only among the

@@ -40,13 +40,15 @@ int PROPERTIES::Deserialize(SRead* pReader) {
         return 0;
     }
     const auto b2Count = static_cast<Byte2Type>(fwatoi(pchCount));
+    const SoughtText cSection(Section::Standard);
     for (Byte4Type b4 = 0; b4 < b2Count; ++b4) {
         pchLine = pReader->ReadLine();
         char* const pchValue = pchLine ? SplitRecord(pchLine) : nullptr;
         if (!pchValue) {
             return 0;
         }
-        if (!SetProperty(pchLine, pchValue, Section::Standard)) {
+        const SoughtText cKey(pchLine, static_cast<std::size_t>(pchValue - 1 - pchLine));
+        if (!SetEntry(*this, cKey, pchValue, std::strlen(pchValue), cSection)) {
             TellLoss(*pReader);
         }
     }
