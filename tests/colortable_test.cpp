@@ -41,8 +41,8 @@ TEST(ColorTable, BlocksComeFromTheirPlacesInTheFile) {
                  {4, 13, -1, "null"},
                  {99, 1, 8, "null"},
                  {4, 12, 8, "untouched"},
-                 {4, -1, -1, "untouched"},
-                 {4, -2, 8, "untouched"},
+                 {4, -1, -1, "null"},
+                 {4, -2, 8, "null"},
                  {-1, 1, -1, "untouched"},
                  {INT_MIN, 1, 8, "untouched"}};
     for (const auto& c : cases) {

@@ -21,7 +21,8 @@ TEST(RecordingLoss, TheFirstLossIsReportedAndOnlyAStrictRecorderRefuses) {
         full.Starts();
         Probe probe;
         full.Connect(0, probe);
-        EXPECT_EQ(full.Arrive(), answer + lost + "/dev/full: QObjectType = QObject\n");
+        EXPECT_EQ(full.Arrive(),
+                  answer + lost + "/dev/full: No space left on device: QObjectType = QObject\n");
         EXPECT_EQ(full.Arrive(), answer);
         EXPECT_EQ(probe.objects.size(), strict ? 0u : 2u);
         EXPECT_EQ(full.framework.m_bError, 1);
@@ -29,11 +30,13 @@ TEST(RecordingLoss, TheFirstLossIsReportedAndOnlyAStrictRecorderRefuses) {
         int ends[2];
         ASSERT_EQ(pipe(ends), 0);
         close(ends[0]);
-        Recorder closed("", strict ? "1" : "0");
+        Recorder closed("/dev/null", strict ? "1" : "0");
         closed.Starts();
-        closed.tested.m_pWriter->SetFile(reinterpret_cast<char*>(fdopen(ends[1], "w")));
-        EXPECT_EQ(closed.Arrive(), answer + lost + "standard output: QObjectType = QObject\n");
+        Adopt(closed, fdopen(ends[1], "w"));
+        EXPECT_EQ(closed.Arrive(), answer + lost + "/dev/null: Broken pipe: QObjectType = QObject\n");
         EXPECT_EQ(closed.Arrive(), answer);
+        Adopt(closed, std::tmpfile()); // which has lost nothing yet
+        EXPECT_EQ(closed.Arrive(), "1 ");
     }
     std::signal(SIGPIPE, SIG_DFL);
 }
@@ -44,7 +47,7 @@ TEST(RecordingLoss, APartOfAnObjectInAPipeEndsTheRecording) {
     fcntl(ends[1], F_SETPIPE_SZ, 4096);
     Recorder recorder("", "1");
     recorder.Starts();
-    recorder.tested.m_pWriter->SetFile(reinterpret_cast<char*>(fdopen(ends[1], "w")));
+    Adopt(recorder, fdopen(ends[1], "w"));
     Set(recorder.object.m_cProperties, "long", std::string(9000, 'x'));
     EXPECT_EQ(recorder.Arrive()[0], '0');
     char room[65536];
@@ -53,6 +56,21 @@ TEST(RecordingLoss, APartOfAnObjectInAPipeEndsTheRecording) {
     EXPECT_EQ(recorder.Arrive(), "0 ");
     EXPECT_LT(drained(), 0); // nothing stands behind the part
     close(ends[0]);
+}
+
+TEST(RecordingLoss, AStrictRecorderRefusesWhatLinesCannotHold) {
+    const Scratch scratch;
+    const std::string path = scratch.Path("objects");
+    const std::pair<const char*, const char*> entries[] = {{"a=b", "1"}, {"a\nb", "1"}, {"a", "b\nc"}};
+    for (const auto& [key, value] : entries) {
+        Recorder recorder(path, "1");
+        recorder.Starts();
+        Set(recorder.object.m_cProperties, key, value);
+        EXPECT_EQ(recorder.Arrive(),
+                  "0 ! ERROR: ESerialize - tap: DataArrived(3): a line cannot hold a key or value: "
+                  "QObjectType = QObject\n");
+        EXPECT_EQ(FileText(path), "");
+    }
 }
 
 // The disk is full after every number of bytes; the recording begins deep in its file, so that the limit is no
@@ -72,9 +90,9 @@ TEST(RecordingLoss, AFullDiskCostsTheLastObjectOnly) {
         for (std::size_t room = 0; room <= all.size(); ++room) {
             Recorder recorder("", strict ? "1" : "0");
             recorder.Starts();
-            char* const file = fwfopen(Text(path.c_str()), Text("w"));
-            fwfseek(file, Begin, 0);
-            recorder.tested.m_pWriter->SetFile(file);
+            std::FILE* const file = std::fopen(path.c_str(), "w");
+            std::fseek(file, Begin, SEEK_SET);
+            Adopt(recorder, file);
             const rlimit limit = {Begin + room, before.rlim_max};
             setrlimit(RLIMIT_FSIZE, &limit);
             std::string answers;
@@ -118,8 +136,8 @@ TEST(RecordingLoss, AStrictPlayerSendsWholeObjectsOnly) {
         {type + count, 0, 1, "its last lines are missing"},
         {type + "count=1\nA=1\n", 0, 1, "a count line is not one"},
         {type + "m_b2PropertyCount=-1\n", 0, 1, "a count line is not one"},
-        {type + "m_b2PropertyCount=1x\nA=1\n", 0, 1, "a count line holds no 16-bit number"},
-        {type + "m_b2PropertyCount=65537\nA=1\n", 0, 1, "a count line holds no 16-bit number"},
+        {type + "m_b2PropertyCount=1x\nA=1\n", 0, 1, "a count line holds no number that a list may have"},
+        {type + "m_b2PropertyCount=65521\nA=1\n", 0, 1, "a count line holds no number that a list may have"},
         {type + count + "no sign\n", 0, 1, "a property line holds no \"=\""},
         {type + count + std::string("A=1\0\n", 5), 0, 1, "a line holds a zero byte"},
         {std::string(32, 'Q') + "\n" + count + "A=1\n", 0, 0, "a type line is longer than 31 characters"},

@@ -66,7 +66,7 @@ TEST(Recording, AStrictRecorderWritesAnObjectAtOnceAndAnotherPieceByPiece) {
         {
             Recorder recorder("", strict);
             recorder.Starts();
-            recorder.tested.m_pWriter->SetFile(reinterpret_cast<char*>(fdopen(ends[1], "w")));
+            Adopt(recorder, fdopen(ends[1], "w"));
             EXPECT_EQ(recorder.Arrive(), "1 ");
         }
         std::vector<std::string> writes;
@@ -164,10 +164,14 @@ TEST(Recording, TypesThatNobodyServesAreReported) {
     };
     EXPECT_EQ(Played(player, contents), "1 ! " + unknown(""));
     EXPECT_EQ(Played(player, contents), "0 ! " + unknown("QFoo"));
-    Set(player.tested.m_cProperties, "Debug", "1");
     player.tested.m_iDebug = 1;
     EXPECT_EQ(player.Runs(), "0 EDeserialize - tap: Run(): QObjectType = QObject\n"
                              "! ERROR: EDeserialize - tap: SourcePad: No sink pad (broken pipe)\n");
+    // A strict player knows where the object ends, and goes on behind it.
+    Player strict(scratch.Write("objects", Object + "QFoo\nm_b2PropertyCount=1\nQObject=1\n" + Object), "1");
+    strict.Starts();
+    EXPECT_EQ(Played(strict, contents), "1 ! " + unknown("QFoo"));
+    EXPECT_EQ(Played(strict, contents), "1 ");
     player.tested.m_pFramework = nullptr;
     player.tested.m_pReader->SetFile(fwfopen(Text(scratch.Path("objects").c_str()), Text("r")));
     EXPECT_EQ(player.tested.Run(), 0);

@@ -34,6 +34,15 @@ struct Under : Tested<Element>, Bench {
 using Recorder = Under<VESK::ESerialize>;
 using Player = Under<VESK::EDeserialize>;
 
+// Gives a recorder another file than the one it opened.
+inline void Adopt(Recorder& recorder, std::FILE* file) {
+    char*& own = recorder.tested.m_pWriter->m_pFile;
+    if (own != reinterpret_cast<char*>(stdout)) {
+        VESK::fwfclose(own);
+    }
+    recorder.tested.m_pWriter->SetFile(reinterpret_cast<char*>(file));
+}
+
 // How the runs of a player that feeds a probe end, and what arrived.
 inline std::string Played(Player& player, std::string& contents) {
     Probe probe;
