@@ -21,12 +21,12 @@ ObjectFileRead* OwnReader(EDeserialize& cElement) {
     return dynamic_cast<ObjectFileRead*>(cElement.m_pReader);
 }
 
-// Reports a broken object, once: the answer of Run, 0.
-int ReportBroken(EDeserialize& cElement, ObjectFileRead& cReader) {
-    if (!cReader.m_bReported) {
-        cReader.m_bReported = true;
-        cElement.ErrorMessage("Run(): no whole object at byte %llu of %s: %s\n", cReader.Offset(),
-                              cReader.ShownName(), cReader.Reason());
+// Why no object came, told once: the answer of Run, 0.
+int ReportNone(EDeserialize& cElement, ObjectFileRead* pReader) {
+    const char* const pchReason = pReader ? pReader->ReasonOnce() : nullptr;
+    if (pchReason) {
+        cElement.ErrorMessage("Run(): no whole object at byte %llu of %s: %s\n", pReader->Offset(),
+                              pReader->ShownName(), pchReason);
     }
     return 0;
 }
@@ -62,6 +62,8 @@ EDeserialize::~EDeserialize() {
 }
 
 int EDeserialize::Initialize() {
+    delete m_pReader; // of an earlier Initialize
+    m_pReader = nullptr;
     const int iInitialized = EObject::Initialize();
     if (!iInitialized) {
         return iInitialized;
@@ -107,14 +109,17 @@ int EDeserialize::Run() {
     }
     char* const pchType = m_pReader->ReadLine();
     if (!pchType) {
-        return pOwn && pOwn->Broken() ? ReportBroken(*this, *pOwn) : 0;
+        return ReportNone(*this, pOwn);
     }
     QObject* const pObject = CreateNamed(*this, pchType);
     if (!pObject) {
+        if (pOwn) {
+            pOwn->SkipObject();
+        }
         return 0;
     }
     pObject->Deserialize(m_pReader);
-    const int iAnswer = pOwn && !pOwn->EndObject() ? ReportBroken(*this, *pOwn) : Deliver(*this, *pObject);
+    const int iAnswer = pOwn && !pOwn->EndObject() ? ReportNone(*this, pOwn) : Deliver(*this, *pObject);
     delete pObject;
     return iAnswer;
 }

@@ -7,7 +7,6 @@
 #include "fwlib/internal/objectfiles.h"
 #include "fwlib/internal/texts.h"
 
-#include <cerrno>
 #include <new>
 
 namespace VESK {
@@ -28,18 +27,45 @@ ObjectFileWrite* OwnWriter(ESerialize& cElement) {
     return dynamic_cast<ObjectFileWrite*>(cElement.m_pWriter);
 }
 
-// Ends the object in the file: 1, or 0 when it was lost and the element is strict. The first loss is reported.
-int EndObject(ESerialize& cElement, QObject& cObject) {
+// Whether the object's lines would be read back as they are written.
+bool Storable(const PROPERTIES& cProperties) {
+    for (Byte4Type b4 = 0; b4 < cProperties.m_b2PropertyCount; ++b4) {
+        if (std::strpbrk(cProperties.m_pachKeys[b4], "=\n") ||
+            std::strchr(cProperties.m_pachValues[b4], '\n')) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Reports the first loss of an object in this file.
+void ReportLoss(ESerialize& cElement, QObject& cObject, ObjectFileWrite& cWriter) {
+    if (cWriter.ReportOnce()) {
+        cElement.ErrorMessage("Unable to store an object in %s: %s: QObjectType = %s\n", cWriter.ShownName(),
+                              std::strerror(cWriter.Reason()), TypeText(cObject).achType);
+    }
+}
+
+// Writes the object: 1, or 0 with a report when it answered 0 or, if the element is strict, when it was not stored.
+int Store(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
     ObjectFileWrite* const pWriter = OwnWriter(cElement);
-    if (!pWriter || pWriter->EndObject()) {
-        return 1;
+    const bool bStrict = pWriter && pWriter->IsStrict();
+    if (bStrict && !Storable(cObject.m_cProperties)) {
+        cElement.ErrorMessage("DataArrived(%d): a line cannot hold a key or value: QObjectType = %s\n",
+                              b2Index, TypeText(cObject).achType);
+        return 0;
     }
-    if (!pWriter->m_bReported) {
-        pWriter->m_bReported = true;
-        cElement.ErrorMessage("Unable to store an object in %s: QObjectType = %s\n", pWriter->ShownName(),
+    const int iSerialized = cObject.Serialize(cElement.m_pWriter);
+    const int iStored = !pWriter || pWriter->EndObject(iSerialized != 0);
+    if (!iSerialized) {
+        cElement.ErrorMessage("DataArrived(%d): QObject failed to serialize: QObjectType = %s\n", b2Index,
                               TypeText(cObject).achType);
+        return 0;
     }
-    return !pWriter->IsStrict();
+    if (!iStored) {
+        ReportLoss(cElement, cObject, *pWriter);
+    }
+    return iStored || !bStrict ? iSerialized : 0;
 }
 
 int PassOn(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
@@ -80,15 +106,14 @@ int ESerialize::Initialize() {
     Byte4Type b4Strict;
     m_cProperties.GetProperty(Key::Strict, &b4Strict, 0, Section::Standard);
     delete m_pWriter;
-    errno = 0;
     auto* const pWriter = new (std::nothrow) ObjectFileWrite(iNamed ? achFileName : nullptr, b4Strict != 0);
     m_pWriter = pWriter;
     if (!pWriter) {
+        ErrorMessage("Initialize(): No memory\n");
         return 0;
     }
-    if (!pWriter->m_pFile) {
-        ErrorMessage("Unable to open %s: %s\n", pWriter->ShownName(), std::strerror(errno));
-        pWriter->m_bReported = true;
+    if (!pWriter->m_pFile && pWriter->ReportOnce()) {
+        ErrorMessage("Unable to open %s: %s\n", pWriter->ShownName(), std::strerror(pWriter->Reason()));
     }
     return iInitialized;
 }
@@ -104,17 +129,8 @@ int ESerialize::DataArrived(QObject* pObject, Byte2Type b2Index) {
     if (m_iDebug != 0) {
         Message(1, "DataArrived(%d): QObjectType = %s\n", b2Index, TypeText(*pObject).achType);
     }
-    const int iSerialized = pObject->Serialize(m_pWriter);
-    const int iStored = EndObject(*this, *pObject);
-    if (!iSerialized) {
-        ErrorMessage("DataArrived(%d): QObject failed to serialize: QObjectType = %s\n", b2Index,
-                     TypeText(*pObject).achType);
-        return 0;
-    }
-    if (!iStored) {
-        return 0;
-    }
-    return m_b2Passthrough == 0 ? iSerialized : PassOn(*this, *pObject, b2Index);
+    const int iStored = Store(*this, *pObject, b2Index);
+    return iStored && m_b2Passthrough > 0 ? PassOn(*this, *pObject, b2Index) : iStored;
 }
 
 } // namespace VESK

@@ -20,7 +20,6 @@ void Close(MFColorTable& cTable) {
         fwfclose(cTable.m_pFile);
     }
     cTable.m_pFile = nullptr;
-    cTable.m_achFileName[0] = '\0';
 }
 
 } // namespace
@@ -32,12 +31,14 @@ MFColorTable::~MFColorTable() {
 }
 
 int MFColorTable::SetFilename(char* pchName) {
-    Close(*this);
     const std::size_t uLength = pchName ? fwstrlen(pchName) : sizeof m_achFileName;
     if (uLength + sizeof Extension > sizeof m_achFileName) {
+        Close(*this);
+        m_achFileName[0] = '\0';
         return 0;
     }
-    std::memcpy(m_achFileName, pchName, uLength);
+    std::memmove(m_achFileName, pchName, uLength);
+    Close(*this);
     std::memcpy(m_achFileName + uLength, Extension, sizeof Extension);
     m_pFile = fwfopen(m_achFileName, Text("rb"));
     return m_pFile != nullptr;
@@ -66,7 +67,11 @@ int MFColorTable::GetData(int iOffset, int iCount, unsigned char** ppData) {
 }
 
 int MFColorTable::GetData(int iOffset, int iCount, int iSize, unsigned char** ppData) {
-    if (!ppData || iCount < 0 || iSize < iCount || !SetPosition(iOffset)) {
+    if (!ppData || iSize < iCount || !SetPosition(iOffset)) {
+        return 0;
+    }
+    if (iCount < 0) {
+        *ppData = nullptr;
         return 0;
     }
     // A block of no bytes is a block too.

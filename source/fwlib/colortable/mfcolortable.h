@@ -31,8 +31,8 @@ public:
 
     // Hand out a new block that the caller releases with DeleteData: the file's iCount bytes at the offset, in the
     // second form at the end of a block of iSize bytes, at least iCount, that is zero before them. When the bytes
-    // cannot be had the out-pointer is null; it is left alone for an offset that cannot be reached and a size or
-    // count that cannot be.
+    // cannot be had, and for a negative count, the out-pointer is null; it is left alone for an offset that cannot be
+    // reached and for a size below the count.
     int GetData(int iOffset, int iCount, unsigned char** ppData);
     int GetData(int iOffset, int iCount, int iSize, unsigned char** ppData);
     void DeleteData(unsigned char* pData); // null is ignored

@@ -3,17 +3,17 @@
 #ifndef FWLIB_INTERNAL_FILENAME_H
 #define FWLIB_INTERNAL_FILENAME_H
 
-#include "fwlib/stdc/stdc/fwstdcstring.h"
-#include "fwlib/text.h"
+#include "fwlib/internal/texts.h"
 
 #pragma GCC visibility push(hidden)
 
 namespace VESK {
 
-template <unsigned int Size>
-void CopyName(char (&achName)[Size], char* pchName) {
-    fwstrncpy(achName, pchName, Size);
-    achName[Size - 1] = '\0';
+template <std::size_t Size>
+void CopyName(char (&achName)[Size], const char* pchName) {
+    CopyBounded(achName, pchName);
+    const std::size_t uLength = std::strlen(achName);
+    std::memset(achName + uLength, 0, Size - uLength);
 }
 
 } // namespace VESK

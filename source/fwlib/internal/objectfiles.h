@@ -12,28 +12,35 @@
 
 namespace VESK {
 
-// Strict: an object is gathered and goes out in one write; one that could not be stored is taken out of the file
-// again where the file allows it. Not strict: every line is written at once, and after the first that fails nothing
-// more is, because lines behind a gap would make wrong objects.
+// After the first object that the file did not take nothing more is stored, until the host gives it another
+// file: a recording has no gaps, and what came behind a part of an object would be read as more of it. Strict,
+// an object is gathered and goes out in one write, and what a failed write left of it is taken out of the file
+// again where the file allows it; one that there is no memory to gather is lost alone.
 class ObjectFileWrite final : public SFileWrite {
 public:
     ObjectFileWrite(char* pchFileName, bool bStrict); // a null name means standard output
     ~ObjectFileWrite() override;
     Byte4Type WriteData(char* pchData, Byte4Type b4Length) override;
 
-    int EndObject(); // whether all that was written since the last call is stored
-    const char* ShownName() const;
+    // Ends the object: whether it is stored. One that is not to be kept is dropped where that is still possible.
+    int EndObject(bool bKeep);
     bool IsStrict() const { return m_bStrict; }
-
-    bool m_bReported; // the loss of an object
+    const char* ShownName() const;
+    int Reason() const { return m_iReason; } // the error number of the first loss
+    bool ReportOnce();                       // true the first time it is asked for a file
 
 private:
+    void NoticeFile(); // another file than before has lost nothing yet
     Byte4Type Gather(const char* pchData, Byte4Type b4Length);
-    int Store(); // writes what was gathered
+    void Lose(int iReason);
+    bool Store();
 
     const bool m_bStrict;
-    bool m_bLost;      // of the object at hand; when not strict, of every one from here on
-    bool m_bBroken;    // a part of an object stands at the end of the file and cannot be taken out
+    const char* m_pFileSeen; // lent
+    bool m_bLost;            // the object at hand
+    bool m_bEnded;           // the recording
+    bool m_bReported;
+    int m_iReason;
     char* m_pchObject; // owned: the object being gathered
     std::size_t m_uLength;
     std::size_t m_uCapacity;
@@ -45,19 +52,27 @@ public:
     explicit ObjectFileRead(bool bStrict);
     ~ObjectFileRead() override;
     char* ReadLine() override;
+    int OpenFile(char* pchFileName) override;
+    int SetFile(char* pFile) override;
 
     void BeginObject();
+    void LoseProperty(); // the object at hand has lost a property to missing memory
+    void SkipObject();   // strict: reads on to its end
     int EndObject();     // whether the object came whole; always when not strict
-    void LoseProperty(); // a line that came could not be kept
-    const char* ShownName() const;
-    bool Broken() const { return m_cLines.Now() == ObjectLines::Broken; }
-    const char* Reason() const { return m_cLines.Reason(); }
-    unsigned long long Offset() const { return m_ullObject; } // of the object's first byte
 
-    bool m_bReported; // that an object was broken
+    // Why no object came, for a report, or null at a plain end of the file. Each reason is told once.
+    const char* ReasonOnce();
+    const char* ShownName() const;
+    unsigned long long Offset() const {
+        return m_ullObject;
+    } // of the object's first byte; counted when strict
 
 private:
+    void Restart();
+
     const bool m_bStrict;
+    bool m_bReported;
+    int m_iReadError; // an error number, or 0
     ObjectLines m_cLines;
     unsigned long long m_ullRead; // bytes of the lines handed out
     unsigned long long m_ullObject;

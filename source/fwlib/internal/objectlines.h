@@ -4,6 +4,7 @@
 #ifndef FWLIB_INTERNAL_OBJECTLINES_H
 #define FWLIB_INTERNAL_OBJECTLINES_H
 
+#include "fwlib/internal/growth.h"
 #include "fwlib/internal/texts.h"
 
 #include <cstdlib>
@@ -25,7 +26,8 @@ public:
     // The next line begins an object; after a broken one, nothing does.
     void Restart() { m_State = m_State == Broken ? Broken : TypeNext; }
 
-    // A line behind the property list is a class's own. The next line, as it was read: uLength characters, of which the last may be a newline, and a terminator.
+    // The next line, as it was read: uLength characters, of which the last may be a newline, and a terminator. A line
+    // behind the property list is a class's own.
     void Take(const char* pchLine, std::size_t uLength) {
         if (uLength == 0 || pchLine[uLength - 1] != '\n') {
             Break("its last line is cut");
@@ -68,8 +70,8 @@ private:
         }
         char* pchEnd;
         const unsigned long ulCount = std::strtoul(pchDigits, &pchEnd, 10);
-        if (*pchEnd != '\n' || ulCount > UINT16_MAX) {
-            Break("a count line holds no 16-bit number");
+        if (*pchEnd != '\n' || ulCount > LargestCapacity) {
+            Break("a count line holds no number that a list may have");
             return;
         }
         m_uAwaited = ulCount;

@@ -21,7 +21,7 @@ struct BlockCoder {
     std::size_t (*pCompress)(unsigned char* pTarget, const unsigned char* pSource, std::size_t uLength,
                              bool bBackward);
 
-    // The blocks' bytes again. The bytes written; 0 when the source is not what pCompress writes, or they are more
+    // The blocks' bytes again. The bytes written; 0 when the source is not the coding of whole blocks, or they are more
     // than uRoom.
     std::size_t (*pExpand)(unsigned char* pTarget, std::size_t uRoom, const unsigned char* pSource,
                            std::size_t uLength, bool bBackward);

@@ -102,6 +102,11 @@ int SetNumber(PROPERTIES& cList, const char* pchKey, const DecimalText& cText, c
            SetEntry(cList, pchKey, cText.Begin(), cText.Length(), pchSection);
 }
 
+// The caller's buffer holds the text and its terminator.
+void CopyWhole(char* pchBuffer, const char* pchText) {
+    std::memcpy(pchBuffer, pchText, std::strlen(pchText) + 1);
+}
+
 } // namespace
 
 int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::size_t uLength,
@@ -266,7 +271,7 @@ int PROPERTIES::GetKeyName(Byte2Type b2Index, char* pchKey) {
     if (b2Index >= m_b2PropertyCount || !pchKey) {
         return 0;
     }
-    std::strcpy(pchKey, m_pachKeys[b2Index]);
+    CopyWhole(pchKey, m_pachKeys[b2Index]);
     return 1;
 }
 
@@ -275,10 +280,10 @@ int PROPERTIES::GetKeyValuePair(Byte2Type b2Index, char* pchSection, char* pchKe
         return 0;
     }
     if (pchKey) {
-        std::strcpy(pchKey, m_pachKeys[b2Index]);
+        CopyWhole(pchKey, m_pachKeys[b2Index]);
     }
     if (pchValue) {
-        std::strcpy(pchValue, m_pachValues[b2Index]);
+        CopyWhole(pchValue, m_pachValues[b2Index]);
     }
     return 1;
 }

@@ -44,6 +44,8 @@ void DecodeSlowly(Byte* pData, const Byte* pText, std::size_t uGroups) {
     }
 }
 
+// The lanes' arithmetic takes a group's first byte for its lowest.
+constexpr bool LowestFirst = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
 constexpr std::size_t Lanes = sizeof(Word) / sizeof(std::uint32_t);
 constexpr std::size_t Round = 4; // words a round of the loops; more do not pay
 
@@ -62,7 +64,7 @@ constexpr Word Together(Word uGroups) {
 
 // A word is read or written whole, a byte or two beyond its groups, so the last groups are left to the slow way.
 void EncodePlainly(Byte* pText, const Byte* pData, std::size_t uGroups) {
-    for (; uGroups > Lanes * Round; uGroups -= Lanes * Round) {
+    for (; LowestFirst && uGroups > Lanes * Round; uGroups -= Lanes * Round) {
         Word auGroups[Round];
         for (std::size_t u = 0; u < Round; ++u) {
             std::memcpy(&auGroups[u], pData + u * Lanes * GroupBytes, sizeof(Word));
@@ -80,7 +82,7 @@ void EncodePlainly(Byte* pText, const Byte* pData, std::size_t uGroups) {
 }
 
 void DecodePlainly(Byte* pData, const Byte* pText, std::size_t uGroups) {
-    for (; uGroups > Lanes * Round; uGroups -= Lanes * Round) {
+    for (; LowestFirst && uGroups > Lanes * Round; uGroups -= Lanes * Round) {
         Word auValues[Round];
         Word uAll = 0;
         for (std::size_t u = 0; u < Round; ++u) {

@@ -43,10 +43,10 @@ void SWrite::AsciizeTriplets(char* pchText, unsigned int uGroups, char* pchData)
 Byte4Type SWrite::WriteAsciized(char* pchData, unsigned int uCount) {
     const std::size_t uGroups = uCount / GroupBytes;
     const std::size_t uRest = uCount % GroupBytes;
-    const std::size_t uSize = (uGroups + (uRest > 0)) * GroupCharacters;
-    if (uSize > UINT32_MAX) {
+    if (uGroups + (uRest > 0) > UINT32_MAX / GroupCharacters) {
         return 0;
     }
+    const std::size_t uSize = (uGroups + (uRest > 0)) * GroupCharacters;
     char* const pchText = static_cast<char*>(fwmalloc(static_cast<unsigned int>(uSize > 0 ? uSize : 1)));
     if (!pchText) {
         return 0;

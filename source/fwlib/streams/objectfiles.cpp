@@ -5,6 +5,7 @@
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 #include <cerrno>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace VESK {
@@ -12,60 +13,96 @@ namespace VESK {
 namespace {
 
 constexpr std::size_t FirstCapacity = 4096; // of the block that an object is gathered in
+constexpr std::size_t LargestObject = INT32_MAX;
 
-// Writes all of it, in as many calls as the system takes; one, unless it is interrupted or cuts a write.
-bool WriteWhole(int iFile, const char* pchData, std::size_t uLength) {
-    while (uLength > 0) {
-        const ssize_t iWritten = write(iFile, pchData, uLength);
-        if (iWritten < 0 && errno != EINTR) {
-            return false;
+// Writes in as many calls as the system takes, one unless it cuts or interrupts it, and answers how much it took.
+std::size_t WriteAll(int iFile, const char* pchData, std::size_t uLength) {
+    std::size_t uWritten = 0;
+    while (uWritten < uLength) {
+        const ssize_t iWritten = write(iFile, pchData + uWritten, uLength - uWritten);
+        if (iWritten == 0 || (iWritten < 0 && errno != EINTR)) {
+            break;
         }
-        if (iWritten > 0) {
-            pchData += iWritten;
-            uLength -= static_cast<std::size_t>(iWritten);
-        }
+        uWritten += iWritten > 0 ? static_cast<std::size_t>(iWritten) : 0;
     }
-    return true;
+    return uWritten;
+}
+
+// Takes the last bytes, just written, out of the file again, if it is one whose end they are.
+void TakeBack(int iFile, std::size_t uWritten) {
+    struct stat Status;
+    const off_t iEnd = lseek(iFile, 0, SEEK_CUR);
+    const off_t iStart = iEnd - static_cast<off_t>(uWritten);
+    if (uWritten > 0 && iEnd >= 0 && fstat(iFile, &Status) == 0 && S_ISREG(Status.st_mode) &&
+        Status.st_size == iEnd && ftruncate(iFile, iStart) == 0) {
+        lseek(iFile, iStart, SEEK_SET);
+    }
 }
 
 } // namespace
 
 ObjectFileWrite::ObjectFileWrite(char* pchFileName, bool bStrict)
     : SFileWrite(pchFileName, 0),
-      m_bReported(false),
       m_bStrict(bStrict),
+      m_pFileSeen(m_pFile),
       m_bLost(false),
-      m_bBroken(false),
+      m_bEnded(false),
+      m_bReported(false),
+      m_iReason(0),
       m_pchObject(nullptr),
       m_uLength(0),
-      m_uCapacity(0) {}
+      m_uCapacity(0) {
+    if (!m_pFile) {
+        Lose(errno);
+    }
+}
 
 ObjectFileWrite::~ObjectFileWrite() {
     fwfree(m_pchObject);
 }
 
+void ObjectFileWrite::NoticeFile() {
+    if (m_pFileSeen != m_pFile) {
+        m_pFileSeen = m_pFile;
+        m_bLost = m_bEnded = m_bReported = false;
+    }
+}
+
 Byte4Type ObjectFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
+    NoticeFile();
+    if (m_bLost || m_bEnded) {
+        m_bLost = true;
+        return 0;
+    }
     if (m_bStrict) {
         return Gather(pchData, b4Length);
     }
-    if (m_bLost) {
-        return 0;
-    }
+    errno = 0;
     const Byte4Type b4Written = SFileWrite::WriteData(pchData, b4Length);
-    m_bLost = !m_pFile || std::ferror(StreamOf(m_pFile));
+    if (!m_pFile || std::ferror(StreamOf(m_pFile))) {
+        Lose(errno);
+        m_bEnded = true;
+    }
     return b4Written;
 }
 
 Byte4Type ObjectFileWrite::Gather(const char* pchData, Byte4Type b4Length) {
+    if (b4Length == 0) {
+        return 0;
+    }
+    if (b4Length > LargestObject - m_uLength) {
+        Lose(ENOMEM);
+        return 0;
+    }
     if (m_uCapacity - m_uLength < b4Length) {
         std::size_t uCapacity = m_uCapacity > 0 ? m_uCapacity : FirstCapacity;
         while (uCapacity - m_uLength < b4Length) {
             uCapacity *= 2;
         }
         void* pBlock = m_pchObject;
-        if (uCapacity > UINT32_MAX || !fwrealloc(&pBlock, static_cast<unsigned int>(m_uCapacity),
-                                                 static_cast<unsigned int>(uCapacity))) {
-            m_bLost = true;
+        if (!fwrealloc(&pBlock, static_cast<unsigned int>(m_uCapacity),
+                       static_cast<unsigned int>(uCapacity))) {
+            Lose(ENOMEM);
             return 0;
         }
         m_pchObject = static_cast<char*>(pBlock);
@@ -76,60 +113,101 @@ Byte4Type ObjectFileWrite::Gather(const char* pchData, Byte4Type b4Length) {
     return b4Length;
 }
 
-int ObjectFileWrite::Store() {
-    if (!m_pFile || m_bBroken || fwflush(m_pFile) != 0) {
-        return 0;
-    }
-    const int iFile = fileno(StreamOf(m_pFile));
-    const off_t iStart = lseek(iFile, 0, SEEK_CUR);
-    if (WriteWhole(iFile, m_pchObject, m_uLength)) {
-        return 1;
-    }
-    m_bBroken = iStart < 0 || ftruncate(iFile, iStart) != 0 || lseek(iFile, iStart, SEEK_SET) != iStart;
-    return 0;
+void ObjectFileWrite::Lose(int iReason) {
+    m_bLost = true;
+    m_iReason = iReason;
 }
 
-int ObjectFileWrite::EndObject() {
-    if (!m_bStrict) {
-        return !m_bLost;
+bool ObjectFileWrite::Store() {
+    if (!m_pFile || fwflush(m_pFile) != 0) {
+        return false;
     }
-    const int iStored = !m_bLost && Store();
+    const int iFile = fileno(StreamOf(m_pFile));
+    const std::size_t uWritten = WriteAll(iFile, m_pchObject, m_uLength);
+    if (uWritten == m_uLength) {
+        return true;
+    }
+    const int iReason = errno;
+    TakeBack(iFile, uWritten);
+    errno = iReason;
+    return false;
+}
+
+int ObjectFileWrite::EndObject(bool bKeep) {
+    NoticeFile();
+    errno = 0;
+    if (m_bStrict && bKeep && !m_bLost && !Store()) {
+        Lose(errno);
+        m_bEnded = true;
+    }
+    const int iStored = !m_bLost;
     m_uLength = 0;
     m_bLost = false;
     return iStored;
 }
 
 const char* ObjectFileWrite::ShownName() const {
-    return m_achFileName[0] != '\0' ? m_achFileName : "standard output";
+    return m_achFileName[0] != '\0' ? m_achFileName : m_pFile ? "standard output" : "a file without a name";
+}
+
+bool ObjectFileWrite::ReportOnce() {
+    const bool bFirst = !m_bReported;
+    m_bReported = true;
+    return bFirst;
 }
 
 ObjectFileRead::ObjectFileRead(bool bStrict)
-    : m_bReported(false),
-      m_bStrict(bStrict),
+    : m_bStrict(bStrict),
+      m_bReported(false),
+      m_iReadError(0),
       m_ullRead(0),
       m_ullObject(0),
       m_pchLine(nullptr),
       m_uLineSize(0) {}
 
 ObjectFileRead::~ObjectFileRead() {
-    fwfree(m_pchLine);
+    std::free(m_pchLine);
+}
+
+void ObjectFileRead::Restart() {
+    m_bReported = false;
+    m_iReadError = 0;
+    m_cLines = ObjectLines();
+    m_ullRead = m_ullObject = 0;
+}
+
+int ObjectFileRead::OpenFile(char* pchFileName) {
+    Restart();
+    return SFileRead::OpenFile(pchFileName);
+}
+
+int ObjectFileRead::SetFile(char* pFile) {
+    Restart();
+    return SFileRead::SetFile(pFile);
 }
 
 char* ObjectFileRead::ReadLine() {
-    if (!m_bStrict) {
-        return SFileRead::ReadLine();
-    }
-    if (!m_pFile || Broken()) {
+    if (!m_pFile || m_cLines.Now() == ObjectLines::Broken) {
         return nullptr;
     }
-    const ssize_t iLength = getline(&m_pchLine, &m_uLineSize, StreamOf(m_pFile));
-    if (iLength < 0) {
-        m_cLines.End();
+    errno = 0;
+    char* const pchWhole = m_bStrict ? nullptr : SFileRead::ReadLine();
+    const ssize_t iLength = m_bStrict ? getline(&m_pchLine, &m_uLineSize, StreamOf(m_pFile)) : -1;
+    if (!pchWhole && iLength < 0) {
+        if (!fwfeof(m_pFile)) {
+            m_iReadError = errno != 0 ? errno : EIO;
+        }
+        if (m_cLines.Now() != ObjectLines::TypeNext) { // a class's own lines may be missing too
+            m_cLines.Break("its last lines are missing");
+        }
         return nullptr;
+    }
+    if (pchWhole) {
+        return pchWhole;
     }
     m_ullRead += static_cast<unsigned long long>(iLength);
     m_cLines.Take(m_pchLine, static_cast<std::size_t>(iLength));
-    if (Broken()) {
+    if (m_cLines.Now() == ObjectLines::Broken) {
         return nullptr;
     }
     m_pchLine[iLength - 1] = '\0';
@@ -141,6 +219,17 @@ void ObjectFileRead::BeginObject() {
     m_cLines.Restart();
 }
 
+void ObjectFileRead::LoseProperty() {
+    if (m_bStrict) {
+        m_cLines.Break("a property could not be kept");
+    }
+}
+
+void ObjectFileRead::SkipObject() {
+    while (m_bStrict && m_cLines.Now() != ObjectLines::Whole && ReadLine()) {
+    }
+}
+
 int ObjectFileRead::EndObject() {
     if (!m_bStrict) {
         return 1;
@@ -149,14 +238,19 @@ int ObjectFileRead::EndObject() {
     return m_cLines.Now() == ObjectLines::Whole;
 }
 
-void ObjectFileRead::LoseProperty() {
-    if (m_bStrict) {
-        m_cLines.Break("a property could not be kept");
+const char* ObjectFileRead::ReasonOnce() {
+    const char* const pchReason = m_iReadError != 0                       ? std::strerror(m_iReadError)
+                                  : m_cLines.Now() == ObjectLines::Broken ? m_cLines.Reason()
+                                                                          : nullptr;
+    if (!pchReason || m_bReported) {
+        return nullptr;
     }
+    m_bReported = true;
+    return pchReason;
 }
 
 const char* ObjectFileRead::ShownName() const {
-    return m_achFileName[0] != '\0' ? m_achFileName : "standard input";
+    return m_achFileName[0] != '\0' ? m_achFileName : m_pFile ? "standard input" : "a file without a name";
 }
 
 } // namespace VESK

@@ -115,27 +115,29 @@ inline __attribute__((always_inline)) std::size_t ExpandForward(Byte* pTarget, s
     return uWritten;
 }
 
-// The blocks come off the end of the source, the last one first, so they are counted before they are expanded.
+// The blocks come off the end of the source, the last one first, so the room is filled from its end; where it was
+// not filled, the blocks move down. Counting them first would walk from bitmap to bitmap twice, which is the
+// whole cost.
 template <class Words>
 inline __attribute__((always_inline)) std::size_t ExpandBackward(Byte* pTarget, std::size_t uRoom,
                                                                  const Byte* pSource, std::size_t uLength) {
-    std::size_t uBlocks = 0;
-    for (std::size_t uLeft = uLength; uLeft > 0; ++uBlocks) {
+    Byte* const pEnd = pTarget + uRoom / BlockBytes * BlockBytes;
+    Byte* pBlock = pEnd;
+    for (std::size_t uLeft = uLength; uLeft > 0;) {
         const Coded cCoded =
             Decode<Words>(uLeft >= WordBytes ? LoadWordAt(pSource + uLeft - WordBytes) : Unused, true);
-        if (!cCoded.bGood || cCoded.uListBytes > uLeft - WordBytes || uRoom / BlockBytes <= uBlocks) {
+        if (!cCoded.bGood || cCoded.uListBytes > uLeft - WordBytes || pBlock == pTarget) {
             return 0;
         }
         uLeft -= WordBytes + cCoded.uListBytes;
+        pBlock -= BlockBytes;
+        ExpandBlock<Words>(pBlock, pSource + uLeft, uLength - uLeft, cCoded, true);
     }
-    std::size_t uLeft = uLength;
-    for (std::size_t uBlock = uBlocks; uBlock > 0; --uBlock) {
-        const Coded cCoded = Decode<Words>(LoadWordAt(pSource + uLeft - WordBytes), true);
-        uLeft -= WordBytes + cCoded.uListBytes;
-        ExpandBlock<Words>(pTarget + (uBlock - 1) * BlockBytes, pSource + uLeft, uLength - uLeft, cCoded,
-                           true);
+    const auto uWritten = static_cast<std::size_t>(pEnd - pBlock);
+    if (pBlock != pTarget) {
+        std::memmove(pTarget, pBlock, uWritten);
     }
-    return uBlocks * BlockBytes;
+    return uWritten;
 }
 
 std::size_t CompressPlainly(Byte* pTarget, const Byte* pSource, std::size_t uLength, bool bBackward) {
