@@ -136,7 +136,7 @@ int Dump(const Options& cOptions) {
         return ExitDone; // which is told, and turned into a failure, at the end of every command
     }
     Summarize(cOptions, cScan, ullShown);
-    std::fflush(stdout); // before the reason, where both go to one place
+    SendOn(); // before the reason, where both go to one place
     return Judge(cName, cScan);
 }
 

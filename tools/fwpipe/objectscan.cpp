@@ -2,9 +2,9 @@
 #include "objectscan.h"
 
 #include "interrupt.h"
+#include "output.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,7 +25,7 @@ ObjectScan::ObjectScan(int iFile) : m_iFile(iFile), m_cBuffer(BufferSize) {
 
 bool ObjectScan::Fill() {
     if (m_bFed) {
-        std::fflush(stdout);
+        SendOn();
     }
     ssize_t iRead;
     do {

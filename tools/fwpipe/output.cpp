@@ -16,7 +16,16 @@ namespace {
 // The stream's own when it writes on a terminal. Lines leave it at once, but their bytes stay in it.
 char achLines[BUFSIZ];
 
-int iFailure = 0; // what errno told when Print failed
+int iFailure = 0; // what errno told when a write here failed first
+
+// False when the stream has failed. Its functions do not always tell what they did not write, but its state does.
+bool Remember() {
+    if (!std::ferror(stdout)) {
+        return true;
+    }
+    iFailure = iFailure ? iFailure : errno;
+    return false;
+}
 
 } // namespace
 
@@ -34,22 +43,24 @@ void PrepareStreams() {
     }
 }
 
-bool OutputArrived() {
-    errno = iFailure;
-    const int iFlushed = std::fflush(stdout);
-    if (iFlushed == 0 && !std::ferror(stdout)) {
-        return true;
-    }
-    const char* const pchReason = errno ? std::strerror(errno) : "an earlier write failed";
-    std::fprintf(stderr, "fwpipe: standard output could not be written: %s\n", pchReason);
-    return false;
+bool Print(const std::string& cText) {
+    errno = 0;
+    std::fwrite(cText.data(), 1, cText.size(), stdout);
+    return Remember();
 }
 
-bool Print(const std::string& cText) {
-    if (std::fwrite(cText.data(), 1, cText.size(), stdout) == cText.size()) {
-        return !std::ferror(stdout);
+bool SendOn() {
+    errno = 0;
+    std::fflush(stdout);
+    return Remember();
+}
+
+bool OutputArrived() {
+    if (SendOn()) {
+        return true;
     }
-    iFailure = errno;
+    const char* const pchReason = iFailure ? std::strerror(iFailure) : "an earlier write failed";
+    std::fprintf(stderr, "fwpipe: standard output could not be written: %s\n", pchReason);
     return false;
 }
 

@@ -13,11 +13,13 @@ namespace FwPipe {
 // takes its place and receives what is printed.
 void PrepareStreams();
 
-// Sends on what is buffered. False, after a line on standard error, when not everything could be written.
-bool OutputArrived();
-
-// Prints the text. False once standard output fails, for which OutputArrived then tells the reason.
+// Prints the text; sends on what was printed. False once standard output fails, for which OutputArrived then tells the
+// reason.
 bool Print(const std::string& cText);
+bool SendOn();
+
+// Sends on what was printed. False, after a line on standard error, when not everything could be written.
+bool OutputArrived();
 
 // Whether something was printed since the last call, where standard output is a terminal; elsewhere false.
 bool PrintedOnTerminal();
