@@ -71,22 +71,18 @@ int EDeserialize::Initialize() {
     if (!CreateSourcePads(*this, 1, this)) {
         return 0;
     }
-    char achFileName[NameTextSize];
-    const int iNamed =
-        m_cProperties.GetProperty(Key::Filename, achFileName, sizeof achFileName, nullptr, Section::Standard);
-    Byte4Type b4Strict;
-    m_cProperties.GetProperty(Key::Strict, &b4Strict, 0, Section::Standard);
+    FileSettings cSettings(m_cProperties);
     delete m_pReader;
-    m_pReader = new (std::nothrow) ObjectFileRead(b4Strict != 0);
+    m_pReader = new (std::nothrow) ObjectFileRead(cSettings.Strict());
     if (!m_pReader || !m_pReader->m_pchLineBuffer) {
         delete m_pReader;
         m_pReader = nullptr;
         return 0;
     }
-    if (!iNamed) {
+    if (!cSettings.Name()) {
         m_pReader->SetFile(HandleOf(stdin));
-    } else if (!m_pReader->OpenFile(achFileName)) {
-        ErrorMessage("Unable to open %s: %s\n", achFileName, std::strerror(errno));
+    } else if (!m_pReader->OpenFile(cSettings.Name())) {
+        ErrorMessage("Unable to open %s: %s\n", cSettings.Name(), std::strerror(errno));
         delete m_pReader;
         m_pReader = nullptr;
         return 0;

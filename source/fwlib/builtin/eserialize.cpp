@@ -100,13 +100,9 @@ int ESerialize::Initialize() {
     if (!CreateSinkPad(*this) || !CreateSourcePads(*this, m_b2Passthrough, this)) {
         return 0;
     }
-    char achFileName[NameTextSize];
-    const int iNamed =
-        m_cProperties.GetProperty(Key::Filename, achFileName, sizeof achFileName, nullptr, Section::Standard);
-    Byte4Type b4Strict;
-    m_cProperties.GetProperty(Key::Strict, &b4Strict, 0, Section::Standard);
+    FileSettings cSettings(m_cProperties);
     delete m_pWriter;
-    auto* const pWriter = new (std::nothrow) ObjectFileWrite(iNamed ? achFileName : nullptr, b4Strict != 0);
+    auto* const pWriter = new (std::nothrow) ObjectFileWrite(cSettings.Name(), cSettings.Strict());
     m_pWriter = pWriter;
     if (!pWriter) {
         ErrorMessage("Initialize(): No memory\n");

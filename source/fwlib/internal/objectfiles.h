@@ -5,12 +5,26 @@
 #define FWLIB_INTERNAL_OBJECTFILES_H
 
 #include "fwlib/internal/objectlines.h"
+#include "fwlib/properties/properties.h"
 #include "fwlib/streams/sfileread.h"
 #include "fwlib/streams/sfilewrite.h"
 
 #pragma GCC visibility push(hidden)
 
 namespace VESK {
+
+// What the properties of a serializing element say of its file.
+struct FileSettings {
+    explicit FileSettings(PROPERTIES& cProperties);
+
+    char* Name() { return m_bNamed ? m_achName : nullptr; } // null for a standard stream
+    bool Strict() const { return m_uStrict != 0; }
+
+private:
+    char m_achName[NameTextSize];
+    bool m_bNamed;
+    unsigned int m_uStrict;
+};
 
 // After the first object that the file did not take nothing more is stored, until the host gives it another
 // file: a recording has no gaps, and what came behind a part of an object would be read as more of it. Strict,

@@ -41,6 +41,12 @@ void TakeBack(int iFile, std::size_t uWritten) {
 
 } // namespace
 
+FileSettings::FileSettings(PROPERTIES& cProperties) {
+    m_bNamed =
+        cProperties.GetProperty(Key::Filename, m_achName, sizeof m_achName, nullptr, Section::Standard);
+    cProperties.GetProperty(Key::Strict, &m_uStrict, 0, Section::Standard);
+}
+
 ObjectFileWrite::ObjectFileWrite(char* pchFileName, bool bStrict)
     : SFileWrite(pchFileName, 0),
       m_bStrict(bStrict),
