@@ -42,8 +42,9 @@ public:
     int DeserializeBlock(unsigned char* pData, int iCount);
 
     // The inverse of SWrite::Compress: writes the blocks' bytes and answers their count, a multiple of 120. 0 when
-    // the source is empty or not the coding of whole blocks, or when they are more than b4Room; the target, which
-    // must not overlap the source, may then hold some of them. The flag is that of Compress. Any source is safe.
+    // the source is empty or not the coding of whole blocks, or when they are more than b4Room. The target must not
+    // overlap the source; what lies in its room behind the answer is undefined. The flag is that of Compress. Any
+    // source is safe.
     static Byte4Type Decompress(unsigned char* pTarget, Byte4Type b4Room, unsigned char* pSource,
                                 Byte4Type b4Length, unsigned char bFlag);
 };
