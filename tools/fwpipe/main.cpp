@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// fwpipe: the host program for pipe files, and the tools for what pipelines record. Each subcommand is a file of its own.
+// fwpipe: the host program for pipe files, and the tools for what pipelines record. Each subcommand is a file of its
+// own.
 #include "command.h"
 #include "output.h"
 

@@ -3,7 +3,8 @@
 // size of its header, 32 bits little-endian. What the bytes behind that mean is the caller's business.
 //
 // Offsets count bytes from the start of the file. Operations answer 1, or 0 for every failure, without a file and for
-// negative offsets and counts included, and print nothing. The object owns its file and closes it. One thread at a time.
+// negative offsets and counts included, and print nothing. The object owns its file and closes it. One thread at
+// a time.
 #ifndef FWLIB_COLORTABLE_MFCOLORTABLE_H
 #define FWLIB_COLORTABLE_MFCOLORTABLE_H
 

@@ -48,8 +48,8 @@ public:
 
     // Codes the whole 120-byte blocks of the source in the target by leaving out zero or repeated 32-bit words
     // (docs/formats.md). Answers the bytes written, fewer than b2Length, or 0 when they would not be fewer; the
-    // target must hold b2Length - 1 bytes, whose rest is undefined, and not overlap the source. A flag of 2 selects the backward layout, which
-    // is read from its end. SRead::Decompress is the inverse.
+    // target must hold b2Length - 1 bytes, whose rest is undefined, and not overlap the source. A flag of 2
+    // selects the backward layout, which is read from its end. SRead::Decompress is the inverse.
     Byte2Type Compress(unsigned char* pTarget, unsigned char* pSource, Byte2Type b2Length,
                        unsigned char bFlag);
 };
