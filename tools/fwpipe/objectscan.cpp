@@ -13,8 +13,8 @@ namespace FwPipe {
 
 namespace {
 
-constexpr std::size_t BufferSize = 256 * 1024;
-constexpr std::size_t KeptCapacity = 1024 * 1024; // a larger object's memory goes with it
+constexpr std::size_t BufferSize = 0x40000;
+constexpr std::size_t KeptCapacity = 0x100000; // a larger object's memory goes with it
 
 } // namespace
 

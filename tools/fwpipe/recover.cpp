@@ -76,7 +76,7 @@ int Scan(const Options& cOptions, const File& cInput, unsigned long long ullSize
 }
 
 int Copy(const Options& cOptions, const File& cInput, unsigned long long ullEnd, NewFile& cOutput) {
-    std::vector<char> cPiece(256 * 1024);
+    std::vector<char> cPiece(0x40000);
     for (unsigned long long ull = 0; ull < ullEnd;) {
         const auto uLength =
             static_cast<std::size_t>(std::min<unsigned long long>(cPiece.size(), ullEnd - ull));
