@@ -122,13 +122,15 @@ quiet() {
     [[ $? == 1 && ! -s out ]] || fail "--quiet 2>&-"
 }
 
-# start ARGUMENT...: runs in the background, as $runner, until it has told the build.
-start() {
+# start: runs in the background, as $runner.
+start() { # AWAITED ARGUMENT...: returns once the output holds the awaited text
+    local awaited=$1
+    shift
     : >out # or the lines of the run before would be taken for this one's
     "$fwpipe" "$@" >out 2>err </dev/null &
     runner=$!
     local tries=0
-    until grep -q 'Connecting' out || ((++tries > 600)); do
+    until grep -q "$awaited" out || ((++tries > 600)); do
         sleep 0.05
     done
 }
@@ -145,10 +147,10 @@ ended() { # STATUS LAST: how what was started came to its end, and the last line
 signals() {
     local loop sent
     for loop in --repeat=999999999 --drain; do
-        start run endless.pipe "$loop"
+        start 'launch: [0-9]' run endless.pipe "$loop" # the loop has begun
         kill -INT "$runner"
         ended 130 'ECountdown - launch: * objects sent' # told when the pipeline is destroyed
-        start run endless.pipe "$loop"
+        start 'launch: [0-9]' run endless.pipe "$loop" # the loop has begun
         kill -TERM "$runner"
         ended 143 'ECountdown - launch: * objects sent'
         sent=$(sed -n '$s/.*: \([0-9]*\) objects.*/\1/p' out)
@@ -156,13 +158,14 @@ signals() {
     done
 
     # While a run goes on: the first signal waits for its end, the second does not.
-    start run forever.pipe --drain
+    start Connecting run forever.pipe --drain
+    sleep 0.3 # its run prints nothing
     kill -TERM "$runner"
     sleep 0.3
     kill -0 "$runner" || fail "a run was ended by the first signal"
     kill -INT "$runner"
     ended 130 'Connecting *'
-    start run forever.pipe
+    start Connecting run forever.pipe
     kill -TERM "$runner"
     ended 143 'Connecting *'
 
