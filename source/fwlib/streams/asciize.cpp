@@ -47,7 +47,8 @@ void DecodeSlowly(Byte* pData, const Byte* pText, std::size_t uGroups) {
 // The lanes' arithmetic takes a group's first byte for its lowest.
 constexpr bool LowestFirst = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
 constexpr std::size_t Lanes = sizeof(Word) / sizeof(std::uint32_t);
-constexpr std::size_t Round = 4; // words a round of the loops; more do not pay
+constexpr std::size_t EncodeRound = 8; // words a round of the loops; more do not pay
+constexpr std::size_t DecodeRound = 4; // all in registers, until they are known to be in range
 
 constexpr Word InLanes(std::uint32_t uValue) {
     return Lanes == 1 ? uValue : static_cast<Word>(uint64_t{uValue} << 32 | uValue);
@@ -64,90 +65,100 @@ constexpr Word Together(Word uGroups) {
 
 // A word is read or written whole, a byte or two beyond its groups, so the last groups are left to the slow way.
 void EncodePlainly(Byte* pText, const Byte* pData, std::size_t uGroups) {
-    for (; LowestFirst && uGroups > Lanes * Round; uGroups -= Lanes * Round) {
-        Word auGroups[Round];
-        for (std::size_t u = 0; u < Round; ++u) {
-            std::memcpy(&auGroups[u], pData + u * Lanes * GroupBytes, sizeof(Word));
-        }
-        for (std::size_t u = 0; u < Round; ++u) {
-            const Word uGroup = Apart(auGroups[u]);
+    for (; LowestFirst && uGroups > Lanes * EncodeRound; uGroups -= Lanes * EncodeRound) {
+        for (std::size_t u = 0; u < EncodeRound; ++u) {
+            Word uGroup;
+            std::memcpy(&uGroup, pData + u * Lanes * GroupBytes, sizeof(Word));
+            uGroup = Apart(uGroup);
             const Word uText =
                 ((uGroup & InLanes(Stay)) | (uGroup & InLanes(Move)) << Shift) + InLanes(Spaces);
             std::memcpy(pText + u * sizeof uText, &uText, sizeof uText);
         }
-        pText += Round * sizeof(Word);
-        pData += Round * Lanes * GroupBytes;
+        pText += EncodeRound * sizeof(Word);
+        pData += EncodeRound * Lanes * GroupBytes;
     }
     EncodeSlowly(pText, pData, uGroups);
 }
 
 void DecodePlainly(Byte* pData, const Byte* pText, std::size_t uGroups) {
-    for (; LowestFirst && uGroups > Lanes * Round; uGroups -= Lanes * Round) {
-        Word auValues[Round];
+    for (; LowestFirst && uGroups > Lanes * DecodeRound; uGroups -= Lanes * DecodeRound) {
+        Word auValues[DecodeRound];
         Word uAll = 0;
-        for (std::size_t u = 0; u < Round; ++u) {
+        for (std::size_t u = 0; u < DecodeRound; ++u) {
             std::memcpy(&auValues[u], pText + u * sizeof(Word), sizeof(Word));
             auValues[u] -=
                 InLanes(Spaces); // a character below a space borrows, and so lands beyond the range
             uAll |= auValues[u];
         }
         if ((uAll & InLanes(Beyond)) != 0) {
-            DecodeSlowly(pData, pText, Lanes * Round);
+            DecodeSlowly(pData, pText, Lanes * DecodeRound);
         } else {
-            for (std::size_t u = 0; u < Round; ++u) {
+            for (std::size_t u = 0; u < DecodeRound; ++u) {
                 const Word uValue = auValues[u];
                 const Word uGroup = Together((uValue & InLanes(Stay)) | (uValue >> Shift & InLanes(Move)));
                 std::memcpy(pData + u * Lanes * GroupBytes, &uGroup, sizeof uGroup);
             }
         }
-        pText += Round * sizeof(Word);
-        pData += Round * Lanes * GroupBytes;
+        pText += DecodeRound * sizeof(Word);
+        pData += DecodeRound * Lanes * GroupBytes;
     }
     DecodeSlowly(pData, pText, uGroups);
 }
 
 #if defined(__x86_64__) || defined(__i386__)
 
-using Half = Byte __attribute__((vector_size(16)));
 using Bytes = Byte __attribute__((vector_size(32)));
 using WideLanes = std::uint32_t __attribute__((vector_size(32)));
 
-constexpr std::size_t Wide = 8;                         // groups in a wide register
-constexpr std::size_t HalfData = Wide / 2 * GroupBytes; // data bytes in each half of it
-constexpr std::size_t Spill = sizeof(Half) - HalfData;  // bytes that a half is read or written beyond them
-constexpr std::size_t SpillGroups = Spill / GroupBytes + 1; // groups that must follow for that
+constexpr std::size_t Wide = 8;                     // groups in a wide register
+constexpr std::size_t WideData = Wide * GroupBytes; // and their bytes
+constexpr std::size_t HalfData = WideData / 2;      // and those of either half
+constexpr std::size_t Half = sizeof(Bytes) / 2;
+constexpr std::size_t Spill =
+    Half - HalfData; // bytes that are read before the data, and read or written behind
+constexpr std::size_t SpillGroups = Spill / GroupBytes + 1;
+constexpr std::size_t Turn = 2; // registers a turn: how fast a loop of one is hangs on where its code lies
 
+// A register is loaded from before its data, so that each half holds the bytes of its own four groups.
 __attribute__((target("avx2"))) void EncodeWidely(Byte* pText, const Byte* pData, std::size_t uGroups) {
-    for (; uGroups >= Wide + SpillGroups; uGroups -= Wide) {
-        Half cLow;
-        Half cHigh;
-        std::memcpy(&cLow, pData, sizeof cLow);
-        std::memcpy(&cHigh, pData + HalfData, sizeof cHigh);
-        const auto cGroups = (WideLanes)__builtin_shufflevector(cLow, cHigh, 0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8,
-                                                                8, 9, 10, 11, 11, 16, 17, 18, 18, 19, 20, 21,
-                                                                21, 22, 23, 24, 24, 25, 26, 27, 27);
-        const WideLanes cText = ((cGroups & Stay) | (cGroups & Move) << Shift) + Spaces;
-        std::memcpy(pText, &cText, sizeof cText);
-        pText += sizeof cText;
-        pData += Wide * GroupBytes;
+    const std::size_t uFirst = uGroups < SpillGroups ? uGroups : SpillGroups;
+    EncodeSlowly(pText, pData, uFirst);
+    pText += uFirst * GroupCharacters;
+    pData += uFirst * GroupBytes;
+    uGroups -= uFirst;
+    for (; uGroups >= Turn * Wide + SpillGroups; uGroups -= Turn * Wide) {
+        for (std::size_t u = 0; u < Turn; ++u) {
+            Bytes cData;
+            std::memcpy(&cData, pData + u * WideData - Spill, sizeof cData);
+            const auto cGroups = (WideLanes)__builtin_shufflevector(
+                cData, cData, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12, 12, 13, 14, 15, 15, //
+                16, 17, 18, 18, 19, 20, 21, 21, 22, 23, 24, 24, 25, 26, 27, 27);
+            const WideLanes cText = ((cGroups & Stay) | (cGroups & Move) << Shift) + Spaces;
+            std::memcpy(pText + u * sizeof cText, &cText, sizeof cText);
+        }
+        pText += Turn * sizeof(Bytes);
+        pData += Turn * WideData;
     }
     EncodePlainly(pText, pData, uGroups);
 }
 
 __attribute__((target("avx2"))) void DecodeWidely(Byte* pData, const Byte* pText, std::size_t uGroups) {
-    for (; uGroups >= Wide + SpillGroups; uGroups -= Wide) {
-        Bytes cText;
-        std::memcpy(&cText, pText, sizeof cText);
-        const auto cValues = (WideLanes)(cText - Byte{' '});
-        // The first value of a lane is kept whole: its upper bits count when a character is out of range.
-        const auto cGroups = (Bytes)((cValues & (Stay | 0xFF)) | (cValues >> Shift & Move));
-        const Bytes cData =
-            __builtin_shufflevector(cGroups, cGroups, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1,
-                                    16, 17, 18, 20, 21, 22, 24, 25, 26, 28, 29, 30, -1, -1, -1, -1);
-        std::memcpy(pData, &cData, sizeof(Half));
-        std::memcpy(pData + HalfData, reinterpret_cast<const Byte*>(&cData) + sizeof(Half), sizeof(Half));
-        pText += sizeof cText;
-        pData += Wide * GroupBytes;
+    for (; uGroups >= Turn * Wide + SpillGroups; uGroups -= Turn * Wide) {
+        for (std::size_t u = 0; u < Turn; ++u) {
+            Bytes cText;
+            std::memcpy(&cText, pText + u * sizeof cText, sizeof cText);
+            const auto cValues = (WideLanes)(cText - Byte{' '});
+            // The first value of a lane is kept whole: its upper bits count when a character is out of range.
+            const auto cGroups = (Bytes)((cValues & (Stay | 0xFF)) | (cValues >> Shift & Move));
+            const Bytes cData = __builtin_shufflevector(
+                cGroups, cGroups, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, //
+                16, 17, 18, 20, 21, 22, 24, 25, 26, 28, 29, 30, -1, -1, -1, -1);
+            Byte* const pHalves = pData + u * WideData;
+            std::memcpy(pHalves, &cData, Half);
+            std::memcpy(pHalves + HalfData, reinterpret_cast<const Byte*>(&cData) + Half, Half);
+        }
+        pText += Turn * sizeof(Bytes);
+        pData += Turn * WideData;
     }
     DecodePlainly(pData, pText, uGroups);
 }
