@@ -25,16 +25,17 @@ inline void WriteText(SWrite& cWriter, const char* pchText, std::size_t uLength)
 
 // Composes the line in a buffer of Size bytes, or on the heap when it is longer, and writes it in one call.
 // When a longer line finds no memory, or is longer than one call takes, it goes out in pieces: it is whole
-// all the same.
+// all the same. The value is copied in whole words, which a stored text and a number's have behind them.
 template <std::size_t Size>
 void WriteRecord(SWrite& cWriter, const char* pchKey, std::size_t uKeyLength, const char* pchValue,
                  std::size_t uValueLength) {
     const std::size_t uLength = uKeyLength + 1 + uValueLength + 1;
-    const auto b4Length = static_cast<Byte4Type>(uLength);
+    const std::size_t uRoom = uLength + WordSize;
     char achLine[Size];
-    char* const pchHeap =
-        uLength < Size || uLength > UINT32_MAX ? nullptr : static_cast<char*>(fwmalloc(b4Length));
-    char* const pchLine = uLength < Size ? achLine : pchHeap;
+    char* const pchHeap = uRoom <= Size || uRoom > UINT32_MAX
+                              ? nullptr
+                              : static_cast<char*>(fwmalloc(static_cast<unsigned int>(uRoom)));
+    char* const pchLine = uRoom <= Size ? achLine : pchHeap;
     if (!pchLine) {
         WriteText(cWriter, pchKey, uKeyLength);
         WriteText(cWriter, "=", 1);
@@ -44,9 +45,13 @@ void WriteRecord(SWrite& cWriter, const char* pchKey, std::size_t uKeyLength, co
     }
     std::memcpy(pchLine, pchKey, uKeyLength);
     pchLine[uKeyLength] = '=';
-    std::memcpy(pchLine + uKeyLength + 1, pchValue, uValueLength);
+    if (uValueLength <= WordSize) { // most are, and a loop costs 32-bit code as much again as the whole line
+        std::memcpy(pchLine + uKeyLength + 1, pchValue, WordSize);
+    } else {
+        CopyWords(pchLine + uKeyLength + 1, pchValue, uValueLength);
+    }
     pchLine[uLength - 1] = '\n';
-    cWriter.WriteData(pchLine, b4Length);
+    cWriter.WriteData(pchLine, static_cast<Byte4Type>(uLength));
     if (pchHeap) { // seldom, and a call for nothing is a tenth of a short line's cost
         fwfree(pchHeap);
     }

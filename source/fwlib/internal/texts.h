@@ -171,7 +171,8 @@ struct DigitPairs {
 };
 inline constexpr DigitPairs Pairs;
 
-// A number in decimal. 20 digits, a sign and a terminator hold every 64-bit number.
+// A number in decimal. 20 digits, a sign and a terminator hold every 64-bit number; a word more, so that it can be
+// copied a word at a time.
 class DecimalText {
 public:
     explicit DecimalText(int iValue) { Format(MagnitudeOf(iValue), iValue < 0); }
@@ -238,7 +239,7 @@ private:
         std::memcpy(m_achText, &Word, WordSize);
     }
 
-    char m_achText[Size];
+    char m_achText[Size + WordSize];
     std::size_t m_uBegin;
     std::size_t m_uLength;
 };
