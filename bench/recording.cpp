@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <memory>
 #include <unistd.h>
 #include <vector>
@@ -85,18 +86,16 @@ void BareRecord(benchmark::State& cState) {
     Calls cCalls;
     cObject.Serialize(&cCalls);
     ScratchFile cFile;
-    std::FILE* const pFile = std::fopen(cFile.Path(), "w");
-    if (!pFile) {
-        cState.SkipWithError("no file");
-        return;
-    }
+    const int iFile = open(cFile.Path(), O_WRONLY | O_TRUNC);
     for (auto _ : cState) {
         for (const std::string& Text : cCalls.cTexts) {
-            std::fwrite(Text.data(), 1, Text.size(), pFile);
-            std::fflush(pFile);
+            if (write(iFile, Text.data(), Text.size()) < 0) {
+                cState.SkipWithError("not written");
+                return;
+            }
         }
     }
-    std::fclose(pFile);
+    close(iFile);
 }
 
 // A file of objects, once in the process.

@@ -5,6 +5,8 @@
 #include "fwlib/internal/handle.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
+#include <cstring>
+
 namespace VESK {
 
 namespace {
@@ -38,10 +40,10 @@ SFileRead::~SFileRead() {
 }
 
 char* SFileRead::ReadLine() {
-    if (!m_pFile || !m_pchLineBuffer || !fwfgets(m_pchLineBuffer, m_b4LineBufferSize, m_pFile)) {
+    if (!m_pFile || !m_pchLineBuffer || !GetLine(m_pchLineBuffer, m_b4LineBufferSize, m_pFile)) {
         return nullptr;
     }
-    const std::size_t uLength = fwstrlen(m_pchLineBuffer);
+    const std::size_t uLength = std::strlen(m_pchLineBuffer);
     if (uLength > 0 && m_pchLineBuffer[uLength - 1] == '\n') {
         m_pchLineBuffer[uLength - 1] = '\0';
     }

@@ -26,8 +26,8 @@ Byte4Type SFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
     if (!m_pFile) {
         return 0;
     }
-    const Byte4Type b4Written = fwfwrite(pchData, 1, b4Length, m_pFile);
-    fwflush(m_pFile);
+    const Byte4Type b4Written = WriteItems(pchData, 1, b4Length, m_pFile);
+    FlushFile(m_pFile);
     return b4Written;
 }
 

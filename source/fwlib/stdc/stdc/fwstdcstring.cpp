@@ -35,7 +35,7 @@ int fwfclose(char* pFile) {
 }
 
 int fwflush(char* pFile) {
-    return std::fflush(StreamOf(pFile));
+    return FlushFile(pFile);
 }
 
 int fwfeof(char* pFile) {
@@ -56,12 +56,11 @@ unsigned int fwfread(void* pBuffer, unsigned int uSize, unsigned int uCount, cha
 }
 
 unsigned int fwfwrite(void* pBuffer, unsigned int uSize, unsigned int uCount, char* pFile) {
-    return static_cast<unsigned int>(std::fwrite(pBuffer, uSize, uCount, StreamOf(pFile)));
+    return WriteItems(pBuffer, uSize, uCount, pFile);
 }
 
 char* fwfgets(char* pchBuffer, unsigned int uSize, char* pFile) {
-    const int iSize = uSize > INT_MAX ? INT_MAX : static_cast<int>(uSize);
-    return std::fgets(pchBuffer, iSize, StreamOf(pFile));
+    return GetLine(pchBuffer, uSize, pFile);
 }
 
 int fwfputs(char* pchText, char* pFile) {
