@@ -5,6 +5,7 @@
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 #include <cerrno>
+#include <stdio_ext.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,8 +16,18 @@ namespace {
 constexpr std::size_t FirstCapacity = 4096; // of the block that an object is gathered in
 constexpr std::size_t LargestObject = INT32_MAX;
 
-// Writes in as many calls as the system takes, one unless it cuts or interrupts it, and answers how much it took.
-std::size_t WriteAll(int iFile, const char* pchData, std::size_t uLength) {
+// Writes behind what the stream still holds, in as many calls as the system takes, one unless it cuts or interrupts
+// it, and answers how much it took. A stream that is no file of the system's takes it as one item.
+std::size_t WriteAll(char* pFile, const char* pchData, std::size_t uLength) {
+    if (__fpending(StreamOf(pFile)) > 0 && fwflush(pFile) != 0) {
+        return 0;
+    }
+    const int iFile = fileno(StreamOf(pFile));
+    if (iFile < 0) {
+        errno = 0;
+        const std::size_t uTaken = std::fwrite(pchData, 1, uLength, StreamOf(pFile));
+        return fwflush(pFile) == 0 ? uTaken : 0;
+    }
     std::size_t uWritten = 0;
     while (uWritten < uLength) {
         const ssize_t iWritten = write(iFile, pchData + uWritten, uLength - uWritten);
@@ -84,12 +95,12 @@ Byte4Type ObjectFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
         return Gather(pchData, b4Length);
     }
     errno = 0;
-    const Byte4Type b4Written = SFileWrite::WriteData(pchData, b4Length);
-    if (!m_pFile || std::ferror(StreamOf(m_pFile))) {
+    const std::size_t uWritten = m_pFile ? WriteAll(m_pFile, pchData, b4Length) : 0;
+    if (uWritten < b4Length || !m_pFile) {
         Lose(errno);
         m_bEnded = true;
     }
-    return b4Written;
+    return static_cast<Byte4Type>(uWritten);
 }
 
 Byte4Type ObjectFileWrite::Gather(const char* pchData, Byte4Type b4Length) {
@@ -125,16 +136,15 @@ void ObjectFileWrite::Lose(int iReason) {
 }
 
 bool ObjectFileWrite::Store() {
-    if (!m_pFile || fwflush(m_pFile) != 0) {
+    if (!m_pFile) {
         return false;
     }
-    const int iFile = fileno(StreamOf(m_pFile));
-    const std::size_t uWritten = WriteAll(iFile, m_pchObject, m_uLength);
+    const std::size_t uWritten = WriteAll(m_pFile, m_pchObject, m_uLength);
     if (uWritten == m_uLength) {
         return true;
     }
     const int iReason = errno;
-    TakeBack(iFile, uWritten);
+    TakeBack(fileno(StreamOf(m_pFile)), uWritten);
     errno = iReason;
     return false;
 }
