@@ -70,9 +70,19 @@ void Fill(QObject& cObject) {
     }
 }
 
-std::string Lines() {
+// Keys that differ in their last characters only.
+void FillAlike(QObject& cObject) {
+    for (int i = 0; i < Properties; ++i) {
+        cObject.m_cProperties.SetProperty(("parameter" + std::to_string(i)).data(), 1000 * i + 7,
+                                          Section::Standard);
+    }
+}
+
+using Filling = void (*)(QObject&);
+
+std::string Lines(Filling pFill) {
     QObject cObject;
-    Fill(cObject);
+    pFill(cObject);
     MemoryWrite cWriter;
     cObject.Serialize(&cWriter);
     return cWriter.Text();
@@ -177,8 +187,8 @@ void JsonDump(benchmark::State& cState) {
     }
 }
 
-void LibraryRead(benchmark::State& cState) {
-    MemoryRead cReader(Lines());
+void LibraryRead(benchmark::State& cState, Filling pFill) {
+    MemoryRead cReader(Lines(pFill));
     for (auto _ : cState) {
         cReader.Restart();
         cReader.ReadLine();
@@ -195,8 +205,8 @@ char* CopyOf(const char* pchText) {
 
 // Splits the lines and copies the key, the value and the section of each; tables of the right size hold them. No
 // key is looked for.
-void BareRead(benchmark::State& cState) {
-    MemoryRead cMemory(Lines());
+void BareRead(benchmark::State& cState, Filling pFill) {
+    MemoryRead cMemory(Lines(pFill));
     SRead* volatile pOpaque = &cMemory;
     SRead& cReader = *pOpaque;
     for (auto _ : cState) {
@@ -220,9 +230,9 @@ void BareRead(benchmark::State& cState) {
     }
 }
 
-void JsonParse(benchmark::State& cState) {
+void JsonParse(benchmark::State& cState, Filling pFill) {
     QObject cObject;
-    Fill(cObject);
+    pFill(cObject);
     const std::string Dumped = JsonOf(cObject).dump();
     for (auto _ : cState) {
         const nlohmann::json cJson = nlohmann::json::parse(Dumped);
@@ -241,6 +251,13 @@ void AddRecordRows() {
     }
     AddRow("object of 17 properties written, bare", 1.40, LibraryWrite, BareWrite);
     AddRow("object of 17 properties written, JSON", 0.25, LibraryWrite, JsonDump);
-    AddRow("object of 17 properties read, bare", 1.50, LibraryRead, BareRead);
-    AddRow("object of 17 properties read, JSON", 0.35, LibraryRead, JsonParse);
+    for (const Filling pFill : {Fill, FillAlike}) {
+        const std::string Name =
+            pFill == Fill ? "object of 17 properties read" : "object of 17 keys alike read";
+        const auto Of = [pFill](void (*pMeasured)(benchmark::State&, Filling)) -> Measured {
+            return [pFill, pMeasured](benchmark::State& cState) { pMeasured(cState, pFill); };
+        };
+        AddRow(Name + ", bare", 1.50, Of(LibraryRead), Of(BareRead));
+        AddRow(Name + ", JSON", 0.35, Of(LibraryRead), Of(JsonParse));
+    }
 }

@@ -145,4 +145,23 @@ TEST(Streams, ABrokenListKeepsWhatArrived) {
     }
 }
 
+// Keys of every length, many alike at both ends, among them ones that come again: each is held once, where it first
+// stood, with its last value.
+TEST(Streams, ALongListIsMergedByItsKeys) {
+    PROPERTIES list, model;
+    for (PROPERTIES* each : {&list, &model}) {
+        Set(*each, "first", "old");
+        Set(*each, "key.17.yek", "old", "Camera");
+    }
+    std::string text = "n=6000\n";
+    for (int i = 0; i < 6000; ++i) {
+        const std::string key = i % 3 == 0 ? "first" : "key." + std::to_string(i * 7 % 2500) + ".yek";
+        text += key + "=" + std::to_string(i) + "\n";
+        Set(model, key, std::to_string(i));
+    }
+    MemoryRead reader(text);
+    EXPECT_EQ(list.Deserialize(&reader), 1);
+    EXPECT_EQ(Entries(list), Entries(model));
+}
+
 } // namespace

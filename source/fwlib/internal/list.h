@@ -33,6 +33,37 @@ int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::s
 int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
              const SoughtText& cSection);
 
+// The same for a key that can only stand among the first b4Searched entries.
+int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
+             const SoughtText& cSection, Byte4Type b4Searched);
+
+// Which keys a list may hold. A key that is not marked is not in the list, and need not be looked for: so a list is
+// read in a time that grows with its length, not with its square, up to some thousands of entries.
+class KeyFilter {
+public:
+    explicit KeyFilter(const PROPERTIES& cList) : m_aWords{} {
+        for (Byte4Type b4 = 0; b4 < cList.m_b2PropertyCount; ++b4) {
+            Mark(SoughtText(cList.m_pachKeys[b4], StoredLength(cList.m_pachKeys[b4])));
+        }
+    }
+    bool MayHold(const SoughtText& cKey) const {
+        const Byte4Type b4Bit = BitOf(cKey);
+        return (m_aWords[b4Bit / WordBits] >> b4Bit % WordBits & 1) != 0;
+    }
+    void Mark(const SoughtText& cKey) {
+        const Byte4Type b4Bit = BitOf(cKey);
+        m_aWords[b4Bit / WordBits] |= Byte4Type{1} << b4Bit % WordBits;
+    }
+
+private:
+    static constexpr unsigned int WordBits = 32;
+    static constexpr unsigned int Power = 12; // of two: the bits; 512 bytes
+
+    static Byte4Type BitOf(const SoughtText& cKey) { return cKey.Hash() >> (WordBits - Power); }
+
+    Byte4Type m_aWords[(1U << Power) / WordBits];
+};
+
 // PROPERTIES::Copy, but tells whether every entry of the source arrived.
 int MergeEntries(PROPERTIES& cTarget, const PROPERTIES& cSource);
 

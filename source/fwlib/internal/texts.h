@@ -131,6 +131,12 @@ public:
     const char* Begin() const { return m_pchText; }
     std::size_t Length() const { return m_uLength; }
 
+    // Of the first word and the last; its upper bits are the best mixed.
+    Byte4Type Hash() const {
+        const TextWord Mixed = m_First ^ (m_Tail << 7 | m_Tail >> (WordSize * CHAR_BIT - 7));
+        return (static_cast<Byte4Type>(Mixed) ^ static_cast<Byte4Type>(Mixed >> 32)) * 0x9E3779B1U;
+    }
+
     bool Equals(const char* pchStored) const {
         return LoadWord(pchStored) == m_First && (m_uWhole == 0 || RestEquals(pchStored));
     }

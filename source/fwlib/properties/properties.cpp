@@ -119,8 +119,13 @@ int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::s
 
 int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
              const SoughtText& cSection) {
-    const Byte4Type b4Index = FindEntry(cList, cList.m_b2PropertyCount, cKey, cSection);
-    if (b4Index < cList.m_b2PropertyCount) {
+    return SetEntry(cList, cKey, pchValue, uLength, cSection, cList.m_b2PropertyCount);
+}
+
+int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
+             const SoughtText& cSection, Byte4Type b4Searched) {
+    const Byte4Type b4Index = FindEntry(cList, b4Searched, cKey, cSection);
+    if (b4Index < b4Searched) {
         return ReplaceValue(cList, b4Index, StoreText(pchValue, uLength));
     }
     return RoomForEntry(cList) &&

@@ -41,6 +41,7 @@ int PROPERTIES::Deserialize(SRead* pReader) {
     }
     const auto b2Count = static_cast<Byte2Type>(fwatoi(pchCount));
     const SoughtText cSection(Section::Standard);
+    KeyFilter cHeld(*this);
     for (Byte4Type b4 = 0; b4 < b2Count; ++b4) {
         pchLine = pReader->ReadLine();
         char* const pchValue = pchLine ? SplitRecord(pchLine) : nullptr;
@@ -48,9 +49,11 @@ int PROPERTIES::Deserialize(SRead* pReader) {
             return 0;
         }
         const SoughtText cKey(pchLine, static_cast<std::size_t>(pchValue - 1 - pchLine));
-        if (!SetEntry(*this, cKey, pchValue, std::strlen(pchValue), cSection)) {
+        const Byte4Type b4Searched = cHeld.MayHold(cKey) ? m_b2PropertyCount : 0;
+        if (!SetEntry(*this, cKey, pchValue, std::strlen(pchValue), cSection, b4Searched)) {
             TellLoss(*pReader);
         }
+        cHeld.Mark(cKey);
     }
     return 1;
 }
