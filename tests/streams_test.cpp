@@ -157,7 +157,7 @@ TEST(Streams, ALongListIsMergedByItsKeys) {
     for (int i = 0; i < 6000; ++i) {
         const std::string key = i % 3 == 0 ? "first" : "key." + std::to_string(i * 7 % 2500) + ".yek";
         text += key + "=" + std::to_string(i) + "\n";
-        Set(model, key, std::to_string(i));
+        Set(model, key.c_str(), std::to_string(i));
     }
     MemoryRead reader(text);
     EXPECT_EQ(list.Deserialize(&reader), 1);
