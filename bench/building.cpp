@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Rows that build a chain of 1,000 elements from a pipe file.
-#include "rows.h"
+#include "peers.h"
 
 #include <fwlib/fwlib.h>
 
@@ -149,6 +149,10 @@ void HashedBuild(benchmark::State& cState, const std::string& Prefix) {
 }
 
 } // namespace
+
+Measured LibraryBuilding() {
+    return [](benchmark::State& cState) { LibraryBuild(cState, "e"); };
+}
 
 void AddBuildingRows() {
     for (const char* const pchPrefix : {"e", "acquisition.stage."}) {

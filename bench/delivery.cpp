@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Rows that pass an object down a chain, and to the pads of a tee.
 #include "handwritten.h"
-#include "rows.h"
+#include "peers.h"
 
 #include <fwlib/fwlib.h>
 
@@ -121,6 +121,14 @@ void HandwrittenTee(benchmark::State& cState, Byte2Type b2Pads) {
 }
 
 } // namespace
+
+Measured LibraryChainOf(int iLength) {
+    return [iLength](benchmark::State& cState) { LibraryChain<FlatPass>(cState, iLength); };
+}
+
+Measured LibraryTapsOf(int iLength) {
+    return [iLength](benchmark::State& cState) { LibraryChain<EPassthrough>(cState, iLength); };
+}
 
 void AddDeliveryRows() {
     for (const int iLength : {3, 16}) {

@@ -7,7 +7,7 @@
 //
 // Repetitions of all rows are mixed at random, so that a busy moment of the machine falls on both sides of a
 // ratio, and the median of each counts. Exit 0 when every bar is kept, 1 when one is not, 2 for wrong usage.
-#include "rows.h"
+#include "peers.h"
 
 #include <cstring>
 #include <fcntl.h>
@@ -56,6 +56,11 @@ int main(int iCount, char** ppchArguments) {
     AddCompressorRows();
     AddRecordRows();
     AddRecordingRows();
+    AddMapRows();
+#ifdef BENCH_PEERS
+    AddGStreamerRows();
+    AddTbbRows();
+#endif
     int iKept = RunRows(pReport);
     if (iCount == 1) {
         iKept &= SendManyObjects(pReport);

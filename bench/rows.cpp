@@ -64,9 +64,9 @@ void AddTimedRow(const std::string& Name, double dNanoseconds, const Measured& L
 
 namespace {
 
-std::string TwoPlaces(double dValue) {
+std::string ThreePlaces(double dValue) {
     char achText[32];
-    std::snprintf(achText, sizeof achText, "%.2f", dValue);
+    std::snprintf(achText, sizeof achText, "%.3f", dValue);
     return achText;
 }
 
@@ -76,8 +76,8 @@ int RunRows(std::FILE* pReport) {
     Collector cCollector;
     benchmark::RunSpecifiedBenchmarks(&cCollector);
     int iKept = 1;
-    std::fprintf(pReport, "| %-44s | library ns | yardstick ns | ratio |  bar  |      |\n", "row");
-    std::fprintf(pReport, "|%s|-----------:|-------------:|------:|------:|------|\n",
+    std::fprintf(pReport, "| %-44s | library ns | yardstick ns |  ratio |   bar  |      |\n", "row");
+    std::fprintf(pReport, "|%s|-----------:|-------------:|-------:|-------:|------|\n",
                  std::string(46, '-').c_str());
     for (const Row& cRow : Rows) {
         const double dLibrary = cCollector.Median(cRow.Name + LibrarySuffix);
@@ -89,8 +89,8 @@ int RunRows(std::FILE* pReport) {
         const double dRatio = dLibrary / dYardstick;
         const bool bBar = cRow.dBar != NoBar;
         iKept &= dRatio <= cRow.dBar;
-        std::fprintf(pReport, "| %-44s | %10.2f | %12.2f | %5.2f | %5s | %-4s |\n", cRow.Name.c_str(),
-                     dLibrary, dYardstick, dRatio, bBar ? TwoPlaces(cRow.dBar).c_str() : "",
+        std::fprintf(pReport, "| %-44s | %10.2f | %12.2f | %6.3f | %6s | %-4s |\n", cRow.Name.c_str(),
+                     dLibrary, dYardstick, dRatio, bBar ? ThreePlaces(cRow.dBar).c_str() : "",
                      !bBar                 ? ""
                      : dRatio <= cRow.dBar ? "ok"
                                            : "OVER");
