@@ -4,6 +4,8 @@
 #include "fwlib/internal/texts.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
+#include <cstdio>
+
 namespace VESK {
 
 namespace {
@@ -68,7 +70,7 @@ int PROPERTIES::FindSection(char* pFile, char* pchSection) {
         return 0;
     }
     char achHeader[LineSize];
-    fwsprintf(achHeader, "[%s]", pchSection);
+    std::snprintf(achHeader, sizeof achHeader, "[%s]", pchSection);
     char achLine[LineSize];
     while (NextLine(pFile, achLine, LineSize) && fwstrcmp(achLine, achHeader) != 0) {
     }
