@@ -5,6 +5,7 @@
 #include "fwlib/framework/framework.h"
 #include "fwlib/internal/currentelement.h"
 #include "fwlib/internal/growth.h"
+#include "fwlib/internal/watch.h"
 #include "fwlib/text.h"
 
 #include <cstdarg>
@@ -37,9 +38,12 @@ EObject::EObject()
       m_ppSinkPads(nullptr),
       m_b2SourcePadCapacity(0),
       m_b2SourcePadCount(0),
-      m_ppSourcePads(nullptr) {}
+      m_ppSourcePads(nullptr) {
+    Watch(this);
+}
 
 EObject::~EObject() {
+    Unwatch(this);
     ForgetElement(this);
     DeletePads(m_ppSinkPads, m_b2SinkPadCount);
     DeletePads(m_ppSourcePads, m_b2SourcePadCount);

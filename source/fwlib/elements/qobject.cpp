@@ -2,6 +2,7 @@
 #include "fwlib/elements/qobject.h"
 
 #include "fwlib/internal/list.h"
+#include "fwlib/internal/watch.h"
 #include "fwlib/text.h"
 
 #include <new>
@@ -24,10 +25,13 @@ QObject* DuplicateAs(const QObject& cSource) {
 } // namespace
 
 QObject::QObject() : m_b2Reserved(0) {
+    Watch(this);
     m_cProperties.SetProperty(Key::QObjectType, Type::QObject, Section::Standard);
 }
 
-QObject::~QObject() = default;
+QObject::~QObject() {
+    Unwatch(this);
+}
 
 QObject* QObject::Duplicate() {
     return DuplicateAs<QObject>(*this);

@@ -5,6 +5,7 @@
 #include "fwlib/framework/factory.h"
 #include "fwlib/framework/plugin.h"
 #include "fwlib/internal/growth.h"
+#include "fwlib/internal/guarded.h"
 #include "fwlib/internal/texts.h"
 
 #include <cstdio>
@@ -14,21 +15,24 @@ namespace VESK {
 
 namespace {
 
+const char* Shown(const char* pchText) {
+    return pchText ? pchText : "(null)";
+}
+
 // The walk over the plugins' factories in load order; null when none has an answer.
 template <class Object>
 Object* FirstAnswer(const FRAMEWORK& cFramework, Object* (Factory::*pCreate)(char*), char* pchType) {
     for (Byte4Type b4 = 0; b4 < cFramework.m_b2PluginCount; ++b4) {
         Factory* const pFactory = cFramework.m_ppPlugins[b4]->GetFactory();
-        Object* const pObject = pFactory ? (pFactory->*pCreate)(pchType) : nullptr;
+        if (!pFactory) {
+            continue;
+        }
+        Object* const pObject = Guarded(Shown(pchType), [&] { return (pFactory->*pCreate)(pchType); });
         if (pObject) {
             return pObject;
         }
     }
     return nullptr;
-}
-
-const char* Shown(const char* pchText) {
-    return pchText ? pchText : "(null)";
 }
 
 // What element lines begin with.

@@ -3,12 +3,17 @@
 
 #include "fwlib/framework/entry.h"
 #include "fwlib/framework/factory.h"
+#include "fwlib/internal/guarded.h"
 #include "fwlib/internal/texts.h"
+#include "fwlib/internal/watch.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <dlfcn.h>
 #include <link.h>
+#include <sys/stat.h>
 
 namespace VESK {
 
@@ -24,6 +29,32 @@ link_map* OwnObject() {
     void* pMap = nullptr;
     const int iFound = dladdr1(reinterpret_cast<void*>(&::GetFactory), &Info, &pMap, RTLD_DL_LINKMAP);
     return iFound ? static_cast<link_map*>(pMap) : nullptr;
+}
+
+// Whether the file reaches as far as the parts that the loader will map. It maps what the headers name, and touching
+// a page behind the end of the file ends the process. What is no shared object of this width is left to the loader,
+// as is a name without a slash, which only the loader can find.
+bool IsWhole(const char* pchPath) {
+    struct stat Status;
+    const bool bFile = std::strchr(pchPath, '/') && stat(pchPath, &Status) == 0 && S_ISREG(Status.st_mode);
+    std::FILE* const pFile = bFile ? std::fopen(pchPath, "rbe") : nullptr;
+    if (!pFile) {
+        return true;
+    }
+    constexpr unsigned char Class = sizeof(void*) == 8 ? ELFCLASS64 : ELFCLASS32;
+    const auto ullSize = static_cast<unsigned long long>(Status.st_size);
+    bool bWhole = true;
+    ElfW(Ehdr) Header;
+    if (std::fread(&Header, sizeof Header, 1, pFile) == 1 && Header.e_ident[EI_CLASS] == Class &&
+        std::fseek(pFile, static_cast<long>(Header.e_phoff), SEEK_SET) == 0) {
+        ElfW(Phdr) Part;
+        for (int i = 0; bWhole && i < Header.e_phnum && std::fread(&Part, sizeof Part, 1, pFile) == 1; ++i) {
+            bWhole = Part.p_type != PT_LOAD ||
+                     (Part.p_offset <= ullSize && Part.p_filesz <= ullSize - Part.p_offset);
+        }
+    }
+    std::fclose(pFile);
+    return bWhole;
 }
 
 // Opens the path as it stands. A program or a sanitizer that stands between the caller and the loader hides
@@ -48,6 +79,12 @@ bool IsBorrowed(EntryPoint pEntry, void* pHandle) {
 void Close(FWPLUGIN& cPlugin) {
     if (cPlugin.m_pHandle) {
         dlclose(cPlugin.m_pHandle);
+        if (const unsigned int uObjects = UnloadedObjects()) {
+            std::fprintf(stderr,
+                         "FWPLUGIN: Error: %s was unloaded before %u of its objects were destroyed.\n",
+                         cPlugin.m_achPath, uObjects);
+            std::abort();
+        }
     }
     cPlugin.m_pHandle = nullptr;
     cPlugin.m_pFactory = nullptr;
@@ -81,6 +118,10 @@ int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
     Close(*this); // what is left of an earlier Initialize
     m_pFramework = pFramework;
     const bool bPath = m_achPath[0] != '\0';
+    if (!IsWhole(m_achPath)) {
+        std::fprintf(stderr, "FWPLUGIN: dlopen() Error: %s: file too short\n", m_achPath);
+        return 0;
+    }
     m_pHandle = bPath ? OpenObject(m_achPath) : nullptr;
     if (!m_pHandle) {
         const char* const pchReason = bPath ? dlerror() : "the path is empty or longer than 255 characters";
@@ -97,12 +138,12 @@ int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
         std::fprintf(stderr, "FWPLUGIN: dlsym() Error: %s: undefined symbol: GetFactory\n", m_achPath);
         return 0;
     }
-    m_pFactory = pEntry();
+    m_pFactory = Guarded(m_achPath, pEntry);
     if (!m_pFactory) {
         std::fprintf(stderr, "FWPLUGIN: Error: Could not get factory.\n");
         return 0;
     }
-    m_pFactory->Initialize(pFramework);
+    Guarded(m_achPath, [&] { return m_pFactory->Initialize(pFramework); });
     return 1;
 }
 

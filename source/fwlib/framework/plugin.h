@@ -40,7 +40,7 @@ public:
     ~FWPLUGIN() override;
 
     // Opens the shared object, obtains its factory and initializes it. Reports on standard error and answers
-    // 0 when it cannot be opened, exports no GetFactory, or hands out no factory.
+    // 0 when it cannot be opened, is cut short, exports no GetFactory, or hands out no factory.
     int Initialize(FRAMEWORK* pFramework) override;
 
     char m_achPath[PathSize]; // empty for a path that does not fit

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// Calls of a plugin's factory. An exception must not leave them: whoever caught it later could do so when the code
+// of its class is unloaded.
+#ifndef FWLIB_INTERNAL_GUARDED_H
+#define FWLIB_INTERNAL_GUARDED_H
+
+#include <cstdio>
+
+namespace VESK {
+
+// What the call answers; null or 0, after a report, when it throws. The name tells what was wanted of the plugin.
+template <class Call>
+auto Guarded(const char* pchName, Call cCall) -> decltype(cCall()) {
+    try {
+        return cCall();
+    } catch (...) {
+        std::fprintf(stderr, "FRAMEWORK: Error: A plugin's factory threw an exception: %s\n", pchName);
+        return {};
+    }
+}
+
+} // namespace VESK
+
+#endif
