@@ -31,9 +31,9 @@ link_map* OwnObject() {
     return iFound ? static_cast<link_map*>(pMap) : nullptr;
 }
 
-// Whether the file reaches as far as the parts that the loader will map. It maps what the headers name, and touching
-// a page behind the end of the file ends the process. What is no shared object of this width is left to the loader,
-// as is a name without a slash, which only the loader can find.
+// Whether the file reaches as far as the parts that the loader will map. It maps what the headers name, and
+// touching a page behind the end of the file ends the process. What is no shared object of this width is left to
+// the loader, as is a name without a slash, which only the loader can find.
 bool IsWhole(const char* pchPath) {
     struct stat Status;
     const bool bFile = std::strchr(pchPath, '/') && stat(pchPath, &Status) == 0 && S_ISREG(Status.st_mode);
