@@ -26,6 +26,12 @@ TEST(RecordingLoss, TheFirstLossIsReportedAndOnlyAStrictRecorderRefuses) {
         EXPECT_EQ(full.Arrive(), answer);
         EXPECT_EQ(probe.objects.size(), strict ? 0u : 2u);
         EXPECT_EQ(full.framework.m_bError, 1);
+        char*& own = full.tested.m_pWriter->m_pFile;
+        for (const char* const name : {"/dev/full", "/dev/null"}) { // opened at the address of the one before
+            std::fclose(reinterpret_cast<std::FILE*>(own));
+            full.tested.m_pWriter->SetFile(reinterpret_cast<char*>(std::fopen(name, "w")));
+            EXPECT_EQ(full.Arrive().size() > 2, name == std::string("/dev/full")) << name;
+        }
 
         int ends[2];
         ASSERT_EQ(pipe(ends), 0);

@@ -68,6 +68,17 @@ int Store(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
     return iStored || !bStrict ? iSerialized : 0;
 }
 
+// Closes the file, if any, and reports what was lost only then, as on a disk that another machine keeps.
+void EndRecording(ESerialize& cElement) {
+    ObjectFileWrite* const pWriter = OwnWriter(cElement);
+    if (pWriter && !pWriter->Close() && pWriter->ReportOnce()) {
+        cElement.ErrorMessage("Unable to store all objects in %s: %s\n", pWriter->ShownName(),
+                              std::strerror(pWriter->Reason()));
+    }
+    delete cElement.m_pWriter;
+    cElement.m_pWriter = nullptr;
+}
+
 int PassOn(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
     int iAnswer = 1;
     for (Byte2Type b2 = 0; iAnswer && b2 < cElement.m_b2Passthrough; ++b2) {
@@ -88,7 +99,7 @@ ESerialize::ESerialize() : m_pWriter(nullptr), m_b2Passthrough(0) {
 }
 
 ESerialize::~ESerialize() {
-    delete m_pWriter;
+    EndRecording(*this);
 }
 
 int ESerialize::Initialize() {
@@ -101,7 +112,7 @@ int ESerialize::Initialize() {
         return 0;
     }
     FileSettings cSettings(m_cProperties);
-    delete m_pWriter;
+    EndRecording(*this);
     auto* const pWriter = new (std::nothrow) ObjectFileWrite(cSettings.Name(), cSettings.Strict());
     m_pWriter = pWriter;
     if (!pWriter) {

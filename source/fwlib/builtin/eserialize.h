@@ -8,8 +8,9 @@
 //   answer          1, or that of the last delivery; the first delivery that fails ends the round. 0 for a null object,
 //                   for one that answers 0 to Serialize, and before Initialize; these are reported
 //   losses          a file that cannot be opened, and the first object that could not be stored whole, are reported
-//                   once, with the file's name. Unless "Strict", nothing more is stored from there on, and the answers
-//                   are as if it were
+//                   once, with the file's name; so is what is lost when it is closed. Nothing more is stored from
+//                   there on, and unless "Strict" the answers are as if it were. With "Strict", an object that there
+//                   is no memory for is lost alone
 //   example         element ESerialize  /  property Name recorder  /  property Filename objects.txt
 #ifndef FWLIB_BUILTIN_ESERIALIZE_H
 #define FWLIB_BUILTIN_ESERIALIZE_H

@@ -38,8 +38,9 @@ int ESource::Run() {
         return 0;
     }
     QObject cObject;
+    const bool bTyped = cObject.m_cProperties.GetNumberOfProperties() > 0; // else there was no memory for it
     for (Byte2Type b2 = 0; b2 < ObjectsSent; ++b2) {
-        if (!cObject.m_cProperties.SetProperty(Key::Count, b2, Section::Standard)) {
+        if (!bTyped || !cObject.m_cProperties.SetProperty(Key::Count, b2, Section::Standard)) {
             ErrorMessage("Run(): No memory for object %d\n", b2);
             return 0;
         }

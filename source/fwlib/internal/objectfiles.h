@@ -43,8 +43,12 @@ public:
     int Reason() const { return m_iReason; } // the error number of the first loss
     bool ReportOnce();                       // true the first time it is asked for a file
 
+    void BeginFile(); // another file, which has lost nothing yet
+    bool Close();     // unless it is standard output: whether all that was written is kept
+    void LoseBlock(); // the object at hand has a block that there was no memory to write
+
 private:
-    void NoticeFile(); // another file than before has lost nothing yet
+    void NoticeFile(); // one that a host put in the field
     Byte4Type Gather(const char* pchData, Byte4Type b4Length);
     void Lose(int iReason);
     bool Store();

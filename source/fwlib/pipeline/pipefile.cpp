@@ -40,6 +40,13 @@ Byte2Type PadNumber(char* pchText) {
     return static_cast<Byte2Type>(fwatol(pchText));
 }
 
+// The lines that set a property cannot fail, so one that is lost is reported where the host looks for errors.
+void SetReported(EPipeline& cPipeline, PROPERTIES& cProperties, char* pchKey, char* pchValue) {
+    if (!cProperties.SetProperty(pchKey, pchValue, Section::Standard)) {
+        cPipeline.ErrorMessage("Unable to set property %s\n", pchKey);
+    }
+}
+
 int PluginLine(const Build& cBuild, char** ppchArguments) {
     FRAMEWORK* const pFramework = cBuild.cPipeline.m_pFramework;
     std::printf("Loading %s\n", ppchArguments[0]);
@@ -54,7 +61,7 @@ int FrameworkPropertyLine(const Build& cBuild, char** ppchArguments) {
     FRAMEWORK* const pFramework = cBuild.cPipeline.m_pFramework;
     if (pFramework) {
         std::printf("Setting framework property %s to %s\n", ppchArguments[0], ppchArguments[1]);
-        pFramework->SetProperty(ppchArguments[0], ppchArguments[1], Section::Standard);
+        SetReported(cBuild.cPipeline, *pFramework, ppchArguments[0], ppchArguments[1]);
     }
     return 1;
 }
@@ -104,20 +111,20 @@ int PropertyLine(const Build& cBuild, char** ppchArguments) {
     EObject* const pElement = cBuild.cCurrent.pcCurrentElement;
     if (pElement) {
         std::printf("Setting property %s to %s\n", ppchArguments[0], ppchArguments[1]);
-        pElement->m_cProperties.SetProperty(ppchArguments[0], ppchArguments[1], Section::Standard);
+        SetReported(cBuild.cPipeline, pElement->m_cProperties, ppchArguments[0], ppchArguments[1]);
     }
     return 1;
 }
 
 int SinkLine(const Build& cBuild, char** ppchArguments) {
     std::printf("Setting sink element to %s\n", ppchArguments[0]);
-    cBuild.cPipeline.m_cProperties.SetProperty(Key::SinkElement, ppchArguments[0], Section::Standard);
+    SetReported(cBuild.cPipeline, cBuild.cPipeline.m_cProperties, Key::SinkElement, ppchArguments[0]);
     return 1;
 }
 
 int SourceLine(const Build& cBuild, char** ppchArguments) {
     std::printf("Setting source element to %s\n", ppchArguments[0]);
-    cBuild.cPipeline.m_cProperties.SetProperty(Key::SourceElement, ppchArguments[0], Section::Standard);
+    SetReported(cBuild.cPipeline, cBuild.cPipeline.m_cProperties, Key::SourceElement, ppchArguments[0]);
     return 1;
 }
 

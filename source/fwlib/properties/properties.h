@@ -88,7 +88,8 @@ public:
     int ReadConfig(char* pchFileName, char* pchSection);
 
     // Writes all entries, a block for each section; those of the section "" are left out. 0 for an empty
-    // list, which leaves the file alone, and when the file could not be written whole.
+    // list, which leaves the file alone, and when the file could not be written whole: it then holds the front of
+    // the text, since it is emptied first.
     int SaveConfig(char* pchFileName);
 
     // The list in an object stream: a count line, then a line key=value for each entry, without sections.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Block records: binary data as one line of a text stream.
 #include "fwlib/internal/asciize.h"
+#include "fwlib/internal/objectfiles.h"
 #include "fwlib/internal/record.h"
 #include "fwlib/internal/suppress.h"
 #include "fwlib/streams/sread.h"
@@ -30,6 +31,13 @@ void DecodeRest(const GroupCoder& cCoder, Byte* pData, char* pchText, std::size_
     std::memcpy(abText, pchText, uCount + 1);
     cCoder.pDecode(abGroup, abText, 1);
     std::memcpy(pData, abGroup, uCount);
+}
+
+// A recorder must not pass the object for a whole one; the answers are the same.
+void TellLoss(SWrite& cWriter) {
+    if (auto* const pWriter = dynamic_cast<ObjectFileWrite*>(&cWriter)) {
+        pWriter->LoseBlock();
+    }
 }
 
 constexpr Byte BackwardFlag = 2; // the only one that selects the backward layout
@@ -68,8 +76,9 @@ int SWrite::SerializeBlock(char* pchKey, unsigned char* pData, int iCount) {
     }
     WriteData(pchKey, static_cast<Byte4Type>(fwstrlen(pchKey)));
     WriteData(Text("="), 1);
-    if (pData) {
-        WriteAsciized(reinterpret_cast<char*>(pData), static_cast<unsigned int>(iCount > 0 ? iCount : 0));
+    const auto uCount = static_cast<unsigned int>(iCount > 0 ? iCount : 0);
+    if (pData && WriteAsciized(reinterpret_cast<char*>(pData), uCount) == 0 && uCount > 0) {
+        TellLoss(*this);
     }
     WriteData(Text("\n"), 1);
     return 1;

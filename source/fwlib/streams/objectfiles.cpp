@@ -80,8 +80,34 @@ ObjectFileWrite::~ObjectFileWrite() {
 
 void ObjectFileWrite::NoticeFile() {
     if (m_pFileSeen != m_pFile) {
-        m_pFileSeen = m_pFile;
-        m_bLost = m_bEnded = m_bReported = false;
+        BeginFile();
+    }
+}
+
+void ObjectFileWrite::BeginFile() {
+    m_pFileSeen = m_pFile;
+    m_bLost = m_bEnded = m_bReported = false;
+}
+
+bool ObjectFileWrite::Close() {
+    NoticeFile();
+    if (!m_pFile || m_pFile == HandleOf(stdout)) {
+        return true;
+    }
+    errno = 0;
+    const bool bKept = fwfclose(m_pFile) == 0;
+    if (!bKept) {
+        Lose(errno);
+    }
+    m_pFile = nullptr;
+    m_pFileSeen = nullptr;
+    return bKept;
+}
+
+void ObjectFileWrite::LoseBlock() {
+    if (!m_bLost) {
+        Lose(ENOMEM);
+        m_bEnded = !m_bStrict; // its first lines are in the file already
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "fwlib/internal/filename.h"
 #include "fwlib/internal/handle.h"
+#include "fwlib/internal/objectfiles.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 namespace VESK {
@@ -33,6 +34,10 @@ Byte4Type SFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
 
 void SFileWrite::SetFile(char* pFile) {
     m_pFile = pFile;
+    if (auto* const pRecording = dynamic_cast<ObjectFileWrite*>(this)) {
+        pRecording
+            ->BeginFile(); // the address alone would not tell: a file that is opened gets that of one closed
+    }
 }
 
 } // namespace VESK

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// The calls through which the system can fail the library, made to fail or to be the last. The linker hands the
+// library's calls to this room; see CMakeLists.txt.
+#ifndef FWLIB_TESTS_FAILURES_CALLS_H
+#define FWLIB_TESTS_FAILURES_CALLS_H
+
+struct Calls {
+    bool watched = false;         // what is taken from now on has to be given back
+    int untilFailure = 0;         // 0 while no call is to fail
+    bool lasting = false;         // all later ones fail too
+    const char* failed = nullptr; // the last that failed
+    long room = -1;               // bytes that the disk takes; any number while it is negative
+    int untilDeath = 0;           // writing calls; 0 while the process is to live
+    int moment = 0;               // 0 before that call, 1 within, 2 behind it
+};
+inline Calls now;
+
+int Held(); // blocks, files and shared objects that were taken while watched and are not given back
+
+#endif
