@@ -9,6 +9,7 @@
 #include <new>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -123,10 +124,18 @@ void* WrapNew(std::size_t u, const std::nothrow_t& cTag) noexcept {
 
 extern "C" {
 
+// While room on the disk is short, what it takes is written at the end, which costs one call of the system's.
 ssize_t __real_write(int i, const void* p, std::size_t u);
 ssize_t __wrap_write(int i, const void* p, std::size_t u) {
+    static char achBehind[1 << 16];
+    static std::size_t uBehind = 0;
     const Writing cCall;
-    const std::size_t uPart = Fails("write", EIO) ? 0 : cCall.Part(u);
+    const std::size_t uPart = p && Fails("write", EIO) ? 0 : cCall.Part(u);
+    if (p && now.room >= 0 && uPart == u && uBehind + u <= sizeof achBehind) {
+        std::memcpy(achBehind + std::exchange(uBehind, uBehind + u), p, u);
+        return static_cast<ssize_t>(u);
+    }
+    __real_write(i, achBehind, std::exchange(uBehind, 0));
     return uPart == 0 && u > 0 ? -1 : __real_write(i, p, uPart);
 }
 
@@ -154,6 +163,7 @@ int __real_fclose(std::FILE* f);
 int __wrap_fclose(std::FILE* f) {
     const Writing cCall;
     const bool bFails = Fails("fclose", EIO);
+    now.room < 0 ? 0 : __wrap_write(fileno(f), nullptr, 0);
     if (bFails) {
         __real_fflush(f);
         __real_ftruncate64(fileno(f), 0);
