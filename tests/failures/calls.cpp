@@ -98,6 +98,9 @@ WRAP(std::FILE*, fopen, (const char* a, const char* b), (a, b), EMFILE, nullptr,
 WRAP(std::FILE*, fopen64, (const char* a, const char* b), (a, b), EMFILE, nullptr, Hold)
 WRAP(std::size_t, fread, (void* p, std::size_t u, std::size_t v, std::FILE* f), (p, u, v, f), f, 0, Same)
 WRAP(char*, fgets, (char* p, int i, std::FILE* f), (p, i, f), f, nullptr, Same)
+WRAP(std::size_t, __fread_chk, (void* p, std::size_t w, std::size_t u, std::size_t v, std::FILE* f),
+     (p, w, u, v, f), f, 0, Same)
+WRAP(char*, __fgets_chk, (char* p, std::size_t w, int i, std::FILE* f), (p, w, i, f), f, nullptr, Same)
 WRAP(int, fgetc, (std::FILE * f), (f), f, EOF, Same)
 WRAP(int, fseek, (std::FILE * f, long l, int i), (f, l, i), EIO, -1, Same)
 WRAP(off64_t, lseek64, (int i, off64_t o, int j), (i, o, j), EIO, -1, Same)
