@@ -25,7 +25,7 @@ fi
 
 dynamic=$(readelf -d "$library")
 needed=$(sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' <<<"$dynamic")
-if strange=$(grep -Ev '^(lib(c|m|stdc\+\+|gcc_s|asan|ubsan)|ld-linux.*)\.so\.[0-9]+$' <<<"$needed"); then
+if strange=$(grep -Ev '^(lib(c|m|stdc\+\+|gcc_s|asan|lsan|ubsan)|ld-linux.*)\.so\.[0-9]+$' <<<"$needed"); then
     echo "needs more than the compiler's runtime: $strange"
     failed=1
 fi
