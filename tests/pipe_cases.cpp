@@ -1,21 +1,15 @@
 // SPDX-License-Identifier: MIT
-// Runs the language tests of pipes/*.test. A file holds cases; a case holds sections, which begin with a line
-// of three dashes:
+// Runs the language tests of pipes/*.test, each in a process and a folder of its own. A file holds cases of sections:
 //
 //   --- case NAME          begins a case
-//   --- pipe               the pipe file, main.pipe
-//   --- file NAME          another file beside it
-//   --- config FILE        builds with this configuration file; "--- noconfig FILE" builds in that form,
-//   switched off
+//   --- pipe               the pipe file, main.pipe; "--- file NAME" is another one beside it
+//   --- config FILE        builds with this configuration file; "--- noconfig FILE" in that form, switched off
 //   --- stdout, stderr     what is printed, to the letter; nothing when the section is missing
-//   --- built              the framework's settings and what the pipeline holds afterwards; not compared when
-//   missing
+//   --- built              the framework's settings and what the pipeline holds afterwards, unless missing
 //   --- answers 1 1 0      of building, initializing, running; a step that is not listed is not made
 //
-// In all of them a line "(N times) TEXT" stands for N lines, <N*TEXT> for N texts in a row, <cr> for a
-// carriage return, <tab> for a tab, <end> for the missing newline of a last line, and <loader> for whatever
-// the platform's loader says up to the end of the line. The folder plugins/ holds the test plugins. Each case
-// has a process and a folder of its own.
+// "(N times) TEXT" stands for N lines, <N*TEXT> for N texts in a row, <cr> and <tab> for these characters, <end> for the
+// missing newline of a last line, <loader> for what the platform's loader says. plugins/ holds the test plugins.
 #include "support/support.h"
 
 #include <algorithm>
@@ -35,7 +29,7 @@ struct Sections : std::map<std::string, std::string> {     // by the words behin
 };
 
 bool Begins(const std::string& text, const std::string& with) {
-    return text.compare(0, with.size(), with) == 0;
+    return text.rfind(with, 0) == 0;
 }
 
 std::string Repeated(int count, const std::string& text) {

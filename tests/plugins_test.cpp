@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
+// Plugins, factories, and the messages of the framework.
 #include "support/capture.h"
 #include "support/support.h"
 
 #include <algorithm>
+#include <cstdarg>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <memory>
@@ -147,6 +149,100 @@ TEST(Plugins, TheTableGrowsInOrderUpToItsLimit) {
     EXPECT_EQ(full.AddPlugin(Own), 1);
     EXPECT_EQ(full.AddPlugin(Good), 0);
     EXPECT_EQ(full.m_b2PluginCount, 65520);
+}
+
+// Serves one name of each kind, and "both", and writes down what it is asked.
+struct LogFactory : LibraryFactory {
+    LogFactory(std::string& log, const char* own) : asked(log), name(own) {}
+    EObject* CreateElement(char* pchType) override {
+        return Serves("E", pchType) ? new Probe(name) : nullptr;
+    }
+    QObject* CreateQObject(char* pchType) override { return Serves("Q", pchType) ? new QObject : nullptr; }
+    void* CreateObject(char* pchType) override { return Serves("O", pchType) ? this : nullptr; }
+    int Initialize(FRAMEWORK*) override { return Serves("I", ""); }
+    bool Serves(const char* kind, const std::string& type) {
+        asked += kind + std::string(name) + " ";
+        return type == name || type == "both";
+    }
+    std::string& asked;
+    const char* name;
+};
+
+struct FactoryPlugin : PLUGIN {
+    FactoryPlugin(Factory* factory, int& counter) : deleted(counter) { m_pFactory = factory; }
+    ~FactoryPlugin() override { ++deleted; }
+    int Initialize(FRAMEWORK*) override { return 1; }
+    int& deleted;
+};
+
+TEST(Framework, PluginsAndTheirFactoriesAreAskedInOrder) {
+    std::string log;
+    LogFactory a(log, "a"), b(log, "b"), c(log, "c");
+    Factory* list[] = {&a, &b, nullptr};
+    PluginFactory both(list), empty(list + 2), none(nullptr);
+    EXPECT_EQ(both.Initialize(nullptr) + empty.Initialize(nullptr) + none.Initialize(nullptr), 3);
+    int deleted = 0;
+    {
+        FRAMEWORK framework;
+        framework.m_ppPlugins = static_cast<PLUGIN**>(fwmalloc(16 * sizeof(PLUGIN*)));
+        framework.m_b2PluginCapacity = 16;
+        for (Factory* factory : std::initializer_list<Factory*>{nullptr, &empty, &none, &both, &c}) {
+            framework.m_ppPlugins[framework.m_b2PluginCount++] = new FactoryPlugin(factory, deleted);
+        }
+        const auto create = [&](const char* type) {
+            std::string made;
+            const std::string told = Told([&] {
+                EObject* const element = framework.CreateElement(Text(type));
+                made = element ? Entries(element->m_cProperties) : "-";
+                EXPECT_TRUE(!element || element->m_pFramework == &framework);
+                delete element;
+                delete framework.CreateQObject(Text(type));
+                return framework.CreateObject(Text(type)) != nullptr;
+            });
+            return made + " " + told;
+        };
+        const std::string missing = "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n";
+        EXPECT_EQ(create("both"), "Standard.Name=a 1 ! " + missing + missing + missing);
+        EXPECT_EQ(create("c"), "Standard.Name=c 1 ! " + missing + missing + missing);
+        EXPECT_EQ(create("%s"), "- 0 ! " + missing + "FRAMEWORK::CreateElement: Could not instantiate: %s\n" +
+                                    missing + "FRAMEWORK::CreateQObject: Could not instantiate: %s\n" +
+                                    missing + "FRAMEWORK::CreateObject: Could not instantiate: %s\n");
+        EXPECT_EQ(log, "Ia Ib Ea Qa Oa Ea Eb Ec Qa Qb Qc Oa Ob Oc Ea Eb Ec Qa Qb Qc Oa Ob Oc ");
+        EXPECT_EQ(Told([] { return FRAMEWORK().CreateElement(nullptr) != nullptr; }),
+                  "0 ! FRAMEWORK::CreateElement: Could not instantiate: (null)\n");
+        auto* component = reinterpret_cast<KESTRAN::IComponent*>(&framework);
+        EXPECT_EQ(framework.GetDataRecorderComponentPortal(Text("x"), &component), 1);
+        EXPECT_EQ(component, reinterpret_cast<KESTRAN::IComponent*>(&framework));
+        EXPECT_EQ(deleted + framework.m_bError, 0);
+    }
+    EXPECT_EQ(deleted, 5);
+}
+
+int Tell(FRAMEWORK& framework, EObject* element, const std::string& as, const char* format, ...) {
+    va_list values;
+    va_start(values, format);
+    as == "error"   ? framework.ErrorMessage(element, format, values)
+    : as == "trace" ? framework.Message(element, 99, format, values)
+                    : framework.Message(Text(as.c_str()), 99, format, values);
+    va_end(values);
+    return framework.m_bError;
+}
+
+TEST(Framework, LinesCarryTheirOrigin) {
+    FRAMEWORK framework;
+    Probe probe;
+    const auto told = [&](EObject* element, const char* as) {
+        return Told([&] { return Tell(framework, element, as, "%d%%\n", 1); });
+    };
+    EXPECT_EQ(told(nullptr, "trace"), "0 ");
+    EXPECT_EQ(told(nullptr, "%s"), "0 %s: 1%\n");
+    EXPECT_EQ(told(&probe, "trace"), "0 [No Element Type] - [No Element Name]: 1%\n");
+    EXPECT_EQ(told(nullptr, "error"), "1 ! ERROR: [No Element Pointer]: 1%\n");
+    Set(probe.m_cProperties, "EObjectType", std::string(40, 'T'));
+    Set(probe.m_cProperties, "Name", "%s" + std::string(40, 'N'));
+    framework.m_bError = 0;
+    EXPECT_EQ(told(&probe, "error"),
+              "1 ! ERROR: " + std::string(31, 'T') + " - %s" + std::string(29, 'N') + ": 1%\n");
 }
 
 } // namespace

@@ -1,9 +1,29 @@
 // SPDX-License-Identifier: MIT
-// Elements that record and replay, ready to start, and an object's text.
+// An element under a framework with an object to send to it, elements that record and replay, and objects as text.
 #ifndef FWLIB_TESTS_SUPPORT_RECORDER_H
 #define FWLIB_TESTS_SUPPORT_RECORDER_H
 
-#include "support/bench.h"
+#include "support/capture.h"
+#include "support/support.h"
+
+struct Bench {
+    explicit Bench(VESK::EObject& tested) : element(tested) {
+        element.m_pFramework = &framework;
+        Set(element.m_cProperties, "Name", "tap");
+    }
+    void Connect(VESK::Byte2Type pad, Probe& probe) {
+        probe.AddSinkPad(new VESK::SINKPAD(&probe, pad));
+        element.GetSourcePad(pad)->m_pSinkPad = probe.GetSinkPad(0);
+    }
+    std::string Arrive(VESK::QObject* arriving) {
+        return Told([&] { return element.DataArrived(arriving, 3); });
+    }
+    std::string Arrive() { return Arrive(&object); }
+
+    VESK::FRAMEWORK framework;
+    VESK::EObject& element;
+    VESK::QObject object;
+};
 
 inline const std::string Object = "QObject\nm_b2PropertyCount=1\nQObjectType=QObject\n";
 

@@ -6,6 +6,7 @@
 #define FWPIPE_COMMAND_H
 
 #include <functional>
+#include <string>
 
 namespace CLI {
 class App;
@@ -26,6 +27,10 @@ using Action = std::function<int()>;
 
 // Adds the subcommand, which stores its action in cChosen when the command line names it.
 using AddCommand = void (*)(CLI::App& cApp, Action& cChosen);
+
+// A subcommand that stands with one file, which the command line must name.
+CLI::App& AddFileCommand(CLI::App& cApp, const char* pchName, const char* pchAbout, const char* pchExamples,
+                         std::string& cFile, const char* pchFile);
 
 void AddRun(CLI::App& cApp, Action& cChosen);
 void AddRecover(CLI::App& cApp, Action& cChosen);

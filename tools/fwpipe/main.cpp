@@ -36,6 +36,14 @@ int Carry(const FwPipe::Action& cChosen) {
 
 } // namespace
 
+CLI::App& FwPipe::AddFileCommand(CLI::App& cApp, const char* pchName, const char* pchAbout,
+                                 const char* pchExamples, std::string& cFile, const char* pchFile) {
+    CLI::App* const pCommand = cApp.add_subcommand(pchName, pchAbout);
+    pCommand->footer(pchExamples);
+    pCommand->add_option("FILE", cFile, pchFile)->required()->type_name("");
+    return *pCommand;
+}
+
 int main(int iArguments, char** ppchArguments) {
     FwPipe::PrepareStreams();
     CLI::App cApp(

@@ -181,16 +181,15 @@ int Recover(const Options& cOptions) {
 
 void AddRecover(CLI::App& cApp, Action& cChosen) {
     const auto pOptions = std::make_shared<Options>();
-    CLI::App* const pRecover =
-        cApp.add_subcommand("recover", "Keep the whole objects at the front of a damaged object stream");
-    pRecover->footer(Examples);
-    pRecover->add_option("FILE", pOptions->cFile, "The object stream")->required()->type_name("");
+    CLI::App& cRecover =
+        AddFileCommand(cApp, "recover", "Keep the whole objects at the front of a damaged object stream",
+                       Examples, pOptions->cFile, "The object stream");
     CLI::Option* const pOut =
-        pRecover->add_option("-o,--output", pOptions->cOut, "The new file; FILE.recovered when absent")
+        cRecover.add_option("-o,--output", pOptions->cOut, "The new file; FILE.recovered when absent")
             ->type_name("OUT");
-    pRecover->add_flag("--in-place", pOptions->bInPlace, "Replace FILE, keeping its mode")->excludes(pOut);
-    pRecover->add_flag("--force", pOptions->bForce, "Replace an OUT that exists; let --in-place empty FILE");
-    pRecover->callback([pOptions, &cChosen] {
+    cRecover.add_flag("--in-place", pOptions->bInPlace, "Replace FILE, keeping its mode")->excludes(pOut);
+    cRecover.add_flag("--force", pOptions->bForce, "Replace an OUT that exists; let --in-place empty FILE");
+    cRecover.callback([pOptions, &cChosen] {
         if (pOptions->cOut.empty()) {
             pOptions->cOut = pOptions->cFile + (pOptions->bInPlace ? "" : ".recovered");
         }

@@ -132,24 +132,23 @@ std::string Unreadable(const std::string& cPath) {
 
 void AddRun(CLI::App& cApp, Action& cChosen) {
     const auto pOptions = std::make_shared<Options>();
-    CLI::App* const pRun =
-        cApp.add_subcommand("run", "Build a pipeline from a pipe file, initialize it and run it");
-    pRun->footer(Examples);
-    pRun->add_option("FILE", pOptions->cFile, "The pipe file")->required()->type_name("");
-    pRun->add_option("--config", pOptions->cConfig,
-                     "Fill each element from the section of FILE named like its type")
+    CLI::App& cRun =
+        AddFileCommand(cApp, "run", "Build a pipeline from a pipe file, initialize it and run it", Examples,
+                       pOptions->cFile, "The pipe file");
+    cRun.add_option("--config", pOptions->cConfig,
+                    "Fill each element from the section of FILE named like its type")
         ->type_name("FILE")
         ->check(CLI::Validator(Unreadable, ""));
-    CLI::Option* const pDrain = pRun->add_flag("--drain", pOptions->bDrain, "Run until the answer is 0");
+    CLI::Option* const pDrain = cRun.add_flag("--drain", pOptions->bDrain, "Run until the answer is 0");
     CLI::Option* const pRepeat =
-        pRun->add_option("--repeat", pOptions->ullRepeat, "Run N times, or until the answer is 0")
+        cRun.add_option("--repeat", pOptions->ullRepeat, "Run N times, or until the answer is 0")
             ->type_name("N")
             ->check(CLI::Validator(NotACount, ""))
             ->excludes(pDrain);
-    pRun->add_flag("--quiet", pOptions->bQuiet,
-                   "Keep the progress lines of the build off standard output; a failed build shows them on "
-                   "standard error");
-    pRun->callback([pOptions, pDrain, pRepeat, &cChosen] {
+    cRun.add_flag("--quiet", pOptions->bQuiet,
+                  "Keep the progress lines of the build off standard output; a failed build shows them on "
+                  "standard error");
+    cRun.callback([pOptions, pDrain, pRepeat, &cChosen] {
         pOptions->bLoop = pDrain->count() > 0 || pRepeat->count() > 0;
         cChosen = [pOptions] { return Run(*pOptions); };
     });

@@ -43,6 +43,19 @@ void AppendWord(std::string_view cBytes, std::string& cText) {
     cText += '"';
 }
 
+// What stands before, between and behind the keys and values, each shown as one text.
+void AppendPairs(const ObjectScan& cScan, const char* pchBefore, const char* pchBetween,
+                 const char* pchBehind, void (*pAppend)(std::string_view, std::string&), std::string& cText) {
+    for (std::size_t u = 0; u < cScan.Properties(); ++u) {
+        const auto [cKey, cValue] = cScan.Property(u);
+        cText += pchBefore;
+        pAppend(cKey, cText);
+        cText += pchBetween;
+        pAppend(cValue, cText);
+        cText += pchBehind;
+    }
+}
+
 } // namespace
 
 void ShowBlock(const ObjectScan& cScan, std::string& cText) {
@@ -50,27 +63,14 @@ void ShowBlock(const ObjectScan& cScan, std::string& cText) {
         "object " + std::to_string(cScan.Whole() - 1) + " at byte " + std::to_string(cScan.Offset()) + ": ";
     AppendWord(cScan.Type(), cText);
     cText += '\n';
-    for (std::size_t u = 0; u < cScan.Properties(); ++u) {
-        const auto [cKey, cValue] = cScan.Property(u);
-        cText += "  ";
-        AppendShown(cKey, cText);
-        cText += " = ";
-        AppendShown(cValue, cText);
-        cText += '\n';
-    }
+    AppendPairs(cScan, "  ", " = ", "\n", AppendShown, cText);
     cText += '\n';
 }
 
 void ShowLine(const ObjectScan& cScan, std::string& cText) {
     cText += std::to_string(cScan.Whole() - 1) + " @" + std::to_string(cScan.Offset()) + ' ';
     AppendWord(cScan.Type(), cText);
-    for (std::size_t u = 0; u < cScan.Properties(); ++u) {
-        const auto [cKey, cValue] = cScan.Property(u);
-        cText += ' ';
-        AppendWord(cKey, cText);
-        cText += '=';
-        AppendWord(cValue, cText);
-    }
+    AppendPairs(cScan, " ", "=", "", AppendWord, cText);
     cText += '\n';
 }
 

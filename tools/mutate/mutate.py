@@ -30,8 +30,8 @@ COPIED = ("CMakeLists.txt", "cmake", "docs", "examples", "packaging", "source", 
 # The programs stop at their first failure; then everything else but what builds the installed tree's users.
 STEPS = (
     ("-R", "^fwlib_"),
-    ("-E", r"^(fwlib_.*|fwpipe\..*|recording\..*|package\.(headers|install|cmake|pkgconfig|fwpipe))$"),
-    ("-R", r"^(fwpipe\..*|recording\..*)$"),
+    ("-E", r"^(fwlib_.*|fwpipe\..*|failures\..*|package\.(headers|install|cmake|pkgconfig|fwpipe))$"),
+    ("-R", r"^(fwpipe\..*|failures\..*)$"),
 )
 
 

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Usage: use.sh ROAD STAGE WORK COMPILER [FLAG...]
+# Uses the installed tree the way a user would, and compares what the examples print then. ROAD is
+#   cmake        the host programs and the plugin, which find the CMake package
+#   pkgconfig    a host program, compiled by hand with what pkg-config says
+#   fwpipe       the installed tool
+# None of them is told where the library lies: "plugin libfwlib.so" has to find it.
+set -euo pipefail
+unset LD_LIBRARY_PATH
+root=$(cd "$(dirname "$0")/../.." && pwd)
+check=$root/tests/examples/check_example.sh
+road=$1 stage=$2 work=$3 compiler=$4
+shift 4
+flags=$*
+rm -rf "$work" && mkdir -p "$work"
+
+build() { # FOLDER
+    cmake -S "$root/examples/$1" -B "$work/$1" -DCMAKE_PREFIX_PATH="$stage" \
+        -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$flags"
+    cmake --build "$work/$1"
+}
+
+case $road in
+cmake)
+    build host
+    "$check" examples/host/sum.cpp "$work/host/sum"
+    "$check" examples/host/image.cpp "$work/host/image"
+    build plugin
+    "$check" examples/plugin/countdown.pipe "$stage/bin/fwpipe" \
+        "build/plugin/libcountdown.so=$work/plugin/libcountdown.so"
+    ;;
+pkgconfig)
+    PKG_CONFIG_PATH=$(dirname "$(find "$stage" -name fwlib.pc)")
+    export PKG_CONFIG_PATH
+    read -ra package <<<"$(pkg-config --cflags --libs fwlib)"
+    "$compiler" "$@" -std=c++17 -o "$work/sum" "$root/examples/host/sum.cpp" "${package[@]}" \
+        "-Wl,-rpath,$(pkg-config --variable=libdir fwlib)"
+    "$check" examples/host/sum.cpp "$work/sum"
+    ;;
+fwpipe) "$check" examples/counter.pipe "$stage/bin/fwpipe" ;;
+*) exit 2 ;;
+esac
