@@ -247,4 +247,27 @@ TEST(RecordingLoss, AStrictPlayerSendsWholeObjectsOnly) {
     }
 }
 
+// A stream that others use too is written at its position, wherever that is, and tells it afterwards.
+TEST(RecordingLoss, AnAdoptedStreamKeepsItsPosition) {
+    const Scratch scratch;
+    const std::string filler(5000, 'f'); // more than a stream reads ahead
+    for (const char* const strict : {"0", "1"}) {
+        const std::string path = scratch.Write("objects", "first line\n" + filler);
+        Recorder recorder("", strict);
+        recorder.Starts();
+        std::FILE* const file = std::fopen(path.c_str(), "r+");
+        char line[32];
+        ASSERT_NE(std::fgets(line, sizeof line, file), nullptr);
+        std::fseek(file, 7, SEEK_SET);
+        Adopt(recorder, file);
+        EXPECT_EQ(recorder.Arrive(), "1 ");
+        EXPECT_EQ(std::ftell(file), static_cast<long>(7 + Object.size()));
+        std::fseek(file, 0, SEEK_CUR);
+        std::fputs("trailer", file);
+        std::fflush(file);
+        const std::string whole = "first l" + Object + "trailer";
+        EXPECT_EQ(FileText(path).substr(0, whole.size()), whole);
+    }
+}
+
 } // namespace

@@ -49,12 +49,14 @@ public:
 
 private:
     void NoticeFile(); // one that a host put in the field
+    Byte4Type Pass(char* pchData, Byte4Type b4Length);
     Byte4Type Gather(const char* pchData, Byte4Type b4Length);
     void Lose(int iReason);
     bool Store();
 
     const bool m_bStrict;
     const char* m_pFileSeen; // lent
+    bool m_bOwnFile;         // opened here, by its name
     bool m_bLost;            // the object at hand
     bool m_bEnded;           // the recording
     bool m_bReported;

@@ -31,11 +31,11 @@ void WriteRecord(SWrite& cWriter, const char* pchKey, std::size_t uKeyLength, co
                  std::size_t uValueLength) {
     const std::size_t uLength = uKeyLength + 1 + uValueLength + 1;
     const std::size_t uRoom = uLength + WordSize;
-    char achLine[Size];
-    char* const pchHeap = uRoom <= Size || uRoom > UINT32_MAX
+    char achLine[Size + WordSize];
+    char* const pchHeap = uLength < Size || uRoom > UINT32_MAX
                               ? nullptr
                               : static_cast<char*>(fwmalloc(static_cast<unsigned int>(uRoom)));
-    char* const pchLine = uRoom <= Size ? achLine : pchHeap;
+    char* const pchLine = uLength < Size ? achLine : pchHeap;
     if (!pchLine) {
         WriteText(cWriter, pchKey, uKeyLength);
         WriteText(cWriter, "=", 1);
