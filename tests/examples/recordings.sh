@@ -1,0 +1,158 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# The groups of fwpipe_test.sh on recordings: "fwpipe dump", "fwpipe recover", and the progress of long runs.
+# shellcheck disable=SC2034,SC2154,SC2053 # names and patterns of fwpipe_test.sh
+dump() {
+    local form value all
+    {
+        printf 'Q\x1b[2J\nm_b2PropertyCount=4\nk=1\nk=2\ntwo words=say "hi" \\ \xc2\x9bm\x7f\n\xff=\xc3\x28\r\n'
+        printf '\nm_b2PropertyCount=0\nQObject\nm_b2PropertyCount=4\nk=2\ne=a=b\n=\n\xc3\xa4=\t\n'
+    } >hostile
+    printf '%s\n' 'object 0 at byte 0: Q\x1b[2J' '  k = 1' '  k = 2' $'  two words = say "hi" \\\\ \xc2\\x9bm\\x7f' \
+        $'  \xff = \xc3(\\x0d' '' 'object 1 at byte 66: ""' '' 'object 2 at byte 87: QObject' '  k = 2' '  e = a=b' \
+        '   = ' $'  \xc3\xa4 = \\x09' '' '3 objects' >expected
+    printf '%s\n' $'0 @0 Q\\x1b[2J k=1 k=2 "two words"="say \\"hi\\" \\\\ \xc2\\x9bm\\x7f" \xff=\xc3(\\x0d' \
+        '1 @66 ""' $'2 @87 QObject k=2 e=a=b ""="" \xc3\xa4=\\x09' '3 objects' >expected--oneline
+    printf '%s\n' '{"type":"Q\u001b[2J","offset":0,"properties":[["k","1"],["k","2"],["two words","say \"hi\" \\ '$'\xc2\x9bm\x7f"],["\xef\xbf\xbd","\xef\xbf\xbd(\\r"]]}' \
+        '{"type":"","offset":66,"properties":[]}' \
+        $'{"type":"QObject","offset":87,"properties":[["k","2"],["e","a=b"],["",""],["\xc3\xa4","\\t"]]}' >expected--json
+    for form in '' --oneline --json; do
+        for input in /dev/null hostile; do
+            check 0 '*' '*' dump ${form:+"$form"} "$([[ $input == hostile ]] && echo - || echo hostile)"
+            diff "expected$form" out || fail "dump $form"
+        done
+    done
+    [[ $(<err) == '3 objects' ]] || fail "no summary of --json"
+
+    write 10 QObject Count=%d x=a=b >ten
+    input=ten
+    while IFS='|' read -r all value; do
+        read -ra form <<<"$all"
+        check 0 '*' '' dump --oneline "${form[@]//,/ }"
+        [[ $(sed -n 's/ @.*//p' out | tr -d '\n')' '$(tail -n 1 out) == "$value" ]] || fail "dump $all: $(<out)"
+    done <<'END'
+-|0123456789 10 objects
+--head=3|012 3 objects, the rest not read
+--head=1|0 1 object, the rest not read
+--head=11|0123456789 10 objects
+--where=Count=7|7 1 of 10 objects
+--where=Count=| 0 of 10 objects
+END
+    check 0 $'*\n2 of 2 objects, the rest not read' '' dump --where x=a=b --head 2
+    check 0 '0 of 10 objects' '' dump --where Count=1 --where Count=2
+    check 1 '' 'fwpipe: cannot read missing: No such file or directory' dump missing
+    check 1 '0 objects' 'fwpipe: cannot read /: Is a directory' dump /
+    value=$(head -c 3000000 /dev/zero | tr '\0' v) # lines and objects of any length
+    { printf 'QObject\nm_b2PropertyCount=1\nk=%s\nQObject\nm_b2PropertyCount=65520\n' "$value" && yes k=v | head -n 65520 && printf QObj; } >long
+    input=long
+    check 1 "*\"$value\"*" $'2 objects\nfwpipe: no whole object at byte * of standard input: its last line is cut' dump --json
+    [[ $(tail -n 1 out | grep -o '\["k","v"\]' | wc -l) == 65520 ]] || fail "a long object"
+    mkfifo to from # a program that feeds it slowly sees its objects at once
+    local runner status=0
+    "$fwpipe" dump --oneline <to >from 2>err &
+    runner=$!
+    exec 3>to 4<from
+    for form in 0 1 2; do
+        write 1 QObject a=b >&3
+        read -r -t 20 -u 4 value
+        [[ $value == "$form @"* ]] || fail "dump shows nothing yet"
+    done
+    exec 4<&- # and it ends when nobody takes them
+    write 1 QObject a=b >&3
+    exec 3>&-
+    wait "$runner" || status=$?
+    [[ $status == 1 ]] || fail "dump went on"
+}
+
+recover() {
+    local ends=(0) i object reason place
+    for object in 'QObject\nm_b2PropertyCount=2\nQObjectType=QObject\nCount=7\n' 'QObject\nm_b2PropertyCount=0\n' \
+        '\nm_b2PropertyCount=3\n=\nexpression=a=b\n\xff\x80=\xc3\x28\r\n' \
+        'ttttttttttttttttttttttttttttttt\nm_b2PropertyCount=1\nlong=xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\n'; do
+        printf '%b' "$object" >>all
+        ends+=("$(wc -c <all)")
+    done
+    for ((cut = 0, whole = 0; cut <= ends[4]; ++cut)); do # a file that is cut anywhere
+        ((whole == 4 || cut < ends[whole + 1])) || ((++whole))
+        head -c "$cut" all >file
+        reason='its last line is cut'
+        [[ -n $(tail -c 1 file) ]] || reason='its last lines are missing'
+        place="file: cut at byte ${ends[whole]}, $((cut - ends[whole])) bytes: no whole object there: $reason"
+        ((cut != ends[whole])) || place='file: nothing to cut'
+        check 0 "file: $whole whole object$([[ $whole == 1 ]] || echo s), ${ends[whole]} bytes, kept in kept"$'\n'"$place" \
+            '' recover --force file -o kept
+        cmp -s kept <(head -c "${ends[whole]}" all) || fail "cut at byte $cut"
+    done
+    check 0 '*nothing to cut' '' recover kept
+    cmp kept.recovered all || fail "not the whole file"
+
+    # The tools and the strict element agree on what is whole, and on the reason why the rest is not.
+    pipe replay "${replay[@]}" 'element ESerialize' 'property Name record' 'property Filename kept' 'connect replay 0 record 0'
+    write 1 QObject QObjectType=QObject Count=7 >front
+    while IFS='|' read -r object reason; do
+        { cat front && printf '%b' "$object" && cat front front; } >file
+        place="$(wc -c <front) of file: $reason"
+        check 1 $'0 @0 QObject QObjectType=QObject Count=7\n1 object' "fwpipe: no whole object at byte $place" dump --oneline file
+        check 1 '' "ERROR: EDeserialize - replay: Run(): no whole object at byte $place"$'\n*' run --drain --quiet replay.pipe
+        cmp front kept || fail "replayed: $object"
+        check 0 "*: ${place#* file: }" '' recover file -o kept --force
+        cmp front kept || fail "recovered: $object"
+    done <<'END'
+QObject\nm_b2PropertyCount=1\na=\0\n|a line holds a zero byte
+QObject\nm_b2PropertyCount=1\nab\n|a property line holds no "="
+QObject\nm_b2PropertyCount=2\na=b\n|a property line holds no "="
+QObject\nm_b2PropertyCount=65521\n|a count line holds no number that a list may have
+QObject\nm_b2PropertyCount=1x\na=b\n|a count line holds no number that a list may have
+QObject\nm_b2PropertyCount=\n|a count line is not one
+QObject\nm_b2PropertyCount=-1\n|a count line is not one
+QObject\nm_b2PropertyCoun=0\n|a count line is not one
+tttttttttttttttttttttttttttttttt\nm_b2PropertyCount=0\n|a type line is longer than 31 characters
+END
+
+    rm -- * && write 1 QObject a=b >whole && { cat whole && echo QObject; } >file && chmod 640 file && ln -s file link
+    check 0 '*' '' recover --in-place link
+    cmp file whole || fail "not the whole objects"
+    [[ -L link && $(stat -c %a file) == 640 ]] || fail "not in place"
+    i=$(stat -c %i file)
+    check 0 '*nothing to cut' '' recover --in-place file
+    [[ $i == $(stat -c %i file) ]] || fail "replaced although nothing was to be cut"
+    echo a picture >file
+    check 1 '' 'fwpipe: *' recover --in-place file
+    [[ $(<file) == 'a picture' ]] || fail "a picture is no recording"
+    check 0 '*' '' recover --in-place --force file
+    [[ ! -s file ]] || fail "not emptied"
+    { cat whole && echo QObject; } >file && chmod 600 file && ln file other && echo precious >kept
+    for object in 'file -o kept' 'file -o file --force' 'file -o other --force' 'file -o missing/out' missing . \
+        'file -o /dev/null --force'; do
+        read -ra object <<<"$object"
+        check 1 '' 'fwpipe: *' recover "${object[@]}"
+    done
+    [[ $(<kept) == precious && $(tail -n 1 file) == QObject ]] || fail "something changed"
+    check 0 '*' '' recover file -o kept --force
+    cmp kept whole || fail "not the whole objects"
+    [[ $(stat -c %a kept) == 600 ]] || fail "more readable than the input"
+    [[ $(echo *) == 'err file kept link other out whole' ]] || fail "left: $(echo *)"
+}
+
+# On a terminal, with longer and longer files until one takes the tenth of a second after which the line appears.
+progress() {
+    local command times text shown='\r[0-9]+ objects, [0-9]+/s, [0-9]{1,2}% *\r'
+    pipe replay "${replay[@]}" 'element EDevNull' 'property Name end' 'connect replay 0 end 0'
+    pipe print "${replay[@]}" "${print[@]}" 'connect replay 0 printer 0'
+    for command in 'recover --force file' 'dump --oneline file >/dev/null' 'dump - <file >/dev/null' \
+        'run --drain replay.pipe'; do
+        for ((times = 200000; times < 20000000; times *= 3)); do
+            write "$times" QObject a=b >file
+            script -qec "$fwpipe $command" /dev/null >terminal </dev/null || fail "$command"
+            ! grep -qP "$shown" terminal || break
+        done
+        grep -qP "$shown" terminal || fail "no progress: $command"
+        text=$(cat terminal && echo x)
+        [[ ${text##*$'\n'} == ?(*$'\r'*( )$'\r')x ]] || fail "left on the terminal: $command"
+    done
+    write 200000 QObject a=b >file
+    for command in 'run --drain print.pipe' 'dump --oneline file'; do # a terminal belongs to what is printed there
+        script -qec "$fwpipe $command" /dev/null </dev/null | grep -q ' objects, ' && fail "progress: $command"
+    done
+    check 0 '*' '' run --drain replay.pipe
+}

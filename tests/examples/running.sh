@@ -1,0 +1,135 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# The groups of fwpipe_test.sh on "fwpipe run", and on what all commands have in common.
+# shellcheck disable=SC2034,SC2154,SC2053 # names and patterns of fwpipe_test.sh
+usage() {
+    local number
+    check 2 '' 'fwpipe: *subcommand*--help*'
+    check 2 '' 'fwpipe: *bogus*fwpipe --help*' bogus
+    check 2 '' 'fwpipe: *FILE*fwpipe run --help*' run
+    check 2 '' 'fwpipe: *second.pipe*' run good.pipe second.pipe
+    check 2 '' 'fwpipe: *--drain*--repeat*' run --repeat 2 --drain good.pipe
+    check 2 '' 'fwpipe: *cannot read missing.cfg*' run --config missing.cfg good.pipe
+    check 2 '' 'fwpipe: *cannot read .*' run --config . good.pipe
+    for number in 0 -1 1.5 010 0x10 many '' 99999999999999999999; do
+        check 2 '' 'fwpipe: --repeat: *' run --repeat "$number" good.pipe
+        check 2 '' 'fwpipe: --head: *' dump --head "$number" good.pipe
+    done
+    check 2 '' 'fwpipe: *' dump --where=Count good.pipe
+    check 2 '' 'fwpipe: *' dump --json --oneline good.pipe
+    check 2 '' 'fwpipe: *' recover good.pipe -o other --in-place
+    check 0 'fwpipe [0-9]*.[0-9]*.[0-9]*' '' --version
+    check 0 '*Usage: fwpipe *run*' '' --help
+    check 0 '*Usage: fwpipe run *--config*--drain*--repeat*--quiet*fwpipe run counter.pipe*130*' '' run --help
+}
+
+steps() {
+    check 0 "Processing pipe file: good.pipe*Connecting counter(0) -> printer(0)*$object" '' run good.pipe
+    count 1000 "$object"
+    check 1 '*Unable to open pipefile missing.pipe' 'fwpipe: building missing.pipe failed' run missing.pipe
+    check 1 '*' $'EPipeline::Initialize(): No sink or source pad\nfwpipe: initializing nopad.pipe failed' \
+        run nopad.pipe
+    pipe nosink
+    check 1 '*' $'EPipeline::Run(): Error: No sink element.\nfwpipe: run 1 of nosink.pipe answered 0' \
+        run nosink.pipe
+    check 1 '*' 'ERROR: *fwpipe: broken.pipe ran, but errors were reported' run broken.pipe
+    printf '[ECountdown]\nStart=7\n' >seven.cfg
+    check 0 '*launch: 7'$'\n'"$object*launch: 1 objects sent" '' run countdown.pipe --config seven.cfg
+}
+
+loops() {
+    check 0 '*' '' run --repeat 3 good.pipe
+    count 3000 "$object"
+    check 1 '*launch: 3 objects sent' 'fwpipe: run 4 of countdown.pipe answered 0' run --repeat 9 countdown.pipe
+    check 0 '*launch: 3 objects sent' '' run --drain countdown.pipe
+    count 3 "$object"
+    check 1 '*' 'ERROR: *fwpipe: drained-broken.pipe ran, but errors were reported' run --drain drained-broken.pipe
+}
+
+quiet() {
+    check 0 "$object*" '' run --quiet good.pipe
+    [[ $(wc -l <out) == 1000 ]] || fail "more than the objects: $(grep -vxF "$object" out)"
+    check 1 '' $'Processing pipe file: noline.pipe\n*\nUnknown token conect\nfwpipe: building noline.pipe failed' \
+        run --quiet noline.pipe
+    check 1 '' $'*No sink or source pad\nfwpipe: initializing nopad.pipe failed' run --quiet nopad.pipe
+    # What is held must not take the place of a stream that is closed, or showing it there has no end.
+    timeout 5 "$fwpipe" run --quiet noline.pipe >out 2>&-
+    [[ $? == 1 && ! -s out ]] || fail "--quiet 2>&-"
+}
+
+# start: runs in the background, as $runner.
+start() { # AWAITED ARGUMENT...: returns once the output holds the awaited text
+    local awaited=$1 tries=0
+    shift
+    : >out # or the lines of the run before would be taken for this one's
+    "$fwpipe" "$@" >out 2>err <"$input" &
+    runner=$!
+    until grep -q "$awaited" out || ((++tries > 600)); do
+        sleep 0.05
+    done
+}
+
+ended() { # STATUS LAST: how what was started came to its end, and the last line of its output
+    local status=0
+    wait "$runner" 2>/dev/null || status=$?
+    [[ $status == "$1" ]] || fail "exit status $status, not $1"
+    [[ $(tail -n 1 out) == $2 ]] || fail "standard output ends with: $(tail -n 1 out)"
+    [[ ! -s err ]] || fail "standard error is not empty"
+}
+
+signals() {
+    local loop i pad tees=()
+    for loop in --repeat=999999999 --drain; do
+        start 'launch: [0-9]' run endless.pipe "$loop" # the loop has begun
+        kill -INT "$runner"
+        ended 130 'ECountdown - launch: * objects sent' # told when the pipeline is destroyed
+        [[ $(grep -c 'launch: [0-9]*$' out) == "$(sed -n '$s/.*: \([0-9]*\) objects.*/\1/p' out)" ]] || fail "cut short"
+    done
+    # While a run goes on: the first signal waits for its end, the second does not.
+    for i in {1..8}; do
+        tees+=('element ETee' "property Name tee$i" 'property TotalSourcePads 8')
+    done
+    for i in {1..7}; do
+        for pad in {0..7}; do
+            tees+=("connect tee$i $pad tee$((i + 1)) 0")
+        done
+    done
+    pipe forever "${tees[@]}" 'property TotalSourcePads 0' "${produce[@]}" 'connect counter 0 tee1 0'
+    start Connecting run forever.pipe --drain
+    sleep 0.3 # its run prints nothing
+    kill -TERM "$runner"
+    sleep 0.3
+    kill -0 "$runner" || fail "a run was ended by the first signal"
+    kill -INT "$runner"
+    ended 130 'Connecting *'
+    start Connecting run forever.pipe
+    kill -TERM "$runner"
+    ended 143 'Connecting *'
+    # While it waits for input.
+    mkfifo waiting.pipe
+    "$fwpipe" run --drain waiting.pipe >out 2>err </dev/null &
+    runner=$!
+    exec 3>waiting.pipe # goes on once the other end is open
+    until [[ $(cut -d ' ' -f 3 "/proc/$runner/stat") == S ]]; do
+        sleep 0.05
+    done
+    sleep 0.2
+    kill -INT "$runner"
+    ended 130 '*'
+    exec 3>&-
+}
+
+output() {
+    local arguments message='fwpipe: standard output could not be written: '
+    write 20000 QObject a=b >many
+    for arguments in --help 'run --help' 'run good.pipe' 'run good.pipe --quiet' 'run good.pipe --repeat=9' \
+        'run endless.pipe --drain' 'dump many' 'dump --json many' 'dump --oneline many'; do
+        read -ra arguments <<<"$arguments"
+        "$fwpipe" "${arguments[@]}" >/dev/full 2>err
+        [[ $? == 1 && $(<err) == *"${message}No space left on device" ]] || fail "${arguments[*]} > /dev/full"
+        "$fwpipe" "${arguments[@]}" >&- 2>err
+        [[ $? == 1 && $(<err) == *"${message}Bad file descriptor" ]] || fail "${arguments[*]} >&-"
+        { sleep 0.1 && "$fwpipe" "${arguments[@]}" 2>err; } | true
+        [[ ${PIPESTATUS[0]} == 1 && $(<err) == *"${message}Broken pipe" ]] || fail "${arguments[*]} | true"
+    done
+}
