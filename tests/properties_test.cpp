@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstdio>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -193,6 +194,9 @@ TEST(Properties, NumbersStandAsDecimalTextAndPointersComeBack) {
         read = &read;
         EXPECT_EQ(list.GetProperty(Text("i"), &read, nullptr, Standard), 1);
         EXPECT_EQ(read, pointer);
+        char text[32];
+        std::snprintf(text, sizeof text, "%p", pointer);
+        EXPECT_STREQ(list.m_pachValues[0], text);
     }
     Set(list, "i", "nowhere");
     EXPECT_EQ(list.GetProperty(Text("i"), &read, nullptr, Standard), 1);
