@@ -130,6 +130,7 @@ TEST(Builtin, FactoriesKnowTheirNamesOnly) {
     QObject* const object = objects.CreateQObject(Type::QObject);
     EXPECT_EQ(Entries(object->m_cProperties), "Standard.QObjectType=QObject");
     delete object;
+    EXPECT_EQ(elements.Initialize(nullptr) + objects.Initialize(nullptr) * 10, 11);
     EXPECT_FALSE(objects.CreateQObject(Text("QEOF")) || objects.CreateElement(Type::ETee) ||
                  elements.CreateElement(nullptr) || elements.CreateQObject(Type::QObject));
 }
