@@ -247,6 +247,19 @@ TEST(RecordingLoss, AStrictPlayerSendsWholeObjectsOnly) {
     }
 }
 
+// Each read of a packet pipe gives what one write put in.
+TEST(RecordingLoss, AStrictRecorderWritesAnObjectAtOnce) {
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_DIRECT), 0);
+    Recorder recorder("", "1");
+    recorder.Starts();
+    Adopt(recorder, fdopen(ends[1], "w"));
+    EXPECT_EQ(recorder.Arrive() + recorder.Arrive(), "1 1 ");
+    char packet[4096];
+    EXPECT_EQ(read(ends[0], packet, sizeof packet), static_cast<ssize_t>(Object.size()));
+    close(ends[0]);
+}
+
 // A stream that others use too is written at its position, wherever that is, and tells it afterwards.
 TEST(RecordingLoss, AnAdoptedStreamKeepsItsPosition) {
     const Scratch scratch;
