@@ -179,7 +179,7 @@ TEST(Properties, NumbersStandAsDecimalTextAndPointersComeBack) {
     list.SetProperty(Text("m"), LLONG_MIN, Standard);
     EXPECT_EQ(Entries(list),
               "Standard.i=-2147483648 Standard.u=-1 Standard.b=65535 Standard.m=-9223372036854775808");
-    for (long long power = 1; power <= 1000000000000000000; power *= 10) {
+    for (long long power = 1; power <= 100000000000000000; power *= 10) {
         for (const long long number : {power - 1, power, -power, power + power / 100, 1 - power}) {
             list.SetProperty(Text("m"), number, Standard);
             list.SetProperty(Text("i"), static_cast<int>(number), Standard);
