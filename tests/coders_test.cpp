@@ -250,7 +250,8 @@ TEST(Suppress, WhatIsNoCodingIsRefused) {
                              {0xBFFFFFFE},              // a list that is missing
                              {0x3FFFFFFC, 1},           // one that is cut
                              {0xBFFFFFFF, 0x3FFFFFFE}}; // a second block likewise
-    for (const unsigned char flag : {'\0', '\2'}) {
+    for (const unsigned int layout : {0u, 2u}) {
+        const auto flag = static_cast<unsigned char>(layout);
         Bytes target(600, 0);
         for (Words words : refused) {
             flag ? std::reverse(words.begin(), words.end()) : void();

@@ -66,7 +66,8 @@ TEST(Formats, ObjectsAndRecordsAreAsShown) {
 TEST(Formats, CompressedBlocksAreAsShown) {
     Bytes source = Numbers("source", 4), back(240, 0);
     ASSERT_EQ(source.size(), 240u);
-    for (const unsigned char flag : {'\0', '\2'}) {
+    for (const unsigned int layout : {0u, 2u}) {
+        const auto flag = static_cast<unsigned char>(layout);
         Bytes coded(239, 0), shown = Numbers(flag ? "backward" : "forward", 1);
         coded.resize(MemoryWrite().Compress(coded.data(), source.data(), 240, flag));
         EXPECT_EQ(coded, shown);

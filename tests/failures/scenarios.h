@@ -151,8 +151,8 @@ inline void Properties(Told& told, Place&) {
     PROPERTIES list;
     for (int i = 0; i < 20; ++i) { // the arrays grow, and values are replaced by longer ones
         const std::string before = Entries(list), key = std::to_string(i % 18);
-        const int set =
-            told.Answer(Set(list, key.c_str(), std::string(i * 2, 'v'), i % 2 ? "Standard" : "Camera"));
+        const int set = told.Answer(Set(list, key.c_str(), std::string(static_cast<std::size_t>(i) * 2, 'v'),
+                                        i % 2 ? "Standard" : "Camera"));
         told.Must(set || Entries(list) == before, "a list that refused an entry");
     }
     told.result = Entries(list);
