@@ -5,7 +5,7 @@
 set -euo pipefail
 library=$1 called=$(nm -D --undefined-only "$1" | awk '{ print $2 }' | sed 's/@.*//' | sort -u)
 shift
-harmless='_ITM.*|_Unwind.*|_Z.*|__(asan|ubsan|gmon|gxx|cxa|dynamic|errno|stack|assert|popcount|isoc99).*|_?_?(mem|str|is|to).*'
+harmless='__u?(div|mod)[dt]i[34]|_ITM.*|_Unwind.*|_Z.*|__(asan|ubsan|gmon|gxx|cxa|dynamic|errno|stack|assert|popcount|isoc99).*|_?_?(mem|str|is|to).*'
 harmless+='|(__)?v?(f|s|sn)?printf(_chk)?|puts|putchar|fputc|std(in|out|err)|clock|ftell|feof|ferror|fileno|__fpending'
 harmless+='|dlerror|dlinfo|dladdr1?|stat(64)?|bcmp|abort|pthread.*|___tls_get_addr|free'
 missing=$(grep -vxE "$harmless" <<<"$called" | grep -vxF "$(printf '%s\n' "$@")" || true)
