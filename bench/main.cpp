@@ -3,6 +3,7 @@
 //
 //   fwlib_bench                          all rows, then the memory over 100 million objects
 //   fwlib_bench --memory                 the memory alone
+//   fwlib_bench --peers                  the rows beside peers alone
 //   fwlib_bench --benchmark_filter=...   some rows; every option of Google Benchmark is taken
 //
 // Repetitions of all rows are mixed at random, so that a busy moment of the machine falls on both sides of a
@@ -29,6 +30,24 @@ char* Option(const char* pchText) {
     return const_cast<char*>(pchText);
 }
 
+void AddOwnRows() {
+    AddDeliveryRows();
+    AddPropertyRows();
+    AddBuildingRows();
+    AddCoderRows();
+    AddCompressorRows();
+    AddRecordRows();
+    AddRecordingRows();
+}
+
+void AddPeerRows() {
+    AddMapRows();
+#ifdef BENCH_PEERS
+    AddGStreamerRows();
+    AddTbbRows();
+#endif
+}
+
 } // namespace
 
 int main(int iCount, char** ppchArguments) {
@@ -40,27 +59,22 @@ int main(int iCount, char** ppchArguments) {
     if (iCount == 2 && std::strcmp(ppchArguments[1], "--memory") == 0) {
         return !SendManyObjects(pReport);
     }
+    // In a process of their own: once peers have started threads, every allocation costs more.
+    const bool bPeers = iCount > 1 && std::strcmp(ppchArguments[1], "--peers") == 0;
     std::vector<char*> cArguments = {ppchArguments[0], Option("--benchmark_repetitions=11"),
                                      Option("--benchmark_enable_random_interleaving=true"),
                                      Option("--benchmark_min_time=0.04")};
-    cArguments.insert(cArguments.end(), ppchArguments + 1, ppchArguments + iCount);
+    cArguments.insert(cArguments.end(), ppchArguments + 1 + bPeers, ppchArguments + iCount);
     int iArguments = static_cast<int>(cArguments.size());
     benchmark::Initialize(&iArguments, cArguments.data());
     if (benchmark::ReportUnrecognizedArguments(iArguments, cArguments.data())) {
         return 2;
     }
-    AddDeliveryRows();
-    AddPropertyRows();
-    AddBuildingRows();
-    AddCoderRows();
-    AddCompressorRows();
-    AddRecordRows();
-    AddRecordingRows();
-    AddMapRows();
-#ifdef BENCH_PEERS
-    AddGStreamerRows();
-    AddTbbRows();
-#endif
+    if (bPeers) {
+        AddPeerRows();
+    } else {
+        AddOwnRows();
+    }
     int iKept = RunRows(pReport);
     if (iCount == 1) {
         iKept &= SendManyObjects(pReport);
