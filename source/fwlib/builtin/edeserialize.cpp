@@ -72,7 +72,6 @@ int EDeserialize::Initialize() {
         return 0;
     }
     FileSettings cSettings(m_cProperties);
-    delete m_pReader;
     m_pReader = new (std::nothrow) ObjectFileRead(cSettings.Strict());
     if (!m_pReader || !m_pReader->m_pchLineBuffer) {
         delete m_pReader;

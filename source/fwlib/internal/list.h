@@ -30,8 +30,6 @@ inline const char* FindStandard(const PROPERTIES& cList, const SoughtText& cKey)
 // PROPERTIES::SetProperty for a value of known length.
 int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::size_t uLength,
              const char* pchSection);
-int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
-             const SoughtText& cSection);
 
 // The same for a key that can only stand among the first b4Searched entries.
 int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,

@@ -114,12 +114,8 @@ int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::s
     if (!pchKey || !pchSection) {
         return 0;
     }
-    return SetEntry(cList, SoughtText(pchKey), pchValue, uLength, SoughtText(pchSection));
-}
-
-int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
-             const SoughtText& cSection) {
-    return SetEntry(cList, cKey, pchValue, uLength, cSection, cList.m_b2PropertyCount);
+    return SetEntry(cList, SoughtText(pchKey), pchValue, uLength, SoughtText(pchSection),
+                    cList.m_b2PropertyCount);
 }
 
 int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
