@@ -122,7 +122,8 @@ void Report(const Options& cOptions, const Found& cFound, const File& cInput) {
     std::printf("%s: %llu whole object%s, %llu bytes, kept in %s\n", pchFile, cFound.ullObjects,
                 cFound.ullObjects == 1 ? "" : "s", cFound.ullEnd, cOptions.cOut.c_str());
     if (cFound.pchReason) {
-        const auto ullSize = static_cast<unsigned long long>(Status.st_size);
+        // It may have shrunk as well.
+        const auto ullSize = std::max(static_cast<unsigned long long>(Status.st_size), cFound.ullEnd);
         std::printf("%s: cut at byte %llu, %llu bytes: no whole object there: %s\n", pchFile, cFound.ullEnd,
                     ullSize - cFound.ullEnd, cFound.pchReason);
     } else {
