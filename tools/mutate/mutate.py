@@ -26,7 +26,7 @@ ROOT = Path(__file__).resolve().parents[2]
 SCRATCH = ROOT / "build" / "mutate"
 WORKERS = 2
 LEAST_CAUGHT = 0.95
-COPIED = ("CMakeLists.txt", "cmake", "docs", "examples", "packaging", "source", "tests", "tools")
+COPIED = ("CMakeLists.txt", "cmake", "docs", "examples", "fuzz", "packaging", "source", "tests", "tools")
 # The programs stop at their first failure; then everything else but what builds the installed tree's users.
 STEPS = (
     ("-R", "^fwlib_"),
