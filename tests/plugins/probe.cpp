@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+// The plugin of the language tests: elements that send and take what a case needs.
+//
+// EFeed: each Run sends one object through its first pad and answers what that answered.
+//   source pads   1
+//   properties    those of its section "Object" are the object's, in section "Standard"
+//                 "Kind": Null sends no object, Empty one without a type, End a QEOF, Refuse one that answers 0 to
+//                 Serialize; a plain one when absent
+// EProbe: prints "NAME(INDEX): PROPERTIES" of each object.
+//   sink pads     "TotalSinkPads", 1 when absent; their indexes are 10, 11 and so on
+//   source pads   "TotalSourcePads", none when absent; gets each object on all of them
+//   properties    "Answer": of DataArrived when nothing is passed on, 1 when absent
+//                 "Mark": is set on the object once it is printed, so that who gets the same one sees it
+//                 "Initialized": the answer of Initialize, 1 when absent
+// Both print "NAME is gone" when they are destroyed with the property "Farewell".
+#include "support/support.h"
+
+#include <cstdio>
+
+using namespace VESK;
+
+namespace {
+
+class ETested : public EObject {
+public:
+    explicit ETested(const char* type) { Set(m_cProperties, "EObjectType", type); }
+    ~ETested() override {
+        if (!Own("Farewell").empty()) {
+            std::printf("%s is gone\n", Own("Name").c_str());
+        }
+    }
+
+protected:
+    std::string Own(const char* key, const char* otherwise = "") {
+        char text[256];
+        m_cProperties.GetProperty(Text(key), text, sizeof text, Text(otherwise), Section::Standard);
+        return text;
+    }
+    void Pads(int sinks, int sources) {
+        for (int i = 0; i < sinks; ++i) {
+            AddSinkPad(new SINKPAD(this, static_cast<Byte2Type>(10 + i)));
+        }
+        for (int i = 0; i < sources; ++i) {
+            AddSourcePad(new SOURCEPAD(this));
+        }
+    }
+};
+
+struct Refuser : QObject {
+    int Serialize(SWrite*) override { return 0; }
+};
+
+class EFeed final : public ETested {
+public:
+    EFeed() : ETested("EFeed") {}
+    int Initialize() override { return Pads(0, 1), 1; }
+    int DataArrived(QObject*, Byte2Type) override { return 0; }
+    int Run() override {
+        const std::string kind = Own("Kind");
+        QObject plain;
+        QEOF end;
+        Refuser refuser;
+        QObject& object = kind == "End" ? end : kind == "Refuse" ? refuser : plain;
+        if (kind == "Empty") {
+            object.m_cProperties.Reset();
+        }
+        char key[4096], value[4096];
+        for (Byte2Type b2 = 0; b2 < m_cProperties.GetNumberOfProperties(); ++b2) {
+            if (m_cProperties.GetKeyValuePair(b2, Text("Object"), key, value)) {
+                Set(object.m_cProperties, key, value);
+            }
+        }
+        return GetSourcePad(0)->Push(kind == "Null" ? nullptr : &object);
+    }
+};
+
+class EProbe final : public ETested {
+public:
+    EProbe() : ETested("EProbe") {}
+    int Initialize() override {
+        Pads(std::stoi(Own("TotalSinkPads", "1")), std::stoi(Own("TotalSourcePads", "0")));
+        return std::stoi(Own("Initialized", "1"));
+    }
+    int DataArrived(QObject* pObject, Byte2Type b2Index) override {
+        std::printf("%s(%d): %s%s\n", Own("Name").c_str(), b2Index,
+                    pObject ? Entries(pObject->m_cProperties).c_str() : "null",
+                    pObject && pObject->GetEOF() ? " end" : "");
+        if (pObject && !Own("Mark").empty()) {
+            Set(pObject->m_cProperties, "Mark", Own("Mark"));
+        }
+        int answer = std::stoi(Own("Answer", "1"));
+        for (Byte2Type b2 = 0; b2 < GetSourcePadCount(); ++b2) {
+            answer = GetSourcePad(b2)->Push(pObject);
+        }
+        return answer;
+    }
+};
+
+class ProbeFactory : public LibraryFactory {
+public:
+    EObject* CreateElement(char* pchType) override {
+        const std::string type = pchType;
+        return type == "EFeed" ? static_cast<EObject*>(new EFeed) : type == "EProbe" ? new EProbe : nullptr;
+    }
+};
+
+ProbeFactory cFactory;
+
+} // namespace
+
+Factory* GetFactory() {
+    return &cFactory;
+}
