@@ -6,9 +6,15 @@
 #include "fwlib/internal/texts.h"
 #include "fwlib/properties/properties.h"
 
+#include <atomic>
+
 #pragma GCC visibility push(hidden) // so that calls need no procedure table, whose register costs 32-bit code
 
 namespace VESK {
+
+// Grows whenever a text that is filed under "Name" is replaced or goes, in any list that lives on: what is known of
+// names is then no longer true.
+inline std::atomic<Byte4Type> NameChanges{0};
 
 // The index of the first of the list's first b4Count entries with this key and section, or b4Count.
 inline Byte4Type FindEntry(const PROPERTIES& cList, Byte4Type b4Count, const SoughtText& cKey,

@@ -4,7 +4,7 @@
 #include "fwlib/elements/pad.h"
 #include "fwlib/internal/currentelement.h"
 #include "fwlib/internal/growth.h"
-#include "fwlib/internal/list.h"
+#include "fwlib/internal/nameindex.h"
 
 #include <cstdio>
 #include <new>
@@ -67,6 +67,7 @@ EPipeline::EPipeline()
 }
 
 EPipeline::~EPipeline() {
+    ForgetIndex(*this);
     for (int i = 0; i < m_iElementCount; ++i) {
         // Its own destructor forgets it too, but may be that of another copy of the library, in a plugin.
         ForgetElement(m_ppElements[i]);
@@ -172,16 +173,12 @@ int EPipeline::FindElement(char* pchName, Byte2Type* pb2Index) {
     if (!pb2Index || !pchName) {
         return 0;
     }
-    const SoughtText cKey(Key::Name);
-    const SoughtText cName(pchName);
-    for (int i = 0; i < m_iElementCount; ++i) {
-        const char* const pchElement = FindStandard(m_ppElements[i]->m_cProperties, cKey);
-        if (pchElement && cName.EqualsCut(pchElement, NameTextSize - 1)) {
-            *pb2Index = static_cast<Byte2Type>(i);
-            return 1;
-        }
+    const int iFound = FindNamed(*this, SoughtText(pchName));
+    if (iFound < 0) {
+        return 0;
     }
-    return 0;
+    *pb2Index = static_cast<Byte2Type>(iFound);
+    return 1;
 }
 
 } // namespace VESK

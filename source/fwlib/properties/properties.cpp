@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/properties/properties.h"
 
-#include "fwlib/internal/growth.h"
 #include "fwlib/internal/list.h"
 #include "fwlib/internal/texts.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
@@ -12,57 +11,6 @@
 namespace VESK {
 
 namespace {
-
-// Fresh copies, which the list takes over; some null when memory is out.
-struct OwnTexts {
-    char* pchKey;
-    char* pchValue;
-    char* pchSection;
-};
-
-int RoomForEntry(PROPERTIES& cList) {
-    return MakeRoom(cList.m_b2PropertyCapacity, cList.m_b2PropertyCount, LargestCapacity, cList.m_pachKeys,
-                    cList.m_pachValues, cList.m_pachSections);
-}
-
-// Appends where there is room: 1, or 0 with the entries and their count as they were.
-int AppendEntry(PROPERTIES& cList, const OwnTexts& cTexts) {
-    if (!cTexts.pchKey || !cTexts.pchValue || !cTexts.pchSection) {
-        std::free(cTexts.pchKey);
-        std::free(cTexts.pchValue);
-        std::free(cTexts.pchSection);
-        return 0;
-    }
-    cList.m_pachKeys[cList.m_b2PropertyCount] = cTexts.pchKey;
-    cList.m_pachValues[cList.m_b2PropertyCount] = cTexts.pchValue;
-    cList.m_pachSections[cList.m_b2PropertyCount] = cTexts.pchSection;
-    ++cList.m_b2PropertyCount;
-    return 1;
-}
-
-int ReplaceValue(PROPERTIES& cList, Byte4Type b4Index, char* pchOwnValue) {
-    if (!pchOwnValue) {
-        return 0;
-    }
-    std::free(cList.m_pachValues[b4Index]);
-    cList.m_pachValues[b4Index] = pchOwnValue;
-    return 1;
-}
-
-// Sets the source's entry in the target, where it can only stand among the first b4Searched.
-int MergeEntry(PROPERTIES& cTarget, Byte4Type b4Searched, const PROPERTIES& cSource, Byte4Type b4Entry) {
-    const char* const pchKey = cSource.m_pachKeys[b4Entry];
-    const char* const pchValue = cSource.m_pachValues[b4Entry];
-    const char* const pchSection = cSource.m_pachSections[b4Entry];
-    for (Byte4Type b4 = 0; b4 < b4Searched; ++b4) {
-        if (StoredEqual(cTarget.m_pachKeys[b4], pchKey) &&
-            StoredEqual(cTarget.m_pachSections[b4], pchSection)) {
-            return ReplaceValue(cTarget, b4, StoreAgain(pchValue));
-        }
-    }
-    return RoomForEntry(cTarget) &&
-           AppendEntry(cTarget, {StoreAgain(pchKey), StoreAgain(pchValue), StoreAgain(pchSection)});
-}
 
 // The value of an entry, lent, or null.
 char* FindValue(const PROPERTIES& cList, const char* pchKey, const char* pchSection) {
@@ -85,12 +33,17 @@ int GetConverted(const PROPERTIES& cList, const char* pchKey, Value* pValue, Val
     return pchText != nullptr;
 }
 
+long long ToLong(char* pchText) {
+    return std::strtoll(pchText, nullptr, 10);
+}
+
 // Writes a number over a value, when each is one word, and answers whether it did. Numbers are set once for every
-// object sent, and a fresh copy is most of the cost.
+// object sent, and a fresh copy is most of the cost. A name is replaced where that is noticed.
 bool OverwriteWord(const PROPERTIES& cList, const char* pchKey, const DecimalText& cText,
                    const char* pchSection) {
     char* const pchValue = cText.Length() < WordSize ? FindValue(cList, pchKey, pchSection) : nullptr;
-    if (!pchValue || pchValue[WordSize - 1] != '\0') {
+    if (!pchValue || pchValue[WordSize - 1] != '\0' ||
+        (*pchKey == *Key::Name && fwstrcmp(pchKey, Key::Name) == 0)) {
         return false;
     }
     std::memcpy(pchValue, cText.Begin(), WordSize);
@@ -102,46 +55,23 @@ int SetNumber(PROPERTIES& cList, const char* pchKey, const DecimalText& cText, c
            SetEntry(cList, pchKey, cText.Begin(), cText.Length(), pchSection);
 }
 
+void Release(const PROPERTIES& cList) {
+    for (Byte4Type b4 = 0; b4 < cList.m_b2PropertyCount; ++b4) {
+        std::free(cList.m_pachKeys[b4]);
+        std::free(cList.m_pachValues[b4]);
+        std::free(cList.m_pachSections[b4]);
+    }
+    fwfree(cList.m_pachKeys);
+    fwfree(cList.m_pachValues);
+    fwfree(cList.m_pachSections);
+}
+
 // The caller's buffer holds the text and its terminator.
 void CopyWhole(char* pchBuffer, const char* pchText) {
     std::memcpy(pchBuffer, pchText, std::strlen(pchText) + 1);
 }
 
 } // namespace
-
-int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::size_t uLength,
-             const char* pchSection) {
-    if (!pchKey || !pchSection) {
-        return 0;
-    }
-    return SetEntry(cList, SoughtText(pchKey), pchValue, uLength, SoughtText(pchSection),
-                    cList.m_b2PropertyCount);
-}
-
-int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
-             const SoughtText& cSection, Byte4Type b4Searched) {
-    const Byte4Type b4Index = FindEntry(cList, b4Searched, cKey, cSection);
-    if (b4Index < b4Searched) {
-        return ReplaceValue(cList, b4Index, StoreText(pchValue, uLength));
-    }
-    return RoomForEntry(cList) &&
-           AppendEntry(cList, {StoreText(cKey.Begin(), cKey.Length()), StoreText(pchValue, uLength),
-                               StoreText(cSection.Begin(), cSection.Length())});
-}
-
-// A list holds each pair of key and section once, so what the source brings is looked for only among the
-// entries that the target had before.
-int MergeEntries(PROPERTIES& cTarget, const PROPERTIES& cSource) {
-    if (&cTarget == &cSource) {
-        return 1;
-    }
-    int iAll = 1;
-    const Byte4Type b4Before = cTarget.m_b2PropertyCount;
-    for (Byte4Type b4 = 0; b4 < cSource.m_b2PropertyCount; ++b4) {
-        iAll &= MergeEntry(cTarget, b4Before, cSource, b4);
-    }
-    return iAll;
-}
 
 PROPERTIES::PROPERTIES()
     : m_b2PropertyCapacity(0),
@@ -151,18 +81,12 @@ PROPERTIES::PROPERTIES()
       m_pachValues(nullptr) {}
 
 PROPERTIES::~PROPERTIES() {
-    Reset();
+    Release(*this);
 }
 
 int PROPERTIES::Reset() {
-    for (Byte4Type b4 = 0; b4 < m_b2PropertyCount; ++b4) {
-        std::free(m_pachKeys[b4]);
-        std::free(m_pachValues[b4]);
-        std::free(m_pachSections[b4]);
-    }
-    fwfree(m_pachKeys);
-    fwfree(m_pachValues);
-    fwfree(m_pachSections);
+    NameChanges.fetch_add(1, std::memory_order_relaxed);
+    Release(*this);
     m_pachKeys = m_pachValues = m_pachSections = nullptr;
     m_b2PropertyCapacity = m_b2PropertyCount = 0;
     return 1;
@@ -206,14 +130,12 @@ int PROPERTIES::GetProperty(char* pchKey, Byte2Type* pb2Value, Byte2Type b2Defau
 }
 
 int PROPERTIES::GetProperty(char* pchKey, long long* pllValue, long long llDefault, char* pchSection) {
-    return GetConverted(*this, pchKey, pllValue, llDefault, pchSection,
-                        [](char* pchText) { return std::strtoll(pchText, nullptr, 10); });
+    return GetConverted(*this, pchKey, pllValue, llDefault, pchSection, ToLong);
 }
 
 int PROPERTIES::GetProperty(char* pchKey, unsigned long long* pullValue, unsigned long long ullDefault,
                             char* pchSection) {
-    return GetConverted(*this, pchKey, pullValue, ullDefault, pchSection,
-                        [](char* pchText) { return std::strtoll(pchText, nullptr, 10); });
+    return GetConverted(*this, pchKey, pullValue, ullDefault, pchSection, ToLong);
 }
 
 int PROPERTIES::GetProperty(char* pchKey, void** ppValue, void* pDefault, char* pchSection) {

@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+#include "fwlib/internal/nameindex.h"
+
+#include "fwlib/internal/list.h"
+#include "fwlib/stdc/stdc/fwstdcstring.h"
+
+#include <atomic>
+
+namespace VESK {
+
+namespace {
+
+constexpr int LeastElements = 64; // below that a walk is as fast
+constexpr Byte4Type FirstSlots = 256;
+
+struct Slot {
+    Byte4Type b4Hash;
+    Byte4Type b4Place; // the element's index and one more; 0 for an empty slot
+};
+
+Byte4Type HashOf(const char* pchName, std::size_t uLength) {
+    TextWord Hash = uLength;
+    for (; uLength >= WordSize; uLength -= WordSize, pchName += WordSize) {
+        Hash = (Hash ^ LoadWord(pchName)) * 0x9E3779B97F4A7C15U;
+        Hash ^= Hash >> 32;
+    }
+    Hash = (Hash ^ LoadTail(pchName, uLength)) * 0x9E3779B97F4A7C15U;
+    return static_cast<Byte4Type>(Hash >> 32);
+}
+
+bool IsNamed(const EObject& cElement, const SoughtText& cKey, const SoughtText& cName) {
+    const char* const pchName = FindStandard(cElement.m_cProperties, cKey);
+    return pchName && cName.EqualsCut(pchName, NameTextSize - 1);
+}
+
+// Each name stands there once, with the first element that has it.
+class NameIndex {
+public:
+    int Find(const EPipeline& cPipeline, const SoughtText& cName) {
+        const Byte4Type b4Changes = NameChanges.load(std::memory_order_relaxed);
+        if (m_pOwner != &cPipeline || m_b4Changes != b4Changes) {
+            Clear();
+            m_pOwner = &cPipeline;
+            m_b4Changes = b4Changes;
+            return -1; // for one name a walk is faster
+        }
+        TakeIn(cPipeline);
+        return Known(cPipeline, HashOf(cName.Begin(), cName.Length()), cName);
+    }
+    void Clear() {
+        fwfree(m_pSlots);
+        m_pSlots = nullptr;
+        m_b4Slots = 0;
+        m_iTaken = 0;
+        m_pOwner = nullptr;
+    }
+    bool IsOf(const EPipeline& cPipeline) const { return m_pOwner == &cPipeline; }
+
+private:
+    Slot& At(Byte4Type b4) const { return m_pSlots[b4 & (m_b4Slots - 1)]; }
+
+    int Known(const EPipeline& cPipeline, Byte4Type b4Hash, const SoughtText& cName) const {
+        for (Byte4Type b4 = b4Hash; m_b4Slots > 0 && At(b4).b4Place > 0; ++b4) {
+            const auto iPlace = static_cast<int>(At(b4).b4Place) - 1;
+            if (At(b4).b4Hash == b4Hash &&
+                IsNamed(*cPipeline.m_ppElements[iPlace], SoughtText(Key::Name), cName)) {
+                return iPlace;
+            }
+        }
+        return -1;
+    }
+
+    // What was added since, up to an element without a name.
+    void TakeIn(const EPipeline& cPipeline) {
+        for (; m_iTaken < cPipeline.m_iElementCount; ++m_iTaken) {
+            const char* const pchName =
+                FindStandard(cPipeline.m_ppElements[m_iTaken]->m_cProperties, SoughtText(Key::Name));
+            if (!pchName || !MakeSlot()) {
+                return;
+            }
+            const SoughtText cName(pchName, strnlen(pchName, NameTextSize - 1));
+            const Byte4Type b4Hash = HashOf(cName.Begin(), cName.Length());
+            if (Known(cPipeline, b4Hash, cName) < 0) {
+                Put({b4Hash, static_cast<Byte4Type>(m_iTaken) + 1});
+            }
+        }
+    }
+    void Put(const Slot& cSlot) {
+        Byte4Type b4 = cSlot.b4Hash;
+        while (At(b4).b4Place > 0) {
+            ++b4;
+        }
+        At(b4) = cSlot;
+    }
+    bool MakeSlot() { // at least half of them stay empty
+        if (2 * static_cast<Byte4Type>(m_iTaken) < m_b4Slots) {
+            return true;
+        }
+        const NameIndex cBefore = *this;
+        m_b4Slots = m_b4Slots > 0 ? 2 * m_b4Slots : FirstSlots;
+        m_pSlots = static_cast<Slot*>(fwmalloc(m_b4Slots * static_cast<Byte4Type>(sizeof(Slot))));
+        if (!m_pSlots) {
+            *this = cBefore;
+            return false;
+        }
+        std::memset(m_pSlots, 0, m_b4Slots * sizeof(Slot));
+        for (Byte4Type b4 = 0; b4 < cBefore.m_b4Slots; ++b4) {
+            if (cBefore.m_pSlots[b4].b4Place > 0) {
+                Put(cBefore.m_pSlots[b4]);
+            }
+        }
+        fwfree(cBefore.m_pSlots);
+        return true;
+    }
+
+    const EPipeline* m_pOwner = nullptr; // lent
+    Byte4Type m_b4Changes = 0;           // of names, when it was made
+    int m_iTaken = 0;                    // elements, from the first on
+    Slot* m_pSlots = nullptr;            // owned
+    Byte4Type m_b4Slots = 0;             // a power of two, or 0
+};
+
+NameIndex cIndex;
+
+// Pipelines may live on threads of their own, each of which can do without the index.
+class Turn {
+public:
+    Turn() : m_bMine(!TryAgain.test_and_set(std::memory_order_acquire)) {}
+    ~Turn() {
+        if (m_bMine) {
+            TryAgain.clear(std::memory_order_release);
+        }
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    bool IsMine() const { return m_bMine; }
+
+private:
+    static inline std::atomic_flag TryAgain = ATOMIC_FLAG_INIT;
+    const bool m_bMine;
+};
+
+// -1 when a walk has to tell.
+int FindIndexed(const EPipeline& cPipeline, const SoughtText& cName) {
+    if (cPipeline.m_iElementCount < LeastElements) {
+        return -1;
+    }
+    const Turn cTurn;
+    return cTurn.IsMine() ? cIndex.Find(cPipeline, cName) : -1;
+}
+
+} // namespace
+
+int FindNamed(const EPipeline& cPipeline, const SoughtText& cName) {
+    const int iIndexed = FindIndexed(cPipeline, cName);
+    if (iIndexed >= 0) {
+        return iIndexed;
+    }
+    const SoughtText cKey(Key::Name);
+    for (int i = 0; i < cPipeline.m_iElementCount; ++i) {
+        if (IsNamed(*cPipeline.m_ppElements[i], cKey, cName)) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+void ForgetIndex(const EPipeline& cPipeline) {
+    bool bForgotten = cPipeline.m_iElementCount < LeastElements;
+    while (!bForgotten) {
+        const Turn cTurn;
+        bForgotten = cTurn.IsMine();
+        if (bForgotten && cIndex.IsOf(cPipeline)) {
+            cIndex.Clear();
+        }
+    }
+}
+
+} // namespace VESK
