@@ -200,7 +200,7 @@ def main():
     parser.add_argument("files", nargs="*", help="from the root of the tree; all of the library when none is named")
     parser.add_argument("--count", type=int, default=240, help="faults that compile, equivalent ones among them")
     parser.add_argument("--seed", type=int, default=1, help="another seed chooses other faults")
-    parser.add_argument("--flags", default="-O1 -DNDEBUG -fsanitize=leak", help="for the compiler; leaks end a program, too")
+    parser.add_argument("--flags", default="-O1 -DFWLIB_WATCH -fsanitize=leak", help="for the compiler; leaks and code that goes too early end a program, too")
     parser.add_argument("--verbose", action="store_true", help="tell each fault and its time")
     run = Run(parser.parse_args())
     begun = time.monotonic()
