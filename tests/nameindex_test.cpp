@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+// Large pipelines find their elements by an index, which must answer as a walk does.
+#include "support/support.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+using namespace VESK;
+
+namespace {
+
+int Walked(const EPipeline& pipe, const std::string& name) {
+    for (int i = 0; i < pipe.m_iElementCount; ++i) {
+        char own[256];
+        if (pipe.m_ppElements[i]->m_cProperties.GetProperty(Key::Name, own, sizeof own, nullptr,
+                                                            Section::Standard) &&
+            name == own) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+int Found(EPipeline& pipe, const std::string& name) {
+    Byte2Type index;
+    return pipe.FindElement(Text(name.c_str()), &index) ? index : -1;
+}
+
+std::mt19937 cRandom(3);
+
+int Pick(int count) {
+    return static_cast<int>(cRandom() % static_cast<unsigned int>(count));
+}
+
+// Few names for many elements: short, long, cut, numbers, and texts that differ in one place only.
+std::string Name() {
+    const std::string number = std::to_string(Pick(60)), row(Pick(2) ? 250 : 10, 'r');
+    return Pick(4) ? number : Pick(2) ? row + number + row : Pick(9) ? "e" + number : "";
+}
+
+// The ways in which an element comes to another name.
+void Rename(PROPERTIES& list, const std::string& fresh, PROPERTIES& other) {
+    std::string pair = "Name=" + fresh;
+    switch (Pick(8)) {
+    case 0:
+        Set(list, "Name", fresh);
+        break;
+    case 1:
+        list.SetProperty(Key::Name, std::atoi(fresh.c_str()), Section::Standard);
+        break;
+    case 2:
+        list.AddKeyValuePair(Section::Standard, pair.data());
+        break;
+    case 3:
+        list.Reset();
+        Pick(20) ? Set(list, "Name", fresh) : 0; // else nothing behind it is in the index
+        break;
+    case 4:
+        list.Copy(&other);
+        break;
+    default:
+        break;
+    }
+}
+
+TEST(NameIndex, AnswersAsAWalkWhateverHappensToNames) {
+    EPipeline pipes[2];
+    for (int step = 0; step < 8000; ++step) {
+        EPipeline& pipe = pipes[step / 50 % 2]; // they take turns
+        const std::string fresh = Name();
+        if (step % 1000 < 300) {
+            ASSERT_EQ(pipe.AddElement(Pick(600) ? new Probe(fresh.c_str()) : new Probe), 1);
+        } else {
+            Rename(pipe.m_ppElements[Pick(pipe.m_iElementCount)]->m_cProperties, fresh,
+                   pipe.m_ppElements[0]->m_cProperties);
+        }
+        for (const std::string& sought : {fresh, Name(), Name()}) {
+            ASSERT_EQ(Found(pipe, sought), Walked(pipe, sought)) << "step " << step << ": " << sought;
+        }
+        if (step % 2500 == 2460) { // another pipeline at the same place
+            pipe.~EPipeline();
+            new (&pipe) EPipeline;
+            for (int i = 0; i < 600; ++i) {
+                pipe.AddElement(new Probe(Name().c_str()));
+            }
+            for (int i = 0; i < 60; ++i) {
+                ASSERT_EQ(Found(pipe, std::to_string(i)), Walked(pipe, std::to_string(i)));
+            }
+        }
+    }
+}
+
+} // namespace
