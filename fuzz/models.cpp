@@ -46,6 +46,30 @@ Words ExpandedBlocks(const Words& coded) {
     return words;
 }
 
+Words CodedBlocks(Words words, bool backward) {
+    Words coded;
+    if (backward) { // the coding of the words in the opposite order, in the opposite order
+        std::reverse(words.begin(), words.end());
+    }
+    for (std::size_t first = 0; first < words.size(); first += 30) {
+        Words zeroForm = {0x80000000}, repeatForm = {0};
+        for (std::size_t u = first; u < first + 30; ++u) {
+            const unsigned int bit = 1u << (u - first);
+            const bool zero = words[u] == 0, repeat = u > first && words[u] == words[u - 1];
+            zeroForm[0] |= zero ? bit : 0;
+            zeroForm.insert(zeroForm.end(), !zero, words[u]);
+            repeatForm[0] |= repeat ? bit : 0;
+            repeatForm.insert(repeatForm.end(), !repeat, words[u]);
+        }
+        const Words& shorter = repeatForm.size() < zeroForm.size() ? repeatForm : zeroForm;
+        coded.insert(coded.end(), shorter.begin(), shorter.end());
+    }
+    if (backward) {
+        std::reverse(coded.begin(), coded.end());
+    }
+    return coded;
+}
+
 // What a line of at most 255 characters is, the rest of a longer one being the next; a zero byte ends its text.
 std::string Piece(const std::string& text, std::size_t& at) {
     const std::size_t newline = text.find('\n', at);

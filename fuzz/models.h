@@ -16,6 +16,9 @@ std::string DecodedBlock(const std::string& text, std::size_t count);
 // The words of the forward layout, or none when it is not the coding of whole blocks.
 Words ExpandedBlocks(const Words& coded);
 
+// What the compressor makes of whole blocks before it looks at the length.
+Words CodedBlocks(Words words, bool backward);
+
 // The entries of a configuration file's section, and whether it stands there.
 bool ExpectedSection(const std::string& text, const std::string& section, Entries& entries);
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // The examples of docs/formats.md are what the library writes and reads.
-#include "support/fenced.h"
 #include "support/support.h"
 
 #include <climits>
@@ -10,6 +9,8 @@
 using namespace VESK;
 
 namespace {
+
+using Bytes = std::basic_string<unsigned char>;
 
 // The example between "```text NAME" and "```".
 std::string Example(const std::string& name) {
