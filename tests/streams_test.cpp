@@ -1,228 +1,184 @@
 // SPDX-License-Identifier: MIT
-// Records, objects and lists in streams, and streams in files.
+// Streams, what is written to them line by line, their files, and the examples of docs/formats.md, which are what the
+// library writes and reads. What any lines are read as, the fuzz targets and the language tests tell.
 #include "support/capture.h"
+#include "support/fenced.h"
 #include "support/support.h"
 
 #include <climits>
-#include <fcntl.h>
 #include <gtest/gtest.h>
 
 using namespace VESK;
 
 namespace {
 
-TEST(Streams, EveryTypeIsWrittenAsOneDecimalRecord) {
-    MemoryWrite writer;
-    const std::string key(400, 'k');
-    EXPECT_EQ(writer.Serialize(Text("i"), INT_MIN) + writer.Serialize(Text(""), 7) +
-                  writer.Serialize(nullptr, 7) + writer.Serialize(Text("n"), static_cast<short>(-1)) +
-                  writer.Serialize(Text("n"), static_cast<unsigned short>(65535)) +
-                  writer.Serialize(Text("c"), static_cast<char>(0xC8)) +
-                  writer.Serialize(Text("c"), static_cast<unsigned char>(0xC8)) +
-                  writer.Serialize(Text("u"), UINT_MAX) + writer.Serialize(Text(key.c_str()), 1),
-              9);
-    EXPECT_EQ(writer.pieces.size(), 9u);
-    EXPECT_EQ(writer.all,
-              "i=-2147483648\n=7\n=7\nn=-1\nn=65535\nc=-56\nc=200\nu=4294967295\n" + key + "=1\n");
+using Lines = std::vector<std::string>;
+
+// The example between "```text NAME" and "```".
+std::string Example(const std::string& name) {
+    const std::string text = FileText(FWLIB_TEST_DOCS "/formats.md"), opening = "\n```text " + name + "\n";
+    const std::size_t begin = text.find(opening) + opening.size();
+    EXPECT_GE(begin, opening.size()) << name;
+    return text.substr(begin, text.find("```\n", begin) - begin);
 }
 
-TEST(Streams, LinesWithoutASignLeaveTheValueAlone) {
-    const auto read = [](auto value) {
-        MemoryRead reader("abc\n\nk=7\nk=8\n");
-        int answers = reader.Deserialize(&value) + reader.Deserialize(&value);
-        EXPECT_EQ(std::to_string(value), "99");
-        answers += reader.Deserialize(static_cast<decltype(value)*>(nullptr)); // the wide forms take the line
-        EXPECT_EQ(answers, 0);
-        answers = reader.Deserialize(&value);
-        return std::to_string(answers) + std::to_string(value);
-    };
-    EXPECT_EQ(read(99) + read(99u), "1818");
-    EXPECT_EQ(read(short{99}) + read(Byte2Type{99}) + read('c') + read(static_cast<unsigned char>(99)),
-              "17171717");
-}
-
-TEST(Streams, AnObjectIsItsTypeAndItsList) {
-    const std::string value(5000, 'x'), type(40, 'T');
-    QObject object;
-    object.m_cProperties.SetProperty(Key::Count, 3, Section::Standard);
-    Set(object.m_cProperties, "Count", "4", "Camera");
-    Set(object.m_cProperties, "expr", "a=b");
-    Set(object.m_cProperties, "long", value);
-    MemoryWrite writer, cut;
-    EXPECT_EQ(object.Write(&writer), 1);
-    EXPECT_EQ(writer.all, "");
-    EXPECT_EQ(object.Serialize(&writer), 1);
-    const std::string lines = "QObjectType=QObject\nCount=3\nCount=4\nexpr=a=b\nlong=" + value + "\n";
-    EXPECT_EQ(writer.all, "QObject\nm_b2PropertyCount=5\n" + lines);
-    EXPECT_EQ(writer.pieces.back(), "long=" + value + "\n");
-    MemoryRead reader(writer.all);
-    EXPECT_STREQ(reader.ReadLine(), "QObject");
-    QEOF read;
-    Set(read.m_cProperties, "kept", "1");
-    EXPECT_EQ(read.Deserialize(&reader), 1);
-    EXPECT_EQ(Entries(read.m_cProperties), "Standard.QObjectType=QObject Standard.kept=1 Standard.Count=4 "
-                                           "Standard.expr=a=b Standard.long=" +
-                                               value);
-    object.m_cProperties.Reset();
-    object.Serialize(&cut);
-    Set(object.m_cProperties, "QObjectType", type);
-    Set(object.m_cProperties, "a\nb", "c\nd"); // written as it is: the format has no escape
-    object.Serialize(&cut);
-    EXPECT_EQ(cut.all, "\nm_b2PropertyCount=0\n" + type.substr(9) +
-                           "\nm_b2PropertyCount=2\nQObjectType=" + type + "\na\nb=c\nd\n");
-}
-
-TEST(Streams, ABrokenListKeepsWhatArrived) {
-    const struct {
-        const char* text;
-        int answer;
-        const char* entries;
-    } readings[] = {{"Anything=2\nA=1\nB=2\nC=3", 1, "Standard.A=1 Standard.B=2"},
-                    {"m_b2PropertyCount=2\nA=1\n", 0, "Standard.A=1"},
-                    {"n=3\nA=1\nno sign\nC=3\n", 0, "Standard.A=1"},
-                    {"n=3\nA=1\n\nC=3\n", 0, "Standard.A=1"},
-                    {"n=65537\nA=1\nB=2\n", 1, "Standard.A=1"}, // the low 16 bits
-                    {"n=x\nA=1\n", 1, ""},
-                    {"no sign\nA=1", 0, ""},
-                    {"", 0, ""}};
-    for (const auto& reading : readings) {
-        MemoryRead reader(reading.text), again(reading.text);
-        PROPERTIES list;
-        EXPECT_EQ(list.Deserialize(&reader), reading.answer) << reading.text;
-        EXPECT_EQ(Entries(list), reading.entries);
-        QObject object;
-        EXPECT_EQ(object.Deserialize(&again), 1); // tells nothing
-    }
-}
-
-// Keys of every length, many alike at both ends, among them ones that come again: each is held once, where it first
-// stood, with its last value.
-TEST(Streams, ALongListIsMergedByItsKeys) {
-    PROPERTIES list, model;
-    for (PROPERTIES* each : {&list, &model}) {
-        Set(*each, "first", "old");
-        Set(*each, "key.17.yek", "old", "Camera");
-    }
-    std::string text = "n=6000\n";
-    for (int i = 0; i < 6000; ++i) {
-        const std::string key = i % 3 == 0 ? "first" : "key." + std::to_string(i * 7 % 2500) + ".yek";
-        text += key + "=" + std::to_string(i) + "\n";
-        Set(model, key.c_str(), std::to_string(i));
-    }
-    MemoryRead reader(text);
-    EXPECT_EQ(list.Deserialize(&reader), 1);
-    EXPECT_EQ(Entries(list), Entries(model));
-}
-
-int DescriptorOf(char* handle) {
-    return fileno(reinterpret_cast<std::FILE*>(handle));
-}
-
-bool IsOpen(int descriptor) {
-    return fcntl(descriptor, F_GETFD) >= 0;
-}
-
-TEST(Files, AWriterFlushesEveryPieceAndClosesItsFile) {
-    const Scratch scratch;
-    for (const unsigned int binary : {0u, 1u}) {
-        const std::string path = scratch.Write("out", "what was there before");
-        int descriptor;
-        {
-            SFileWrite writer(Text(path.c_str()), binary);
-            EXPECT_EQ(std::string(writer.m_achFileName, 256), path + std::string(256 - path.size(), '\0'));
-            EXPECT_EQ(FileText(path), "");
-            EXPECT_EQ(writer.WriteData(Text("a\0\n"), 3) + writer.WriteData(Text("b"), 0), 3u);
-            EXPECT_EQ(writer.Serialize(Text("n"), -1), 1);
-            EXPECT_EQ(FileText(path), std::string("a\0\nn=-1\n", 8));
-            descriptor = DescriptorOf(writer.m_pFile);
+// The numbers of an example, whatever lies between them, in so many bytes each.
+Bytes Numbers(const std::string& name, int size) {
+    std::istringstream stream(Example(name));
+    Bytes bytes;
+    for (unsigned int number; stream >> (size == 1 ? std::hex : std::dec) >> number;) {
+        for (int shift = 0; shift < size * 8; shift += 8) {
+            bytes += static_cast<unsigned char>(number >> shift);
         }
-        EXPECT_FALSE(IsOpen(descriptor));
     }
-    SFileWrite full(Text("/dev/full"), 0), missing(Text(scratch.Path("no/such").c_str()), 0), none;
+    return bytes;
+}
+
+TEST(Formats, ObjectsAndRecordsAreAsShown) {
+    MemoryRead reader(Example("objects")), image(Example("block"));
+    MemoryWrite objects, records;
+    std::string entries;
+    while (reader.ReadLine()) {
+        QObject object;
+        EXPECT_EQ(object.Deserialize(&reader) + object.Serialize(&objects), 2);
+        entries += Entries(object.m_cProperties) + "\n";
+    }
+    EXPECT_EQ(objects.all, Example("objects"));
+    EXPECT_EQ(entries, "Standard.QObjectType=QObject Standard.Count=0\n"
+                       "Standard.QObjectType=QObject Standard.expr=a=b Standard.note=\n");
+    records.Serialize(Text("Width"), 4);
+    records.Serialize(Text("Height"), 2);
+    const std::string size = records.all;
+    records.Serialize(Text("Offset"), INT_MIN);
+    records.Serialize(Text("Level"), static_cast<char>(-56));
+    records.Serialize(Text("Mask"), UINT_MAX);
+    EXPECT_EQ(records.all, Example("records"));
+    unsigned char pixels[] = {0, 64, 128, 192, 255, 10, 65, 66}, read[8];
+    records.SerializeBlock(Text("Pixels"), pixels, 8);
+    EXPECT_EQ(size + records.all.substr(Example("records").size()), Example("block"));
+    int width = 0, height = 0;
+    EXPECT_EQ(image.Deserialize(&width) + image.Deserialize(&height), 2);
+    EXPECT_EQ(image.DeserializeBlock(read, width * height), 1);
+    EXPECT_EQ(Bytes(read, 8), Bytes(pixels, 8));
+}
+
+TEST(Formats, CompressedBlocksAreAsShown) {
+    Bytes source = Numbers("source", 4), back(240, 0);
+    ASSERT_EQ(source.size(), 240u);
+    for (const unsigned int layout : {0u, 2u}) {
+        const auto flag = static_cast<unsigned char>(layout);
+        Bytes coded(239, 0), shown = Numbers(flag ? "backward" : "forward", 1);
+        coded.resize(MemoryWrite().Compress(coded.data(), source.data(), 240, flag));
+        EXPECT_EQ(coded, shown);
+        const auto size = static_cast<Byte4Type>(shown.size());
+        EXPECT_EQ(SRead::Decompress(back.data(), 240, shown.data(), size, flag), 240u);
+        EXPECT_EQ(back, source);
+    }
+}
+
+TEST(Formats, TheColourTableIsReadAsTold) {
+    const Scratch scratch;
+    const Bytes bytes = Numbers("lut", 1);
+    scratch.Write("colours.lut", std::string(bytes.begin(), bytes.end()));
+    MFColorTable table;
+    unsigned int size = 0;
+    unsigned char* second = nullptr;
+    ASSERT_EQ(table.SetFilename(Text(scratch.Path("colours").c_str())) + table.GetHeaderSize(&size) +
+                  table.GetData(size + 3, 3, 4, &second),
+              3);
+    EXPECT_EQ(Bytes(second, 4), Bytes({0, 0, 0x40, 0xFF}));
+    table.DeleteData(second);
+}
+
+TEST(Streams, EachLineIsOneRecordWrittenAtOnce) {
+    const std::string value(5000, 'x'), key(400, 'k');
+    QObject object;
+    Set(object.m_cProperties, "Count", "3");
+    Set(object.m_cProperties, "Count", "4", "Camera");
+    Set(object.m_cProperties, "long", value);
+    Set(object.m_cProperties, "a\nb", "c\nd"); // written as it is: the format has no escape
+    MemoryWrite writer;
+    EXPECT_EQ(object.Write(&writer) + object.Serialize(&writer) + writer.Serialize(nullptr, 7) +
+                  writer.Serialize(Text("n"), static_cast<short>(-1)) +
+                  writer.Serialize(Text("n"), static_cast<unsigned short>(65535)) +
+                  writer.Serialize(Text("c"), static_cast<unsigned char>(0xC8)) +
+                  writer.Serialize(Text(key.c_str()), 1),
+              7);
+    EXPECT_EQ(writer.pieces, (Lines{"QObject", "\n", "m_b2PropertyCount=5\n", "QObjectType=QObject\n",
+                                    "Count=3\n", "Count=4\n", "long=" + value + "\n", "a\nb=c\nd\n", "=7\n",
+                                    "n=-1\n", "n=65535\n", "c=200\n", key + "=1\n"}));
+}
+
+TEST(Streams, TheWideFormsTakeTheLineOfANullValue) {
+    const auto read = [](auto value) {
+        MemoryRead reader("k=7\nk=8\n");
+        const int none = reader.Deserialize(static_cast<decltype(value)*>(nullptr));
+        return none * 100 + reader.Deserialize(&value) * 10 + static_cast<int>(value);
+    };
+    EXPECT_EQ(read(99) + read(99u), 18 + 18);
+    EXPECT_EQ(read(short{9}) + read(Byte2Type{9}) + read('c') + read(static_cast<unsigned char>(9)), 17 * 4);
+}
+
+TEST(Files, AWriterFlushesEveryPieceAndAdoptsHandles) {
+    const Scratch scratch;
+    const std::string path = scratch.Path("out"), other = scratch.Write("other", "what was there before");
+    SFileWrite writer(Text(path.c_str()), 0), second(Text(other.c_str()), 1), full(Text("/dev/full"), 0),
+        missing(Text(scratch.Path("no/such").c_str()), 0), none;
+    EXPECT_EQ(std::string(writer.m_achFileName, 256), path + std::string(256 - path.size(), '\0'));
+    char* const own = second.m_pFile;
+    second.SetFile(writer.m_pFile);
+    EXPECT_EQ(second.WriteData(Text("a\0\n"), 3) + second.WriteData(Text("b"), 0), 3u);
+    EXPECT_EQ(FileText(path) + FileText(other), std::string("a\0\n", 3));
+    second.SetFile(own); // leaves the other one open
+    EXPECT_EQ(writer.WriteData(Text("b"), 1) + second.WriteData(Text("c"), 1), 2u);
+    EXPECT_EQ(FileText(path) + FileText(other), std::string("a\0\nbc", 5));
     EXPECT_EQ(full.WriteData(Text("abc"), 3), 3u); // the library's own buffer took it
-    EXPECT_EQ(missing.m_pFile, nullptr);
     EXPECT_EQ(missing.WriteData(Text("abc"), 3) + none.WriteData(Text("abc"), 3), 0u);
 }
 
-TEST(Files, StandardStreamsStayOpenAndHandlesAreAdopted) {
-    const Scratch scratch;
+TEST(Files, StandardStreamsStayOpen) {
     EXPECT_EQ(Told([] {
-                  { SFileWrite(nullptr, 0).WriteData(Text("from the writer, "), 17); }
-                  return std::printf("and after it") > 0 && IsOpen(STDOUT_FILENO);
+                  { SFileWrite(nullptr, 0).WriteData(Text("before "), 7); }
+                  return std::printf("and after");
               }),
-              "1 from the writer, and after it");
-    {
-        const Input input("first\nsecond\nthird");
-        { EXPECT_STREQ(SFileRead(nullptr).ReadLine(), "first"); }
-        SFileRead reader(nullptr);
-        EXPECT_STREQ(reader.ReadLine(), "second");
-        EXPECT_EQ(reader.OpenFile(Text("/dev/null")), 1);
-        EXPECT_EQ(reader.SetFile(reinterpret_cast<char*>(stdin)), 1); // leaves /dev/null open
-        EXPECT_STREQ(reader.ReadLine(), "third");
-        EXPECT_TRUE(IsOpen(STDIN_FILENO));
-    }
-    char* const first = fwfopen(scratch.Path("first").data(), Text("w"));
-    char* const second = fwfopen(scratch.Path("second").data(), Text("w"));
-    const int descriptor = DescriptorOf(second);
-    {
-        SFileWrite writer;
-        writer.SetFile(first);
-        writer.SetFile(second);
-        EXPECT_EQ(writer.WriteData(Text("two"), 3), 3u);
-    }
-    EXPECT_FALSE(IsOpen(descriptor));
-    EXPECT_TRUE(fwfputs(Text("one"), first) >= 0 && fwfclose(first) == 0);
-    EXPECT_EQ(FileText(scratch.Path("first")) + FileText(scratch.Path("second")), "onetwo");
+              "9 before and after");
+    const Input input("first\nsecond\nthird");
+    { EXPECT_STREQ(SFileRead(nullptr).ReadLine(), "first"); }
+    SFileRead reader(nullptr);
+    EXPECT_STREQ(reader.ReadLine(), "second");
+    EXPECT_EQ(reader.OpenFile(Text("/dev/null")), 1);
+    char* const null = reader.m_pFile;
+    EXPECT_EQ(reader.SetFile(reinterpret_cast<char*>(stdin)), 1);
+    EXPECT_STREQ(reader.ReadLine(), "third");
+    EXPECT_EQ(fwfclose(null), 0);
 }
 
-TEST(Files, LinesComeAsTheyStand) {
+TEST(Files, AReaderGivesLinesAsTheyStandAndMovesFromFileToFile) {
     const Scratch scratch;
-    constexpr std::size_t Most = 262143; // characters in one piece
-    const std::string most(Most, 'x'), oneLess(Most - 1, 'y'), more(Most * 2 + 5, 'x');
-    const struct {
-        std::string text;
-        std::vector<std::string> lines;
-    } cases[] = {{"", {}},
-                 {"a\n\nb\r\n=last", {"a", "", "b\r", "=last"}},
-                 {std::string("a\0b\nc\n", 6), {"a", "c"}}, // a zero byte ends what can be seen of a line
-                 {oneLess + "\n" + "a\n", {oneLess, "a"}},
-                 {most + "\na\n", {most, "", "a"}},
-                 {more + "\n", {most, most, "xxxxx"}}};
-    for (const auto& c : cases) {
-        SFileRead reader(Text(scratch.Write("lines", c.text).c_str()));
-        EXPECT_EQ(reader.m_b4LineBufferSize, Most + 1);
-        std::vector<std::string> lines;
-        while (const char* const line = reader.ReadLine()) {
-            lines.emplace_back(line);
-            EXPECT_EQ(line, reader.m_pchLineBuffer);
-        }
-        EXPECT_TRUE(lines == c.lines) << c.text.substr(0, 20) << " of " << c.text.size();
-        EXPECT_TRUE(reader.ReadLine() == nullptr && reader.GetFileSize() == 0);
-    }
-}
-
-TEST(Files, AReaderMovesFromFileToFile) {
-    const Scratch scratch;
-    const std::string path = scratch.Write("a", "line\nabcdef"), missing = scratch.Path("missing");
-    std::string cut = scratch.Path("").append(300, 'n').substr(0, 255); // of names, before the file is opened
-    SFileWrite(Text((cut + "nn").c_str()), 1).Serialize(Text("n"), 7);
-    EXPECT_EQ(FileText(cut), "n=7\n");
+    const std::string most(262143, 'x'), less(262142, 'y'),
+        missing = scratch.Path("missing"), // in one piece
+        text = std::string("a\n\nb\r\n=\nc\0d\n", 12) + less + "\n" + most + "\n" + most + most + "end",
+        cut = scratch.Path("").append(300, 'n').substr(0, 255), longer = cut + "nn",
+        rest = scratch.Write("rest", "line\nabcdef");
+    SFileWrite(Text(longer.c_str()), 1).WriteData(Text(text.data()), static_cast<Byte4Type>(text.size()));
+    EXPECT_EQ(FileText(cut), text);
     SFileRead reader;
     char block[8] = "";
-    for (const char* next : {"", missing.c_str(), static_cast<const char*>(nullptr)}) {
+    for (const char* next : {missing.c_str(), static_cast<const char*>(nullptr)}) {
         EXPECT_TRUE(!reader.ReadLine() && reader.ReadBlock(block, 4) == 0);
-        EXPECT_EQ(reader.OpenFile(Text(path.c_str())), 1);
-        const int descriptor = DescriptorOf(reader.m_pFile);
+        EXPECT_EQ(reader.OpenFile(Text(longer.c_str())), 1);
+        EXPECT_EQ(reader.m_achFileName, cut);
+        Lines lines;
+        while (const char* const line = reader.ReadLine()) {
+            lines.emplace_back(line);
+        }
+        EXPECT_TRUE(lines == (Lines{"a", "", "b\r", "=", "c", less, most, "", most, most, "end"}));
+        EXPECT_EQ(reader.OpenFile(Text(rest.c_str())), 1);
         EXPECT_STREQ(reader.ReadLine(), "line");
         EXPECT_EQ(reader.ReadBlock(block, 4) + reader.ReadBlock(block + 4, 4), 6u);
         EXPECT_STREQ(block, "abcdef");
-        EXPECT_EQ(reader.OpenFile(Text((cut + "nn").c_str())), 1);
-        EXPECT_EQ(DescriptorOf(reader.m_pFile), descriptor); // the earlier file was closed first
-        EXPECT_EQ(reader.m_achFileName, cut);
-        EXPECT_EQ(reader.OpenFile(Text(next)), 0);
-        EXPECT_TRUE(!reader.m_pFile && !IsOpen(descriptor));
+        EXPECT_EQ(static_cast<int>(reader.GetFileSize()) + reader.OpenFile(Text(next)), 0);
     }
-    EXPECT_EQ(SFileRead(Text(missing.c_str())).m_pFile, nullptr);
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -87,19 +88,11 @@ public:
 
 class MemoryRead : public VESK::SRead {
 public:
-    explicit MemoryRead(const std::string& text) : rest(text) {}
-    char* ReadLine() override {
-        if (rest.empty()) {
-            return nullptr;
-        }
-        m_strLine = rest.substr(0, rest.find('\n'));
-        rest.erase(0, m_strLine.size() + 1);
-        return m_strLine.data();
-    }
-
-    std::string rest;
+    explicit MemoryRead(const std::string& text) : m_cText(text) {}
+    char* ReadLine() override { return std::getline(m_cText, m_strLine) ? m_strLine.data() : nullptr; }
 
 private:
+    std::istringstream m_cText;
     std::string m_strLine;
 };
 
