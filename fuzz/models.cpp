@@ -169,23 +169,30 @@ int WholeObjects(std::string text, int most) {
     }
 }
 
+constexpr unsigned long long Most = 1ULL << 63;
+
 Number::Number(const char* text) {
     text += std::strspn(text, " \t\n\v\f\r");
     negative = *text == '-';
     text += *text == '-' || *text == '+';
     for (; *text >= '0' && *text <= '9'; ++text) {
-        magnitude = std::min(magnitude * 10 + (*text - '0'), 1LL << 40);
+        const auto digit = static_cast<unsigned int>(*text - '0');
+        magnitude = magnitude > (Most - digit) / 10 ? Most : magnitude * 10 + digit;
     }
 }
 
 int Number::Signed() const {
-    const long long value = negative ? -magnitude : magnitude;
-    return static_cast<int>(std::clamp<long long>(value, INT32_MIN, INT32_MAX));
+    return static_cast<int>(std::clamp<long long>(Long(), INT32_MIN, INT32_MAX));
 }
 
 unsigned int Number::Unsigned() const {
-    const long long value = negative ? -magnitude : magnitude;
-    return magnitude > UINT32_MAX ? UINT32_MAX : static_cast<unsigned int>(value);
+    return magnitude > UINT32_MAX ? UINT32_MAX : static_cast<unsigned int>(Long());
+}
+
+long long Number::Long() const {
+    return negative           ? static_cast<long long>(0 - magnitude)
+           : magnitude < Most ? static_cast<long long>(magnitude)
+                              : INT64_MAX;
 }
 
 } // namespace fuzz

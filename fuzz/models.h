@@ -40,14 +40,15 @@ bool ExpectedList(const std::string& text, Entries& entries);
 // The whole objects that a stream begins with, up to the most, when every type is served.
 int WholeObjects(std::string text, int most);
 
-// A decimal number of any length, clamped to 32 bits.
+// A decimal number of any length, clamped to 32 bits or to 64.
 struct Number {
     explicit Number(const char* text);
     int Signed() const;
     unsigned int Unsigned() const;
+    long long Long() const;
 
     bool negative;
-    long long magnitude = 0; // 2^40 stands for all beyond
+    unsigned long long magnitude = 0; // 2^63 stands for all beyond
 };
 
 } // namespace fuzz

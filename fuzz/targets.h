@@ -14,6 +14,7 @@ void Config(Input& in);     // configuration files
 void Decompress(Input& in); // any bytes as compressed blocks
 void Lut(Input& in);        // colour lookup tables
 void Messages(Input& in);   // what is printed of texts from outside
+void Numbers(Input& in);    // numbers in lists and texts, back and forth
 void Objects(Input& in);    // object streams into a list
 void Pipe(Input& in);       // pipe files, with all they name
 void Properties(Input& in); // operations of lists and objects
@@ -26,8 +27,8 @@ struct Target {
 };
 constexpr Target Targets[] = {{"blocks", Blocks},         {"compress", Compress}, {"config", Config},
                               {"decompress", Decompress}, {"lut", Lut},           {"messages", Messages},
-                              {"objects", Objects},       {"pipe", Pipe},         {"properties", Properties},
-                              {"records", Records},       {"replay", Replay}};
+                              {"numbers", Numbers},       {"objects", Objects},   {"pipe", Pipe},
+                              {"properties", Properties}, {"records", Records},   {"replay", Replay}};
 
 inline const Target* FindTarget(const char* name) {
     for (const Target& target : Targets) {

@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Property lists: their order, limits and numbers, and how they are saved. What they hold after any operations, and what
-// is read from a configuration file, the fuzz targets and the language tests tell.
+// Property lists: their order and limits, and how they are saved. What they hold after any operations, which numbers they
+// give and what is read from a configuration file, the fuzz targets and the language tests tell.
 #include "support/support.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <climits>
-#include <cstdio>
 #include <gtest/gtest.h>
 
 using namespace VESK;
@@ -65,87 +62,16 @@ TEST(Properties, NullsAndMissingEntriesLeaveEverythingAsItWas) {
                   list.GetProperty(Key::Name, nullptr, 8, nullptr, Standard) +
                   list.GetProperty(Key::Name, buffer, 0, nullptr, Standard),
               4);
+    void* pointer = &list; // left alone, since the value is none
+    EXPECT_EQ(list.GetProperty(Key::Name, &pointer, nullptr, Standard), 1);
     EXPECT_EQ(buffer + std::to_string(number) + Entries(list), "?77Standard.Name=");
     EXPECT_EQ(list.GetProperty(Key::Debug, buffer, 8, nullptr, Standard), 0);
-    EXPECT_STREQ(buffer, "");
+    EXPECT_TRUE(buffer[0] == '\0' && pointer == &list);
     for (const std::size_t length : {65534u, 65535u, 70000u}) {
         Set(list, "Name", std::string(length, 'x'));
         EXPECT_EQ(list.GetPropertyLength(Key::Name, &number, Standard), 1);
         EXPECT_EQ(number, std::min<std::size_t>(length, 65535));
     }
-}
-
-template <class Value>
-Value Got(PROPERTIES& list, Value missing) {
-    Value value = 99;
-    EXPECT_EQ(list.GetProperty(Text("none"), &value, missing, Standard), 0);
-    EXPECT_EQ(value, missing);
-    EXPECT_EQ(list.GetProperty(Text("n"), &value, missing, Standard), 1);
-    return value;
-}
-
-TEST(Numbers, EveryFormReadsEveryTextAlikeInBothWidths) {
-    const char* const texts[] = {" \t\r+12abc",
-                                 "-",
-                                 "-1",
-                                 "2147483648",
-                                 "-2147483649",
-                                 "4294967295",
-                                 "4294967296",
-                                 "-4294967295",
-                                 "-4294967296",
-                                 "99999999999999999999999",
-                                 "-99999999999999999999999"};
-    for (const char* const text : texts) {
-        const long long longNumber = std::strtoll(text, nullptr, 10);
-        const int number = static_cast<int>(std::clamp<long long>(longNumber, INT_MIN, INT_MAX));
-        SCOPED_TRACE(text);
-        const bool fits = longNumber >= -4294967295 && longNumber <= 4294967295;
-        errno = EINTR; // stays when the number was in range
-        EXPECT_EQ(fwstrtoul(text, nullptr, 10), fits ? static_cast<unsigned int>(longNumber) : UINT_MAX);
-        EXPECT_EQ(errno, fits ? EINTR : ERANGE);
-        EXPECT_TRUE(fwatoi(Text(text)) == number && fwatol(Text(text)) == number);
-        PROPERTIES list;
-        Set(list, "n", text);
-        EXPECT_EQ(Got(list, 5), number);
-        EXPECT_EQ(Got(list, 5u), static_cast<unsigned int>(number));
-        EXPECT_EQ(Got(list, Byte2Type{5}), static_cast<Byte2Type>(number));
-        EXPECT_EQ(Got(list, 5ll), longNumber);
-        EXPECT_EQ(Got(list, 5ull), static_cast<unsigned long long>(longNumber));
-    }
-    char* end = nullptr;
-    EXPECT_EQ(fwstrtoul("ffz", &end, 16), 255u);
-    EXPECT_STREQ(end, "z");
-}
-
-TEST(Properties, NumbersStandAsDecimalTextAndPointersComeBack) {
-    PROPERTIES list;
-    list.SetProperty(Text("i"), INT_MIN, Standard);
-    list.SetProperty(Text("u"), 4294967295u, Standard);
-    list.SetProperty(Text("b"), Byte2Type{65535}, Standard);
-    list.SetProperty(Text("m"), LLONG_MIN, Standard);
-    EXPECT_EQ(Entries(list),
-              "Standard.i=-2147483648 Standard.u=-1 Standard.b=65535 Standard.m=-9223372036854775808");
-    for (long long power = 1; power <= 100000000000000000; power *= 10) {
-        for (const long long number : {power - 1, power, -power, power + power / 100, 1 - power}) {
-            list.SetProperty(Text("m"), number, Standard);
-            list.SetProperty(Text("i"), static_cast<int>(number), Standard);
-            EXPECT_EQ(list.m_pachValues[3] + (" " + std::string(list.m_pachValues[0])),
-                      std::to_string(number) + " " + std::to_string(static_cast<int>(number)));
-        }
-    }
-    void* read = &read;
-    for (void* const pointer : {static_cast<void*>(&list), static_cast<void*>(nullptr)}) {
-        list.SetProperty(Text("i"), pointer, Standard);
-        EXPECT_EQ(list.GetProperty(Text("i"), &read, &read, Standard), 1);
-        EXPECT_EQ(read, pointer);
-    }
-    EXPECT_STREQ(list.m_pachValues[0], "(nil)");
-    Set(list, "i", "nowhere");
-    EXPECT_EQ(list.GetProperty(Text("i"), &read, &list, Standard), 1);
-    EXPECT_EQ(read, nullptr); // left alone
-    EXPECT_EQ(list.GetProperty(Text("q"), &read, &list, Standard), 0);
-    EXPECT_EQ(read, &list);
 }
 
 // The list is filled by hand with one text lent to every slot: appending that many would take a walk each.
