@@ -124,7 +124,6 @@ TEST(Files, AWriterFlushesEveryPieceAndAdoptsHandles) {
     const std::string path = scratch.Path("out"), other = scratch.Write("other", "what was there before");
     SFileWrite writer(Text(path.c_str()), 0), second(Text(other.c_str()), 1), full(Text("/dev/full"), 0),
         missing(Text(scratch.Path("no/such").c_str()), 0), none;
-    EXPECT_EQ(std::string(writer.m_achFileName, 256), path + std::string(256 - path.size(), '\0'));
     char* const own = second.m_pFile;
     second.SetFile(writer.m_pFile);
     EXPECT_EQ(second.WriteData(Text("a\0\n"), 3) + second.WriteData(Text("b"), 0), 3u);
@@ -163,17 +162,22 @@ TEST(Files, AReaderGivesLinesAsTheyStandAndMovesFromFileToFile) {
     SFileWrite(Text(longer.c_str()), 1).WriteData(Text(text.data()), static_cast<Byte4Type>(text.size()));
     EXPECT_EQ(FileText(cut), text);
     SFileRead reader;
+    const auto descriptor = [&] { return fileno(reinterpret_cast<std::FILE*>(reader.m_pFile)); };
+    int first = -1;
     char block[8] = "";
     for (const char* next : {missing.c_str(), static_cast<const char*>(nullptr)}) {
         EXPECT_TRUE(!reader.ReadLine() && reader.ReadBlock(block, 4) == 0);
         EXPECT_EQ(reader.OpenFile(Text(longer.c_str())), 1);
         EXPECT_EQ(reader.m_achFileName, cut);
+        first = first < 0 ? descriptor() : first;
         Lines lines;
         while (const char* const line = reader.ReadLine()) {
             lines.emplace_back(line);
         }
         EXPECT_TRUE(lines == (Lines{"a", "", "b\r", "=", "c", less, most, "", most, most, "end"}));
         EXPECT_EQ(reader.OpenFile(Text(rest.c_str())), 1);
+        EXPECT_EQ(std::string(reader.m_achFileName, 256), rest + std::string(256 - rest.size(), '\0'));
+        EXPECT_EQ(descriptor(), first); // each earlier file was closed
         EXPECT_STREQ(reader.ReadLine(), "line");
         EXPECT_EQ(reader.ReadBlock(block, 4) + reader.ReadBlock(block + 4, 4), 6u);
         EXPECT_STREQ(block, "abcdef");

@@ -39,8 +39,17 @@ void Read(VESK::PROPERTIES& list, const char* text) {
     Got<unsigned long long>(list, number.Long());
 }
 
+// Leaves no zeros where the next call's variables lie.
+[[gnu::noinline]] void SoilStack() {
+    volatile char soil[1024];
+    for (volatile char& c : soil) {
+        c = '#';
+    }
+}
+
 template <class Value>
 void Stored(VESK::PROPERTIES& list, Value value, const std::string& expected) {
+    SoilStack();
     CLAIM(list.SetProperty(Key, value, Section) == 1);
     CLAIM(list.m_b2PropertyCount == 1 && list.m_pachValues[0] == expected);
 }
