@@ -3,31 +3,27 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 
 void* apHeld[4096];
-int iHeld = 0;
 
 template <class Pointer>
 Pointer Hold(Pointer pTaken) {
     if (pTaken && now.watched) {
-        apHeld[iHeld++] = pTaken;
+        apHeld[held++] = pTaken;
     }
     return pTaken;
 }
 
 void Drop(void* pGiven) {
-    void** const pp = std::find(apHeld, apHeld + iHeld, pGiven);
-    if (pp != apHeld + iHeld) {
-        *pp = apHeld[--iHeld];
+    void** const pp = std::find(apHeld, apHeld + held, pGiven);
+    if (pp != apHeld + held) {
+        *pp = apHeld[--held];
     }
 }
 
@@ -52,34 +48,31 @@ bool Fails(const char* pchCall, std::FILE* pFile) {
     return bFails;
 }
 
-// A call that writes, perhaps the last of the process.
-class Writing {
-public:
-    Writing() : m_bLast(now.untilDeath > 0 && --now.untilDeath == 0) { Die(m_bLast && now.moment == 0); }
-    ~Writing() { Die(m_bLast); }
-    Writing(const Writing&) = delete;
-    Writing& operator=(const Writing&) = delete;
+// How many of so many bytes a call writes: what the disk takes, of which the last call of the process leaves none,
+// half or all.
+std::size_t Part(std::size_t u) {
+    errno = u > now.room ? ENOSPC : errno;
+    u = std::min(u, now.room);
+    now.room -= u;
+    return now.untilDeath == 1 ? u * now.moment / 2 : u;
+}
 
-    bool Last() const { return m_bLast; }
-    std::size_t Part(std::size_t u) const { // of so many bytes is written
-        if (now.room >= 0 && u > static_cast<std::size_t>(now.room)) {
-            u = static_cast<std::size_t>(now.room);
-            errno = ENOSPC;
-        }
-        now.room -= now.room < 0 ? 0 : static_cast<long>(u);
-        return m_bLast && now.moment == 1 ? u / 2 : u;
+// Ends the process without any more of its code, as a kill does, if this call is its last.
+void DieHere(bool bHere) {
+    if (bHere && now.untilDeath == 1) {
+        _exit(1 + now.stored);
     }
+}
 
-private:
-    static void Die(bool bNow) { bNow ? static_cast<void>(raise(SIGKILL)) : static_cast<void>(0); }
-    const bool m_bLast;
-};
+// Behind each writing call.
+template <class Answer>
+Answer Lives(Answer Real) {
+    DieHere(true);
+    now.untilDeath -= now.untilDeath > 0;
+    return Real;
+}
 
 } // namespace
-
-int Held() {
-    return iHeld;
-}
 
 #define WRAP(result, name, parameters, arguments, error, failure, keep)                                      \
     extern "C" result __real_##name parameters;                                                              \
@@ -114,59 +107,43 @@ WRAP_GIVING(void, _ZdlPv, (void* p), (p))
 // operator delete and new(nothrow), whose symbols have the width in their names.
 #if __SIZEOF_POINTER__ == 8
 WRAP_GIVING(void, _ZdlPvm, (void* p, std::size_t u), (p, u))
-#define NOTHROW_NEW "_ZnwmRKSt9nothrow_t"
+WRAP(void*, _ZnwmRKSt9nothrow_t, (std::size_t u, const void* t), (u, t), ENOMEM, nullptr, Hold)
 #else
 WRAP_GIVING(void, _ZdlPvj, (void* p, std::size_t u), (p, u))
-#define NOTHROW_NEW "_ZnwjRKSt9nothrow_t"
+WRAP(void*, _ZnwjRKSt9nothrow_t, (std::size_t u, const void* t), (u, t), ENOMEM, nullptr, Hold)
 #endif
-void* RealNew(std::size_t u, const std::nothrow_t& cTag) noexcept asm("__real_" NOTHROW_NEW);
-void* WrapNew(std::size_t u, const std::nothrow_t& cTag) noexcept asm("__wrap_" NOTHROW_NEW);
-void* WrapNew(std::size_t u, const std::nothrow_t& cTag) noexcept {
-    return Fails("new", ENOMEM) ? nullptr : Hold(RealNew(u, cTag));
-}
 
 extern "C" {
 
-// While room on the disk is short, what it takes is written at the end, which costs one call of the system's.
 ssize_t __real_write(int i, const void* p, std::size_t u);
 ssize_t __wrap_write(int i, const void* p, std::size_t u) {
-    static char achBehind[1 << 16];
-    static std::size_t uBehind = 0;
-    const Writing cCall;
-    const std::size_t uPart = p && Fails("write", EIO) ? 0 : cCall.Part(u);
-    if (p && now.room >= 0 && uPart == u && uBehind + u <= sizeof achBehind) {
-        std::memcpy(achBehind + std::exchange(uBehind, uBehind + u), p, u);
-        return static_cast<ssize_t>(u);
-    }
-    __real_write(i, achBehind, std::exchange(uBehind, 0));
-    return uPart == 0 && u > 0 ? -1 : __real_write(i, p, uPart);
+    const std::size_t uPart = Fails("write", EIO) ? 0 : Part(u);
+    return Lives(uPart == 0 && u > 0 ? -1 : __real_write(i, p, uPart));
 }
 
-// With little room on the disk, what is in the buffer counts as written.
 int __real_fflush(std::FILE* f);
 int __wrap_fflush(std::FILE* f) {
-    const Writing cCall;
-    return Fails("fflush", f) || std::ferror(f) ? EOF : now.room < 0 ? __real_fflush(f) : 0;
+    DieHere(now.moment == 0);
+    return Lives(Fails("fflush", f) || std::ferror(f) ? EOF : __real_fflush(f));
 }
 
 std::size_t __real_fwrite(const void* p, std::size_t u, std::size_t v, std::FILE* f);
 std::size_t __wrap_fwrite(const void* p, std::size_t u, std::size_t v, std::FILE* f) {
-    const Writing cCall;
-    const std::size_t uPart = Fails("fwrite", f) ? 0 : __real_fwrite(p, 1, cCall.Part(u * v), f);
+    DieHere(now.moment == 0);
+    const std::size_t uPart = Fails("fwrite", f) ? 0 : __real_fwrite(p, 1, Part(u * v), f);
     f->_flags |= uPart < u * v ? _IO_ERR_SEEN : 0;
-    return cCall.Last() ? static_cast<std::size_t>(__real_fflush(f)) : uPart / u;
+    now.untilDeath == 1 ? __real_fflush(f) : 0;
+    return Lives(uPart / u);
 }
 int __wrap_fputs(const char* p, std::FILE* f) {
-    const std::size_t u = std::strlen(p);
-    return __wrap_fwrite(p, 1, u, f) == u ? 0 : EOF;
+    return __wrap_fwrite(p, 1, std::strlen(p), f) == std::strlen(p) ? 0 : EOF;
 }
 
 // One that fails has lost all.
 int __real_fclose(std::FILE* f);
 int __wrap_fclose(std::FILE* f) {
-    const Writing cCall;
+    DieHere(now.moment == 0);
     const bool bFails = Fails("fclose", EIO);
-    now.room < 0 ? 0 : __wrap_write(fileno(f), nullptr, 0);
     if (bFails) {
         __real_fflush(f);
         __real_ftruncate64(fileno(f), 0);
@@ -174,7 +151,7 @@ int __wrap_fclose(std::FILE* f) {
     Drop(f);
     const int iClosed = __real_fclose(f);
     errno = bFails ? EDQUOT : errno;
-    return bFails ? EOF : iClosed;
+    return Lives(bFails ? EOF : iClosed);
 }
 
 ssize_t __real___getdelim(char** pp, std::size_t* pu, int i, std::FILE* f);
