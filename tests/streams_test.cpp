@@ -2,7 +2,6 @@
 // Streams, what is written to them line by line, their files, and the examples of docs/formats.md, which are what the
 // library writes and reads. What any lines are read as, the fuzz targets and the language tests tell.
 #include "support/capture.h"
-#include "support/fenced.h"
 #include "support/support.h"
 
 #include <climits>
