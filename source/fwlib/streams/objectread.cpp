@@ -69,8 +69,10 @@ char* ObjectFileRead::ReadLine() {
 }
 
 void ObjectFileRead::BeginObject() {
-    m_ullObject = m_ullRead;
     m_cLines.Restart();
+    if (m_cLines.Now() != ObjectLines::Broken) { // else the broken one is what the report tells of
+        m_ullObject = m_ullRead;
+    }
 }
 
 void ObjectFileRead::LoseProperty() {
