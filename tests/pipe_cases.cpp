@@ -2,6 +2,7 @@
 // Runs the language tests of pipes/*.test, each in a process and a folder of its own. A file holds cases of sections:
 //
 //   --- case NAME          begins a case
+//   --- also NAME          begins one with the sections of the last "case", except for those that it has itself
 //   --- pipe               the pipe file, main.pipe; "--- file NAME" is another one beside it
 //   --- config FILE        builds with this configuration file; "--- noconfig FILE" in that form, switched off
 //   --- stdin              the standard input
@@ -9,8 +10,8 @@
 //   --- printed            in the place of stdout: what is printed once the pipeline is built
 //   --- built              the framework's settings and what the pipeline holds afterwards, unless missing
 //   --- left NAME          what stands in this file when the pipeline is gone
-//   --- answers 1 1 0      of building, initializing, and each run; a step that is not listed is not made. "error" behind
-//                          them: the framework has seen one
+//   --- answers 1 1 0      of building, initializing, and each run; a step that is not listed is not made. "again=1" is
+//                          of initializing once more. "error" behind them: the framework has seen one
 //
 // "(N times) TEXT" stands for N lines, "(these K lines N times)" repeats the K lines before it, and <n> is then the
 // number from 0 on. <N*TEXT> stands for N texts in a row, <cr>, <tab> and <zero> for these characters, <end> for the
@@ -43,10 +44,11 @@ bool Begins(const std::string& text, const std::string& with) {
 std::string Repeated(int count, const std::string& text) {
     std::string all;
     for (int n = 0; n < count; ++n) {
-        all += text;
-        for (std::size_t at; (at = all.rfind("<n>")) != std::string::npos;) {
-            all.replace(at, 3, std::to_string(n));
+        std::string one = text;
+        for (std::size_t at; (at = one.find("<n>")) != std::string::npos;) {
+            one.replace(at, 3, std::to_string(n));
         }
+        all += one;
     }
     return all;
 }
@@ -87,13 +89,17 @@ std::vector<Sections> LoadCases() {
     for (const auto& entry : std::filesystem::directory_iterator(FWLIB_TEST_CASES)) {
         std::ifstream file(entry.path());
         std::string line, *section = nullptr;
+        std::size_t shared = 0; // the position of the last "case"
         while (std::getline(file, line)) {
-            if (Begins(line, "--- case ")) {
-                cases.emplace_back()["case"] = entry.path().stem().string() + "_" + line.substr(9);
+            if (Begins(line, "--- case ") || Begins(line, "--- also ")) {
+                shared = Begins(line, "--- also ") ? shared : cases.size();
+                cases.push_back(shared < cases.size() ? cases[shared] : Sections());
+                cases.back()["case"] = entry.path().stem().string() + "_" + line.substr(9);
             } else if (Begins(line, "--- answers ")) {
                 cases.back()["answers"] = line.substr(12);
             } else if (Begins(line, "--- ")) {
                 section = &cases.back()[line.substr(4)];
+                section->clear();
             } else if (section) {
                 Expand(line, *section);
             }
@@ -143,8 +149,9 @@ void RunCase(const Sections& sections, const std::string& folder) {
         std::istringstream steps(sections.at("answers"));
         std::string step;
         for (int made = 0; steps >> step && step != "error"; ++made) {
-            answer = made == 0 ? answer : made == 1 ? pipe.Initialize() : pipe.Run();
-            answers += (made ? " " : "") + std::to_string(answer);
+            const std::string again = Begins(step, "again=") ? "again=" : "";
+            answer = made == 0 ? answer : made == 1 || !again.empty() ? pipe.Initialize() : pipe.Run();
+            answers += (made ? " " : "") + again + std::to_string(answer);
         }
     }
     std::ofstream("answers") << answers << (framework.m_bError ? " error" : "");

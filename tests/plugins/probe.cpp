@@ -3,9 +3,10 @@
 //
 // EFeed: each Run sends one object through its first pad and answers what that answered.
 //   source pads   1
-//   properties    those of its section "Object" are the object's, in section "Standard"
+//   properties    those of its section "Object" are the object's, in section "Standard"; a "^" in them stands for "="
+//                 and a "~" for a newline, which a configuration file cannot give
 //                 "Kind": Null sends no object, Empty one without a type, End a QEOF, Refuse one that answers 0 to
-//                 Serialize; a plain one when absent
+//                 Serialize once it is written; a plain one when absent
 // EProbe: prints "NAME(INDEX): PROPERTIES" of each object.
 //   sink pads     "TotalSinkPads", 1 when absent; their indexes are 10, 11 and so on
 //   source pads   "TotalSourcePads", none when absent; gets each object on all of them
@@ -15,6 +16,7 @@
 // Both print "NAME is gone" when they are destroyed with the property "Farewell".
 #include "support/support.h"
 
+#include <algorithm>
 #include <cstdio>
 
 using namespace VESK;
@@ -46,8 +48,14 @@ protected:
     }
 };
 
+std::string Given(std::string text) {
+    std::replace(text.begin(), text.end(), '^', '=');
+    std::replace(text.begin(), text.end(), '~', '\n');
+    return text;
+}
+
 struct Refuser : QObject {
-    int Serialize(SWrite*) override { return 0; }
+    int Serialize(SWrite* pWriter) override { return QObject::Serialize(pWriter), 0; }
 };
 
 class EFeed final : public ETested {
@@ -67,7 +75,7 @@ public:
         char key[4096], value[4096];
         for (Byte2Type b2 = 0; b2 < m_cProperties.GetNumberOfProperties(); ++b2) {
             if (m_cProperties.GetKeyValuePair(b2, Text("Object"), key, value)) {
-                Set(object.m_cProperties, key, value);
+                Set(object.m_cProperties, Given(key).c_str(), Given(value));
             }
         }
         return GetSourcePad(0)->Push(kind == "Null" ? nullptr : &object);
