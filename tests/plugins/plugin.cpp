@@ -1,45 +1,113 @@
 // SPDX-License-Identifier: MIT
-// A plugin that serves "ESink", as the library does too, and "Extra" objects, and throws for "Thrown". It leaves the
-// number of times that its factory was initialized in the framework's property "GoodInitialized".
-// ENTRY: 1 hands the factory out, 2 answers null, 3 throws what only the plugin knows, and 0 is no plugin.
+// The plugin good.so, of two factories that are asked one after the other. The first makes "ESink", as the library
+// does too, and throws for "Thrown"; the second makes "ESink" too, "EWitness", "QGood" and "Extra". An "ESink" tells
+// its maker. Each counts in the framework's property of its name how often it was initialized; all throws then when
+// the framework has the property "Throw".
+// ENTRY: 1 hands the factories out, 2 answers null, 3 throws what only the plugin knows, and 0 is no plugin. The last
+// three report when they are closed.
 #include "fwlib/fwlib.h"
+
+#include <cstdio>
+#include <string>
+
+using namespace VESK;
 
 namespace {
 
-class GoodSink : public VESK::ESink {};
-
-class GoodFactory : public VESK::LibraryFactory {
+// Prints "NAME.OPERATION(NUMBER)" of each call, and answers the property that has the operation's name, 1 when absent,
+// or for a number other than 0 its only pad.
+class EWitness final : public EObject {
 public:
-    VESK::EObject* CreateElement(char* pchType) override {
-        return VESK::fwstrcmp(pchType, "ESink") == 0 ? new GoodSink : nullptr;
+    EWitness() : m_cSink(this, 0), m_cSource(this) {}
+    ~EWitness() override { Answer("Destroy"); }
+    int Initialize() override { return Answer("Initialize"); }
+    int DataArrived(QObject*, Byte2Type) override { return 0; }
+    int Run() override { return Answer("Run"); }
+    Byte2Type GetSinkPadCount() override { return Answer("GetSinkPadCount"); }
+    Byte2Type GetSourcePadCount() override { return Answer("GetSourcePadCount"); }
+    SINKPAD* GetSinkPad(Byte2Type b2) override { return Answer("GetSinkPad", b2) ? &m_cSink : nullptr; }
+    SOURCEPAD* GetSourcePad(Byte2Type b2) override {
+        return Answer("GetSourcePad", b2) ? &m_cSource : nullptr;
     }
-    void* CreateObject(char* pchType) override {
-        if (VESK::fwstrcmp(pchType, "Thrown") == 0) {
+
+private:
+    Byte2Type Answer(const char* pchOperation, int iNumber = 0) {
+        char achName[16];
+        Byte2Type b2Answer;
+        m_cProperties.GetProperty(Key::Name, achName, sizeof achName, Text("?"), Section::Standard);
+        m_cProperties.GetProperty(Text(pchOperation), &b2Answer, 1, Section::Standard);
+        std::printf("%s.%s(%d)\n", achName, pchOperation, iNumber);
+        return b2Answer;
+    }
+    SINKPAD m_cSink;
+    SOURCEPAD m_cSource;
+};
+
+class GoodFactory : public LibraryFactory {
+public:
+    explicit GoodFactory(const char* pchName) : m_pchName(Text(pchName)) {}
+    EObject* CreateElement(char* pchType) override {
+        const std::string type = pchType;
+        if (type == "ESink") {
+            auto* const pSink = new ESink;
+            pSink->m_cProperties.SetProperty(Text("Maker"), m_pchName, Section::Standard);
+            return pSink;
+        }
+        return Makes(type, "EWitness") ? new EWitness : nullptr;
+    }
+    QObject* CreateQObject(char* pchType) override { return Makes(pchType, "QGood") ? new QObject : nullptr; }
+    void* CreateObject(char* pchType) override { return Makes(pchType, "Extra") ? this : nullptr; }
+    int Initialize(FRAMEWORK* pFramework) override {
+        return pFramework->SetProperty(m_pchName, ++m_iInitialized, Section::Standard);
+    }
+
+private:
+    bool Makes(const std::string& type, const char* pchServed) const {
+        const bool bFirst = m_pchName[0] == 'f';
+        if (bFirst && type == "Thrown") {
             throw *this;
         }
-        return VESK::fwstrcmp(pchType, "Extra") == 0 ? &m_iInitialized : nullptr;
+        return !bFirst && type == pchServed;
     }
-    int Initialize(VESK::FRAMEWORK* pFramework) override {
-        ++m_iInitialized;
-        pFramework->SetProperty(VESK::Text("GoodInitialized"), m_iInitialized, VESK::Section::Standard);
-        return 0; // not examined: the plugin counts as loaded
-    }
+    char* m_pchName;
     int m_iInitialized = 0;
 };
 
-GoodFactory cFactory;
+class GoodFactories : public PluginFactory {
+public:
+    GoodFactories() : PluginFactory(m_apFactories) {}
+    int Initialize(FRAMEWORK* pFramework) override {
+        int iThrow;
+        if (pFramework->GetProperty(Text("Throw"), &iThrow, 0, Section::Standard)) {
+            throw m_cFirst;
+        }
+        return PluginFactory::Initialize(pFramework) - 1; // not examined: the plugin counts as loaded
+    }
+
+private:
+    GoodFactory m_cFirst{"first"}, m_cSecond{"second"};
+    Factory* m_apFactories[3] = {&m_cFirst, &m_cSecond, nullptr};
+};
+
+GoodFactories cFactories;
+
+#if ENTRY != 1
+struct Closing {
+    ~Closing() { std::fprintf(stderr, "The plugin is closed.\n"); }
+} cClosing;
+#endif
 
 } // namespace
 
 #if ENTRY == 0
-extern "C" FWLIB_EXPORT VESK::Factory* NotTheEntry() {
-    return &cFactory;
+extern "C" FWLIB_EXPORT Factory* NotTheEntry() {
+    return &cFactories;
 }
 #else
-VESK::Factory* GetFactory() {
+Factory* GetFactory() {
     if (ENTRY == 3) {
-        throw cFactory;
+        throw cFactories;
     }
-    return ENTRY == 1 ? &cFactory : nullptr;
+    return ENTRY == 1 ? &cFactories : nullptr;
 }
 #endif
