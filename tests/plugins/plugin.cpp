@@ -18,16 +18,17 @@ namespace {
 // or for a number other than 0 its only pad.
 class EWitness final : public EObject {
 public:
-    EWitness() : m_cSink(this, 0), m_cSource(this) {}
+    EWitness() {
+        AddSinkPad(new SINKPAD(this, 0));
+        AddSourcePad(new SOURCEPAD(this));
+    }
     ~EWitness() override { Answer("Destroy"); }
     int Initialize() override { return Answer("Initialize"); }
     int DataArrived(QObject*, Byte2Type) override { return 0; }
     int Run() override { return Answer("Run"); }
-    Byte2Type GetSinkPadCount() override { return Answer("GetSinkPadCount"); }
-    Byte2Type GetSourcePadCount() override { return Answer("GetSourcePadCount"); }
-    SINKPAD* GetSinkPad(Byte2Type b2) override { return Answer("GetSinkPad", b2) ? &m_cSink : nullptr; }
+    SINKPAD* GetSinkPad(Byte2Type b2) override { return Answer("GetSinkPad", b2) ? *m_ppSinkPads : nullptr; }
     SOURCEPAD* GetSourcePad(Byte2Type b2) override {
-        return Answer("GetSourcePad", b2) ? &m_cSource : nullptr;
+        return Answer("GetSourcePad", b2) ? *m_ppSourcePads : nullptr;
     }
 
 private:
@@ -39,8 +40,6 @@ private:
         std::printf("%s.%s(%d)\n", achName, pchOperation, iNumber);
         return b2Answer;
     }
-    SINKPAD m_cSink;
-    SOURCEPAD m_cSource;
 };
 
 class GoodFactory : public LibraryFactory {
