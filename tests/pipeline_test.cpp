@@ -12,7 +12,6 @@ using namespace VESK;
 namespace {
 
 const std::string NoSink = "0 ! EPipeline::Run(): Error: No sink element.\n";
-const std::string NoElement = "0 ! EPipeline::Initialize(): No sink or source element\n";
 
 TEST(Pipeline, PadsFollowThePropertyAndRunFollowsInitialize) {
     EPipeline pipe;
@@ -37,7 +36,7 @@ TEST(Pipeline, PadsFollowThePropertyAndRunFollowsInitialize) {
     pipe.Connect(Text("a"), 0, Text("b"), 0);
     for (const auto& [source, sink] : {std::pair(2, 1), std::pair(0, 2)}) { // elements that it does not have
         *pipe.m_ppConnections[0] = {static_cast<Byte2Type>(source), 0, static_cast<Byte2Type>(sink), 0};
-        EXPECT_EQ(told(&EPipeline::Initialize), NoElement);
+        EXPECT_EQ(told(&EPipeline::Initialize), "0 ! EPipeline::Initialize(): No sink or source element\n");
     }
 }
 
@@ -68,13 +67,13 @@ TEST(Pipeline, NamesFindTheFirstElementByTheirFirst255Characters) {
 
 TEST(Pipeline, ElementsAndConnectionsBeyondTheLimitsAreRefused) {
     EPipeline pipe;
-    int added = 0, connected = 0;
+    int added = 0;
     for (int i = 1; i < 65536; ++i) {
         added += pipe.AddElement(new Probe(i == 1 ? "first" : i == 65535 ? "last" : "other"));
     }
     Probe extra;
     EXPECT_EQ(added - pipe.AddElement(&extra), 65535);
-    connected = pipe.Connect(Text("last"), 0, Text("first"), 0);
+    int connected = pipe.Connect(Text("last"), 0, Text("first"), 0);
     EXPECT_EQ(pipe.m_ppConnections[0]->b2SourceElement, 65534);
     for (int i = 1; i < 65536; ++i) {
         connected += pipe.Connect(Text("first"), static_cast<Byte2Type>(i), Text("first"), 0);
@@ -94,7 +93,7 @@ std::string Line(EPipeline& pipe, const std::vector<const char*>& words, Form...
     return Told([&] { return pipe.ProcessTokens(tokens.data(), form...); });
 }
 
-TEST(PipeLines, WithoutAFrameworkATokenOrAPathTheyFail) {
+TEST(PipeLines, WhatIsMissingOrHasNoRoomIsTold) {
     EPipeline pipe;
     FRAMEWORK framework;
     const std::string refused = "0 ! Framework has not been set on EPipeline.\n";
@@ -107,6 +106,14 @@ TEST(PipeLines, WithoutAFrameworkATokenOrAPathTheyFail) {
     pipe.m_pFramework = &framework;
     EXPECT_EQ(Told([&] { return pipe.BuildPipe(nullptr); }),
               "0 Processing pipe file: (null)\nUnable to open pipefile (null)\n");
+    char lent[8] = "lent";
+    std::vector<char*> full(65520, lent); // makes the framework's list as long as it may be
+    framework.m_pachSections = framework.m_pachKeys = framework.m_pachValues = full.data();
+    framework.m_b2PropertyCapacity = framework.m_b2PropertyCount = 65520;
+    EXPECT_EQ(Line(pipe, {"fwprop", "a", "b"}), "1 Setting framework property a to b\n! ERROR: EPipeline - "
+                                                "[No Element Name]: Unable to set property a\n");
+    framework.m_pachSections = framework.m_pachKeys = framework.m_pachValues = nullptr;
+    framework.m_b2PropertyCount = 0;
 }
 
 TEST(PipeLines, EachFormHasItsCurrentElementUntilItDies) {
@@ -131,20 +138,19 @@ TEST(PipeLines, EachFormHasItsCurrentElementUntilItDies) {
     EXPECT_EQ(configured(pipe), "1 ");
     delete pipe.m_ppElements[--pipe.m_iElementCount]; // the host takes it out
     EXPECT_EQ(plain(pipe) + Line(pipe, {"config", "no", "S"}), "1 1 ");
-    const Scratch scratch;
-    const std::string path = scratch.Write("empty.pipe", "");
-    const std::string unknown = "FRAMEWORK::CreateElement: Could not instantiate: ENone\n";
     const struct {
         int count; // of the elements that it believes to have
         std::vector<const char*> line;
         std::string told;
-    } losses[] = {
-        {1, {"element", "ENone"}, "0 Instantiating ENone\n! " + unknown + "Creation of element failed.\n"},
-        {65535, {"element", "ESink"}, "0 Instantiating ESink\n! Unable to add element.\n"},
-        {65535,
-         {"pipe", path.c_str()},
-         "1 Processing pipe file: " + path + "\n! ERROR: EPipeline - [No Element Name]: Unable to add pipe " +
-             path + "\n"}};
+    } losses[] = {{1,
+                   {"element", "ENone"},
+                   "0 Instantiating ENone\n! FRAMEWORK::CreateElement: Could not instantiate: "
+                   "ENone\nCreation of element failed.\n"},
+                  {65535, {"element", "ESink"}, "0 Instantiating ESink\n! Unable to add element.\n"},
+                  {65535,
+                   {"pipe", "/dev/null"},
+                   "1 Processing pipe file: /dev/null\n! ERROR: EPipeline - [No Element Name]: Unable to add "
+                   "pipe /dev/null\n"}};
     for (const auto& [count, line, told] : losses) {
         Line(pipe, {"element", "ETee"});
         const int before = std::exchange(pipe.m_iElementCount, count);

@@ -11,6 +11,8 @@ using namespace VESK;
 
 namespace {
 
+using Bytes = std::basic_string<unsigned char>;
+
 using Lines = std::vector<std::string>;
 
 // The example between "```text NAME" and "```".
