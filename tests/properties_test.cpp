@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Property lists: their order and limits, and how they are saved. What they hold after any operations, which numbers they
-// give and what is read from a configuration file, the fuzz targets and the language tests tell.
+// Property lists: their order and limits, and how they are saved. What they hold after any operations, which
+// numbers they give and what is read from a configuration file, the fuzz targets and the language tests tell.
 #include "support/support.h"
 
 #include <algorithm>

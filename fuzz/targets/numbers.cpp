@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Input: lines. Each is read as a number by all that reads one, alike in both widths; then the number is stored in every
-// form, over that text, and stands there as it is written by hand.
+// Input: lines. Each is read as a number by all that reads one, alike in both widths; then the number is stored
+// in every form, over that text, and stands there as it is written by hand.
 #include "../models.h"
 #include "../targets.h"
 
