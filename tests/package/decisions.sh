@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Usage: decisions.sh BUILD_DIR DECISIONS CASES PROGRAM...
-# Every test that docs/decisions.md names is there: those of the programs, the cases of CASES/*.test, ctest's own, and
-# the commands of ./dev. A choice without a test that pins it is found too.
+# Every test that docs/decisions.md names is there: those of the programs, the cases of CASES/*.test, inputs of the fuzz
+# targets, ctest's own, and the commands of ./dev. A choice without a test that pins it is found too.
 # shellcheck disable=SC2016 # backquotes of Markdown
 set -euo pipefail
 build=$1 decisions=$2 cases=$3 failed=0
@@ -26,8 +26,12 @@ while IFS= read -r cell; do
     done < <(grep -oE '`[A-Za-z]+\.[A-Za-z0-9_]+(/[A-Za-z0-9_]+)?`' <<<"$cell" | tr -d '`' | grep -v '\.test$' || true)
     while IFS='|' read -r file name; do
         found=1
-        grep -qxF -- "--- case $name" "$cases/$file" || missing "there is no case \"$name\" in $file"
+        grep -qxF -e "--- case $name" -e "--- also $name" "$cases/$file" || missing "there is no case \"$name\" in $file"
     done < <(grep -oE '`[a-z]+\.test`, "[^"]+"' <<<"$cell" | sed 's/`\([a-z.]*\)`, "\(.*\)"/\1|\2/' || true)
+    while IFS= read -r input; do
+        found=1
+        [[ -e $(dirname "$decisions")/../$input ]] || missing "there is no input $input"
+    done < <(grep -oE '`fuzz/corpus/[a-z0-9/-]+`' <<<"$cell" | tr -d '`' || true)
     [[ $found == 1 || $cell == *'./dev bench'* || $cell == *layout_test.cpp* ]] || missing "no test is named: $cell"
 done <<<"$cells"
 exit "$failed"
