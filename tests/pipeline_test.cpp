@@ -17,10 +17,10 @@ TEST(Pipeline, PadsFollowThePropertyAndRunFollowsInitialize) {
     EPipeline pipe;
     auto *const a = new Probe("a"), *const b = new Probe("b");
     EXPECT_EQ(pipe.AddElement(a) + pipe.AddElement(b) + b->AddSinkPad(new SINKPAD(b, 0)) +
-                  a->AddSourcePad(new SOURCEPAD(a)) + a->AddSourcePad(new SOURCEPAD(a)),
+                  a->AddSourcePad(new SOURCEPAD(a)) + a->AddSourcePad(new SOURCEPAD(a)) +
+                  pipe.AddElement(nullptr) + pipe.DataArrived(nullptr, 0),
               5);
     const auto told = [&](int (EPipeline::*act)()) { return Told([&] { return (pipe.*act)(); }); };
-    EXPECT_EQ(pipe.AddElement(nullptr) + pipe.DataArrived(nullptr, 0), 0);
     EXPECT_EQ(told(&EPipeline::Run), NoSink);
     Set(pipe.m_cProperties, "SinkElement", "b");
     Set(pipe.m_cProperties, "SourceElement", "a");
@@ -53,16 +53,18 @@ TEST(Pipeline, NamesFindTheFirstElementByTheirFirst255Characters) {
         char* const element = Text(sought.c_str());
         EXPECT_EQ(pipe.FindElement(element, &index), at != 77);
         EXPECT_EQ(index, at);
-        EXPECT_EQ(pipe.GetElementProperty(element, Text("k"), buffer, Byte2Type{4}), 0);
         EXPECT_EQ(pipe.SetElementProperty(element, Text("k"), Text("70000")), at != 77);
         EXPECT_EQ(pipe.GetElementProperty(element, Text("k"), buffer, Byte2Type{4}), at != 77);
         EXPECT_EQ(pipe.GetElementProperty(element, Text("k"), &number), at != 77);
         EXPECT_EQ(buffer + std::to_string(number), at != 77 ? "7004464" : "before9");
-        EXPECT_EQ(pipe.GetElementProperty(element, nullptr, &number) + pipe.FindElement(element, nullptr), 0);
-        EXPECT_EQ(pipe.SetElementProperty(element, nullptr, Text("v")) + pipe.FindElement(nullptr, &index),
-                  0);
-        EXPECT_EQ(pipe.Connect(element, 0, Text("none"), 0) + pipe.Connect(Text("none"), 0, element, 0), 0);
+        EXPECT_FALSE(pipe.Connect(element, 0, Text("no"), 0) || pipe.Connect(Text("no"), 0, element, 0));
     }
+    char* const none = nullptr;
+    Byte2Type index;
+    EXPECT_FALSE(pipe.FindElement(none, &index) || pipe.FindElement(Text(""), nullptr));
+    EXPECT_FALSE(pipe.SetElementProperty(Text(""), none, none) ||
+                 pipe.GetElementProperty(Text(""), none, &index) ||
+                 pipe.GetElementProperty(Text(""), none, none, Byte2Type{0}));
 }
 
 TEST(Pipeline, ElementsAndConnectionsBeyondTheLimitsAreRefused) {
@@ -83,14 +85,14 @@ TEST(Pipeline, ElementsAndConnectionsBeyondTheLimitsAreRefused) {
 }
 
 // One line of a pipe file, without or with a configuration file: its answer, and what it prints.
-template <class... Form>
-std::string Line(EPipeline& pipe, const std::vector<const char*>& words, Form... form) {
+std::string Line(EPipeline& pipe, const std::vector<const char*>& words, bool configured = false) {
     std::vector<char*> tokens;
     for (const char* word : words) {
         tokens.push_back(Text(word));
     }
     tokens.push_back(nullptr);
-    return Told([&] { return pipe.ProcessTokens(tokens.data(), form...); });
+    char** const line = tokens.data();
+    return Told([&] { return configured ? pipe.ProcessTokens(line, 0, nullptr) : pipe.ProcessTokens(line); });
 }
 
 TEST(PipeLines, WhatIsMissingOrHasNoRoomIsTold) {
@@ -122,15 +124,13 @@ TEST(PipeLines, EachFormHasItsCurrentElementUntilItDies) {
     EPipeline pipe;
     pipe.m_pFramework = &framework;
     const auto plain = [](EPipeline& to) { return Line(to, {"property", "p", "1"}); };
-    const auto configured = [](EPipeline& to) {
-        return Line(to, {"property", "c", "1"}, Byte2Type{0}, nullptr);
-    };
+    const auto configured = [](EPipeline& to) { return Line(to, {"property", "c", "1"}, true); };
     Line(pipe, {"element", "ETee"});
     {
         EPipeline dying;
         dying.m_pFramework = &framework;
         plain(dying); // sets it on the element of another pipeline
-        Line(dying, {"element", "ESink"}, Byte2Type{0}, nullptr);
+        Line(dying, {"element", "ESink"}, true);
         configured(pipe);
         EXPECT_EQ(Entries(pipe.m_ppElements[0]->m_cProperties), "Standard.EObjectType=ETee Standard.p=1");
         EXPECT_EQ(Entries(dying.m_ppElements[0]->m_cProperties), "Standard.EObjectType=ESink Standard.c=1");
@@ -138,26 +138,17 @@ TEST(PipeLines, EachFormHasItsCurrentElementUntilItDies) {
     EXPECT_EQ(configured(pipe), "1 ");
     delete pipe.m_ppElements[--pipe.m_iElementCount]; // the host takes it out
     EXPECT_EQ(plain(pipe) + Line(pipe, {"config", "no", "S"}), "1 1 ");
-    const struct {
-        int count; // of the elements that it believes to have
-        std::vector<const char*> line;
-        std::string told;
-    } losses[] = {{1,
-                   {"element", "ENone"},
-                   "0 Instantiating ENone\n! FRAMEWORK::CreateElement: Could not instantiate: "
-                   "ENone\nCreation of element failed.\n"},
-                  {65535, {"element", "ESink"}, "0 Instantiating ESink\n! Unable to add element.\n"},
-                  {65535,
-                   {"pipe", "/dev/null"},
-                   "1 Processing pipe file: /dev/null\n! ERROR: EPipeline - [No Element Name]: Unable to add "
-                   "pipe /dev/null\n"}};
-    for (const auto& [count, line, told] : losses) {
-        Line(pipe, {"element", "ETee"});
-        const int before = std::exchange(pipe.m_iElementCount, count);
-        EXPECT_EQ(Line(pipe, line), told);
-        EXPECT_EQ(plain(pipe), "1 ") << told;
-        pipe.m_iElementCount = before;
-    }
+    Line(pipe, {"element", "ETee"});
+    Line(pipe, {"element", "ENone"});
+    EXPECT_EQ(plain(pipe), "1 ");
+    const int count = std::exchange(pipe.m_iElementCount, 65535); // as many as there may be
+    EXPECT_EQ(Line(pipe, {"element", "ESink"}), "0 Instantiating ESink\n! Unable to add element.\n");
+    EXPECT_EQ(plain(pipe), "1 ");
+    EXPECT_EQ(Line(pipe, {"pipe", "/dev/null"}),
+              "1 Processing pipe file: /dev/null\n"
+              "! ERROR: EPipeline - [No Element Name]: Unable to add pipe /dev/null\n");
+    EXPECT_EQ(plain(pipe), "1 ");
+    pipe.m_iElementCount = count;
 }
 
 } // namespace
