@@ -27,7 +27,8 @@ TEST(Plugins, PathsThatNameNoneAndFilesThatWereCutAreRefused) {
         {"", "empty or longer"},
         {std::string(255, 'x'), "cannot open shared object file"},
         {std::string(256, 'x'), "longer than 255 characters"}};
-    for (const std::size_t size : {0, 10, 63, 500, 4095, 4096, 5000, 8192}) { // less than what is mapped
+    // Less than what is mapped.
+    for (const std::size_t size : {0u, 10u, 63u, 500u, 4095u, 4096u, 5000u, 8192u}) {
         failures.emplace_back(scratch.Write(std::to_string(size) + ".so", whole.substr(0, size)), ".so: ");
     }
     FRAMEWORK framework;
