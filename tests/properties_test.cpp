@@ -38,7 +38,7 @@ TEST(Properties, StandInTheOrderOfTheirFirstSetting) {
     EXPECT_EQ(Entries(list) + " ", all);
     EXPECT_EQ(got, all);
     EXPECT_EQ(Entries(copy) + " ", all);
-    list.Reset();
+    EXPECT_EQ(list.Reset(), 1);
     EXPECT_TRUE(list.m_b2PropertyCapacity + list.m_b2PropertyCount == 0 && !list.m_pachKeys);
 }
 
