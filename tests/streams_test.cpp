@@ -6,6 +6,7 @@
 
 #include <climits>
 #include <gtest/gtest.h>
+#include <utility>
 
 using namespace VESK;
 
@@ -143,15 +144,19 @@ TEST(Files, StandardStreamsStayOpen) {
                   return std::printf("and after");
               }),
               "9 before and after");
-    const Input input("first\nsecond\nthird");
+    char given[] = "first\nsecond\nthird";
+    std::FILE* const own = std::exchange(stdin, fmemopen(given, sizeof given - 1, "r"));
     { EXPECT_STREQ(SFileRead(nullptr).ReadLine(), "first"); }
-    SFileRead reader(nullptr);
-    EXPECT_STREQ(reader.ReadLine(), "second");
-    EXPECT_EQ(reader.OpenFile(Text("/dev/null")), 1);
-    char* const null = reader.m_pFile;
-    EXPECT_EQ(reader.SetFile(reinterpret_cast<char*>(stdin)), 1);
-    EXPECT_STREQ(reader.ReadLine(), "third");
-    EXPECT_EQ(fwfclose(null), 0);
+    {
+        SFileRead reader(nullptr);
+        EXPECT_STREQ(reader.ReadLine(), "second");
+        EXPECT_EQ(reader.OpenFile(Text("/dev/null")), 1);
+        char* const null = reader.m_pFile;
+        EXPECT_EQ(reader.SetFile(reinterpret_cast<char*>(stdin)), 1);
+        EXPECT_STREQ(reader.ReadLine(), "third");
+        EXPECT_EQ(fwfclose(null), 0);
+    }
+    EXPECT_EQ(std::fclose(std::exchange(stdin, own)), 0);
 }
 
 TEST(Files, AReaderGivesLinesAsTheyStandAndMovesFromFileToFile) {

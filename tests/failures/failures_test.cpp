@@ -29,21 +29,14 @@ protected:
     }
 
     // With what it prints and reports in memory.
-    Told Performed(const Calls& calls) {
-        Told told;
-        std::FILE* const apSaved[] = {stdout, stderr};
-        char* apchText[2];
-        std::size_t auLength[2];
+    Account Performed(const Calls& calls) {
+        Account told;
         std::filesystem::remove(Written);
-        stdout = open_memstream(&apchText[0], &auLength[0]);
-        stderr = open_memstream(&apchText[1], &auLength[1]);
-        now = calls;
-        GetParam()->act(told, m_Place);
-        now = {false, 0, false, now.failed};
-        std::fclose(std::exchange(stdout, apSaved[0]));
-        std::fclose(std::exchange(stderr, apSaved[1]));
-        told.printed = std::unique_ptr<char, decltype(&std::free)>(apchText[0], std::free).get();
-        told.reported = std::unique_ptr<char, decltype(&std::free)>(apchText[1], std::free).get();
+        told.output = Captured([&] {
+            now = calls;
+            GetParam()->act(told, m_Place);
+            now = {false, 0, false, now.failed};
+        });
         told.written = FileText(Written);
         return told;
     }
@@ -64,23 +57,25 @@ INSTANTIATE_TEST_SUITE_P(, Kill, testing::Range(Writers, std::end(Scenarios)), N
 
 // Nothing is kept, nothing is released twice, and what the answers promise is there, or a loss is reported.
 TEST_P(EachCall, FailsInTurn) {
-    const Told whole = Performed({true});
+    const Account whole = Performed({true});
     ASSERT_EQ(std::count(whole.answers.begin(), whole.answers.end(), '1'), GetParam()->ones) << whole.answers;
     ASSERT_EQ(whole.written, FileText(std::string("given/") + GetParam()->name + ".written"));
-    ASSERT_EQ(whole.broken + whole.reported, "");
+    ASSERT_EQ(whole.broken + whole.output.reported, "");
     for (const bool bLasting : {false, true}) {
         int iNth = 0;
         do {
-            const Told told = Performed({true, ++iNth, bLasting});
-            SCOPED_TRACE(testing::Message() << "call " << iNth << (bLasting ? " and all later ones, " : ", ")
-                                            << (now.failed ? now.failed : "none") << ": " << told.reported);
+            const Account told = Performed({true, ++iNth, bLasting});
+            SCOPED_TRACE(testing::Message()
+                         << "call " << iNth << (bLasting ? " and all later ones, " : ", ")
+                         << (now.failed ? now.failed : "none") << ": " << told.output.reported);
             ASSERT_EQ(told.broken, "");
             ASSERT_EQ(held, 0) << "not given back";
-            ASSERT_EQ(told.reported.find("Unable to store"), told.reported.rfind("Unable to store"));
-            if (GetParam()->tells && told.answers == whole.answers && told.reported.empty()) {
+            ASSERT_EQ(told.output.reported.find("Unable to store"),
+                      told.output.reported.rfind("Unable to store"));
+            if (GetParam()->tells && told.answers == whole.answers && told.output.reported.empty()) {
                 ASSERT_EQ(told.result, whole.result);
                 ASSERT_EQ(told.written, whole.written);
-                ASSERT_EQ(told.printed, whole.printed);
+                ASSERT_EQ(told.output.printed, whole.output.printed);
             }
         } while (now.failed);
         EXPECT_GT(iNth, 3);
@@ -99,13 +94,13 @@ TEST_P(DiskFull, KeepsTheFrontOfAll) {
         m_Place.first = room == *cut ? 0 : whole;
         m_Place.front = all.substr(0, bounds[m_Place.first]);
         m_Place.behind = std::min(whole + 4, std::size(m_Place.objects));
-        const Told told = Performed({false, 0, false, nullptr, room});
-        SCOPED_TRACE(testing::Message() << "room " << room << ": " << told.reported);
+        const Account told = Performed({false, 0, false, nullptr, room});
+        SCOPED_TRACE(testing::Message() << "room " << room << ": " << told.output.reported);
         const Writes writes = GetParam()->writes;
         const bool bLost = room < all.size(), bAnswered = told.answers.find('0') == std::string::npos;
         ASSERT_EQ(told.broken, "");
         ASSERT_EQ(told.written, all.substr(0, writes == Writes::StrictRecording ? *cut : room));
-        ASSERT_EQ(std::count(told.reported.begin(), told.reported.end(), '\n'),
+        ASSERT_EQ(std::count(told.output.reported.begin(), told.output.reported.end(), '\n'),
                   bLost && writes != Writes::File);
         ASSERT_EQ(bAnswered, !bLost || writes == Writes::Recording);
     }

@@ -4,6 +4,7 @@
 #define FWLIB_TESTS_FAILURES_SCENARIOS_H
 
 #include "failures/calls.h"
+#include "support/capture.h"
 #include "support/support.h"
 
 #include <algorithm>
@@ -14,12 +15,12 @@ using namespace VESK;
 inline const char Written[] = "written"; // the file that scenarios write
 
 // What the calls of a scenario answered and brought about.
-struct Told {
+struct Account {
     std::string answers; // 1 and 0
     std::string result;
-    std::string written;           // the file
-    std::string printed, reported; // on standard output and standard error
-    std::string broken;            // what holds whatever fails, and did not
+    std::string written; // the file
+    Output output;
+    std::string broken; // what holds whatever fails, and did not
 
     int Answer(int answer) {
         answers += answer ? '1' : '0';
@@ -62,13 +63,13 @@ struct Built { // from a pipe file
     EPipeline pipe;
     bool started;
 
-    Built(Told& told, const char* file) {
+    Built(Account& told, const char* file) {
         pipe.m_pFramework = &framework;
         started = told.Answer(pipe.BuildPipe(Text(file))) && told.Answer(pipe.Initialize());
     }
 };
 
-inline void RunPipe(Told& told, const char* file, int runs = 1) {
+inline void RunPipe(Account& told, const char* file, int runs = 1) {
     Built built(told, file);
     while (built.started && runs-- > 0 && told.Answer(built.pipe.Run())) {
     }
@@ -76,14 +77,14 @@ inline void RunPipe(Told& told, const char* file, int runs = 1) {
 
 // A replay that another recorder takes. Strict, it sends no object without all of its four lines.
 template <int Strict>
-void Replay(Told& told, Place&) {
+void Replay(Account& told, Place&) {
     RunPipe(told, Strict ? "given/replay1.pipe" : "given/replay0.pipe", 9);
     const std::string sent = FileText(Written);
     told.Must(!Strict || std::count(sent.begin(), sent.end(), '=') % 4 == 0, "an object lost a line");
 }
 
 // An element without its type, its pads or its file refuses, and holds out when it is used all the same.
-inline void Elements(Told& told, Place& place) {
+inline void Elements(Account& told, Place& place) {
     FACTORY::FWElementsFactory factory;
     for (char* const* type = FACTORY::FWElementsFactory::pchNames; *type; ++type) {
         const std::unique_ptr<EObject> element(factory.CreateElement(*type));
@@ -99,7 +100,7 @@ inline void Elements(Told& told, Place& place) {
 }
 
 // What cannot be added stays the caller's, and the table as it was.
-inline void Tables(Told& told, Place&) {
+inline void Tables(Account& told, Place&) {
     FRAMEWORK framework;
     EPipeline pipe;
     auto probe = std::make_unique<Probe>("a");
@@ -121,7 +122,7 @@ inline void Tables(Told& told, Place&) {
     told.Answer(framework.CreateObject(Text("Extra")) != nullptr);
 }
 
-inline void Properties(Told& told, Place&) {
+inline void Properties(Account& told, Place&) {
     PROPERTIES list;
     for (int i = 0; i < 20; ++i) { // the arrays grow, and values are replaced by longer ones
         const std::string before = Entries(list), key = std::to_string(i % 18);
@@ -133,7 +134,7 @@ inline void Properties(Told& told, Place&) {
 }
 
 // Copy goes on where an entry could not be set, and answers 1; a duplicate is whole or none.
-inline void Copies(Told& told, Place& place) {
+inline void Copies(Account& told, Place& place) {
     PROPERTIES target;
     told.Must(target.Copy(&place.settings) == 1, "the answer of Copy");
     told.Must(now.lasting || target.m_b2PropertyCount >= 2, "more than one entry is missing");
@@ -147,13 +148,13 @@ inline void Copies(Told& told, Place& place) {
     }
 }
 
-inline void SaveConfig(Told& told, Place& place) {
+inline void SaveConfig(Account& told, Place& place) {
     told.Answer(place.settings.SaveConfig(Text(Written)));
 }
 
 // Behind a front, that another has written, some objects.
 template <int Strict>
-void Record(Told& told, Place& place) {
+void Record(Account& told, Place& place) {
     std::string stored = place.front, all = place.front;
     {
         Built built(told, Strict ? "given/record1.pipe" : "given/record0.pipe");
@@ -176,7 +177,7 @@ void Record(Told& told, Place& place) {
 }
 
 // Records and blocks, out and in again.
-inline void Streams(Told& told, Place&) {
+inline void Streams(Account& told, Place&) {
     unsigned char data[240] = "zzzzzzzz", packed[240], text[240] = {};
     Byte2Type size;
     {
@@ -196,7 +197,7 @@ inline void Streams(Told& told, Place&) {
     told.result = std::to_string(before) + reinterpret_cast<char*>(text) + std::to_string(after);
 }
 
-inline void Colours(Told& told, Place&) {
+inline void Colours(Account& told, Place&) {
     MFColorTable table;
     unsigned int size = 0;
     unsigned char* pData = nullptr;
@@ -215,12 +216,12 @@ struct Scenario {
     int ones;   // among the answers when nothing fails; given/NAME.written is what it writes then
     bool tells; // what is lost makes an answer 0 or is reported; else some losses are silent, as documented
     Writes writes;
-    void (*act)(Told&, Place&);
+    void (*act)(Account&, Place&);
 };
 inline const Scenario Scenarios[] = {
-    {"Counter", 3, true, Writes::Nothing, [](Told& t, Place&) { RunPipe(t, "examples/counter.pipe"); }},
-    {"Nested", 3, true, Writes::Nothing, [](Told& t, Place&) { RunPipe(t, "examples/nested.pipe"); }},
-    {"Configured", 3, false, Writes::Nothing, [](Told& t, Place&) { RunPipe(t, "examples/config.pipe"); }},
+    {"Counter", 3, true, Writes::Nothing, [](Account& t, Place&) { RunPipe(t, "examples/counter.pipe"); }},
+    {"Nested", 3, true, Writes::Nothing, [](Account& t, Place&) { RunPipe(t, "examples/nested.pipe"); }},
+    {"Configured", 3, false, Writes::Nothing, [](Account& t, Place&) { RunPipe(t, "examples/config.pipe"); }},
     {"ReplayDefault", 6, false, Writes::Nothing, Replay<0>},
     {"ReplayStrict", 6, true, Writes::Nothing, Replay<1>},
     {"Elements", 21, true, Writes::Nothing, Elements},
