@@ -39,6 +39,8 @@ def main():
     for file in report["files"]:
         name, source = file["file"], (ROOT / file["file"]).read_text().split("\n")
         for line in file["lines"]:
+            if line.get("gcovr/noncode") or line.get("gcovr/excluded"):
+                continue
             text = source[line["line_number"] - 1].strip()
             of_line = [b["count"] for b in line["branches"] if not b.get("throw")]
             untaken = of_line.count(0)

@@ -29,40 +29,40 @@ struct Choice {
     std::size_t uListBytes;
 };
 
-template <class Words>
-inline __attribute__((always_inline)) Choice Choose(const Byte* pBlock, bool bBackward) {
+template <class Words, bool Backward>
+inline __attribute__((always_inline)) Choice Choose(const Byte* pBlock) {
     std::uint32_t uNonZero;
     std::uint32_t uChange;
     Words::Look(pBlock, uNonZero, uChange);
     // The scan's first word is always listed, and each that differs from the one scanned before it.
-    const std::uint32_t uChanged = bBackward ? uChange | LastWord : (uChange << 1 | FirstWord) & AllWords;
+    const std::uint32_t uChanged = Backward ? uChange | LastWord : (uChange << 1 | FirstWord) & AllWords;
     const unsigned int uNonZeros = Words::Count(uNonZero);
     const unsigned int uChanges = Words::Count(uChanged);
     const bool bZeroForm = uChanges >= uNonZeros;
     const std::uint32_t uListed = bZeroForm ? uNonZero : uChanged;
     const std::uint32_t uLeftOut = ~uListed & AllWords;
-    return {uListed, (bBackward ? TurnRound(uLeftOut) : uLeftOut) | (bZeroForm ? ZeroForm : 0),
+    return {uListed, (Backward ? TurnRound(uLeftOut) : uLeftOut) | (bZeroForm ? ZeroForm : 0),
             (bZeroForm ? uNonZeros : uChanges) * WordBytes};
 }
 
-template <class Words>
+template <class Words, bool Backward>
 inline __attribute__((always_inline)) std::size_t Compress(Byte* pTarget, const Byte* pSource,
-                                                           std::size_t uLength, bool bBackward) {
+                                                           std::size_t uLength) {
     if (uLength < BlockBytes) {
         return 0;
     }
     Byte* const pEnd = pTarget + uLength - 1;
     std::size_t uTotal = 0;
     for (std::size_t uBlocks = uLength / BlockBytes; uBlocks > 0; --uBlocks, pSource += BlockBytes) {
-        const Choice cChoice = Choose<Words>(pSource, bBackward);
+        const Choice cChoice = Choose<Words, Backward>(pSource);
         const std::size_t uCoded = WordBytes + cChoice.uListBytes;
         uTotal += uCoded;
         if (uTotal >= uLength) {
             return 0;
         }
-        Byte* const pList = bBackward ? pTarget : pTarget + WordBytes;
+        Byte* const pList = Backward ? pTarget : pTarget + WordBytes;
         Words::Gather(pList, static_cast<std::size_t>(pEnd - pList), pSource, cChoice.uListed);
-        StoreWord(bBackward ? pTarget + cChoice.uListBytes : pTarget, cChoice.uBitmap);
+        StoreWord(Backward ? pTarget + cChoice.uListBytes : pTarget, cChoice.uBitmap);
         pTarget += uCoded;
     }
     return uTotal;
@@ -76,20 +76,20 @@ struct Coded {
     std::size_t uListBytes;
 };
 
-template <class Words>
-inline __attribute__((always_inline)) Coded Decode(std::uint32_t uBitmap, bool bBackward) {
+template <class Words, bool Backward>
+inline __attribute__((always_inline)) Coded Decode(std::uint32_t uBitmap) {
     const bool bZeroForm = (uBitmap & ZeroForm) != 0;
     const std::uint32_t uScan = ~uBitmap & AllWords;
     const bool bGood = (uBitmap & Unused) == 0 && (bZeroForm || (uScan & FirstWord) != 0);
-    return {bGood, bZeroForm, bBackward ? TurnRound(uScan) : uScan, Words::Count(uScan) * WordBytes};
+    return {bGood, bZeroForm, Backward ? TurnRound(uScan) : uScan, Words::Count(uScan) * WordBytes};
 }
 
-template <class Words>
+template <class Words, bool Backward>
 inline __attribute__((always_inline)) void ExpandBlock(Byte* pBlock, const Byte* pList, std::size_t uReadable,
-                                                       const Coded& cCoded, bool bBackward) {
+                                                       const Coded& cCoded) {
     if (cCoded.bZeroForm) {
         Words::SpreadOnZero(pBlock, pList, uReadable, cCoded.uListed);
-    } else if (bBackward) {
+    } else if constexpr (Backward) {
         Words::SpreadDown(pBlock, pList, uReadable, cCoded.uListed);
     } else {
         Words::SpreadUp(pBlock, pList, uReadable, cCoded.uListed);
@@ -101,13 +101,13 @@ inline __attribute__((always_inline)) std::size_t ExpandForward(Byte* pTarget, s
                                                                 const Byte* pSource, std::size_t uLength) {
     std::size_t uWritten = 0;
     while (uLength > 0) {
-        const Coded cCoded = Decode<Words>(uLength >= WordBytes ? LoadWordAt(pSource) : Unused, false);
+        const Coded cCoded = Decode<Words, false>(uLength >= WordBytes ? LoadWordAt(pSource) : Unused);
         if (!cCoded.bGood || cCoded.uListBytes > uLength - WordBytes || uRoom - uWritten < BlockBytes) {
             return 0;
         }
         pSource += WordBytes;
         uLength -= WordBytes;
-        ExpandBlock<Words>(pTarget + uWritten, pSource, uLength, cCoded, false);
+        ExpandBlock<Words, false>(pTarget + uWritten, pSource, uLength, cCoded);
         pSource += cCoded.uListBytes;
         uLength -= cCoded.uListBytes;
         uWritten += BlockBytes;
@@ -125,13 +125,13 @@ inline __attribute__((always_inline)) std::size_t ExpandBackward(Byte* pTarget, 
     Byte* pBlock = pEnd;
     for (std::size_t uLeft = uLength; uLeft > 0;) {
         const Coded cCoded =
-            Decode<Words>(uLeft >= WordBytes ? LoadWordAt(pSource + uLeft - WordBytes) : Unused, true);
+            Decode<Words, true>(uLeft >= WordBytes ? LoadWordAt(pSource + uLeft - WordBytes) : Unused);
         if (!cCoded.bGood || cCoded.uListBytes > uLeft - WordBytes || pBlock == pTarget) {
             return 0;
         }
         uLeft -= WordBytes + cCoded.uListBytes;
         pBlock -= BlockBytes;
-        ExpandBlock<Words>(pBlock, pSource + uLeft, uLength - uLeft, cCoded, true);
+        ExpandBlock<Words, true>(pBlock, pSource + uLeft, uLength - uLeft, cCoded);
     }
     const auto uWritten = static_cast<std::size_t>(pEnd - pBlock);
     if (pBlock != pTarget) {
@@ -141,7 +141,8 @@ inline __attribute__((always_inline)) std::size_t ExpandBackward(Byte* pTarget, 
 }
 
 std::size_t CompressPlainly(Byte* pTarget, const Byte* pSource, std::size_t uLength, bool bBackward) {
-    return Compress<PlainWords>(pTarget, pSource, uLength, bBackward);
+    return bBackward ? Compress<PlainWords, true>(pTarget, pSource, uLength)
+                     : Compress<PlainWords, false>(pTarget, pSource, uLength);
 }
 
 std::size_t ExpandPlainly(Byte* pTarget, std::size_t uRoom, const Byte* pSource, std::size_t uLength,
@@ -154,8 +155,8 @@ std::size_t ExpandPlainly(Byte* pTarget, std::size_t uRoom, const Byte* pSource,
 
 FWLIB_WIDE __attribute__((flatten)) std::size_t CompressWidely(Byte* pTarget, const Byte* pSource,
                                                                std::size_t uLength, bool bBackward) {
-    return bBackward ? Compress<WideWords>(pTarget, pSource, uLength, true)
-                     : Compress<WideWords>(pTarget, pSource, uLength, false);
+    return bBackward ? Compress<WideWords, true>(pTarget, pSource, uLength)
+                     : Compress<WideWords, false>(pTarget, pSource, uLength);
 }
 
 FWLIB_WIDE __attribute__((flatten)) std::size_t
