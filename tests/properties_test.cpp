@@ -50,6 +50,7 @@ TEST(Properties, NullsAndMissingEntriesLeaveEverythingAsItWas) {
     EXPECT_EQ(list.SetProperty(nullptr, Text("x"), Standard) + list.SetProperty(Key::Name, 1, nullptr) +
                   list.FindProperty(nullptr, &number, Standard) +
                   list.FindProperty(Key::Name, nullptr, Standard) +
+                  list.FindProperty(Key::Debug, &number, Standard) +
                   list.FindProperty(Key::Name, &number, nullptr) +
                   list.GetPropertyLength(nullptr, &number, Standard) +
                   list.GetPropertyLength(Key::Name, &number, nullptr) +

@@ -44,8 +44,12 @@ struct Place : Scratch {
     std::size_t first = 0, behind = 4; // of those that a recorder gets
     std::string front;                 // what its file holds before that
     QEOF end;
+    Probe probes[300];
 
     Place() {
+        for (Probe& probe : probes) {
+            Set(probe.m_cProperties, "Name", "e" + std::to_string(&probe - probes));
+        }
         Set(settings, "b", "2", "Camera");
         for (QPicture& object : objects) { // one has a line that is composed on the heap
             const std::size_t n = texts.size();
@@ -120,6 +124,19 @@ inline void Tables(Account& told, Place&) {
     const int loaded = told.Answer(framework.AddPlugin(Text(FWLIB_TEST_PLUGINS "/good.so")));
     told.Must(framework.m_b2PluginCount == loaded && framework.m_b2PluginCapacity == loaded * 16, "plugins");
     told.Answer(framework.CreateObject(Text("Extra")) != nullptr);
+}
+
+// Enough elements for an index of their names, which a walk replaces where there is no memory for it.
+inline void Names(Account& told, Place& place) {
+    EPipeline pipe;
+    for (Probe& probe : place.probes) {
+        told.Answer(pipe.AddElement(&probe));
+    }
+    for (int i = 0; i < 3 && pipe.m_iElementCount == 300; ++i) {
+        Byte2Type index = 0;
+        told.Answer(pipe.FindElement(Text("e299"), &index) && index == 299);
+    }
+    pipe.m_iElementCount = 0; // they are lent
 }
 
 inline void Properties(Account& told, Place&) {
@@ -226,6 +243,7 @@ inline const Scenario Scenarios[] = {
     {"ReplayStrict", 6, true, Writes::Nothing, Replay<1>},
     {"Elements", 21, true, Writes::Nothing, Elements},
     {"Tables", 6, true, Writes::Nothing, Tables},
+    {"Names", 303, true, Writes::Nothing, Names},
     {"Properties", 20, true, Writes::Nothing, Properties},
     {"Copies", 0, false, Writes::Nothing, Copies},
     {"Colours", 3, true, Writes::Nothing, Colours},

@@ -166,8 +166,7 @@ int FindNamed(const EPipeline& cPipeline, const SoughtText& cName) {
 }
 
 void ForgetIndex(const EPipeline& cPipeline) {
-    bool bForgotten = cPipeline.m_iElementCount < LeastElements;
-    while (!bForgotten) {
+    for (bool bForgotten = false; !bForgotten;) {
         const Turn cTurn;
         bForgotten = cTurn.IsMine();
         if (bForgotten && cIndex.IsOf(cPipeline)) {
