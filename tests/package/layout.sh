@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Usage: layout.sh INCLUDE_DIR COMPILER [FLAG...]
-# Where the fields of the public classes lie, and how much these take: programs and plugins that were built before
-# depend on it.
+# Where the fields and the virtual operations of the public classes lie, and how much these take: programs and plugins
+# that were built before depend on it.
 set -euo pipefail
 include=$1
+program=$(mktemp)
+trap 'rm -f "$program"' EXIT
 shift
 
 # Each line: a class, its size, and its fields with their offsets. A pair is of 64 and of 32 bits, a single number of
@@ -40,13 +42,51 @@ PluginFactory -        m_ppFactories=8/4
 SWrite        8/4
 SRead         8/4
 '
-awk '
-    function claim(what, numbers,   pair) {
-        if (numbers == "-") return
-        if (split(numbers, pair, "/") == 1) pair[2] = pair[1]
-        printf("static_assert(%s == (sizeof(void*) == 8 ? %d : %d), \"%s\");\n", what, pair[1], pair[2], what)
-    }
-    BEGIN { print "#include <cstddef>\n#include \"fwlib/fwlib.h\"\nusing namespace VESK;" }
-    NF { claim("sizeof(" $1 ")", $2) }
-    { for (i = 3; i <= NF; ++i) { split($i, field, "="); claim("offsetof(" $1 ", " field[1] ")", field[2]) } }
-' <<<"$layout" | "$@" -std=c++17 -Wno-invalid-offsetof -fsyntax-only "-I$include" -x c++ -
+# Each line: the slot of the first operation, where a destructor before it takes two; the class; the operations in slots
+# one behind the other. An overload is told by what it takes.
+slots='
+0 Factory   CreateElement CreateQObject CreateObject Initialize
+2 EObject   Initialize DataArrived Run GetSinkPadCount GetSinkPad GetSourcePadCount GetSourcePad
+9 EPipeline SetElementProperty GetElementProperty(char*,char*,char*,Byte2Type) GetElementProperty(char*,char*,Byte2Type*)
+12 EPipeline AddElement Connect
+2 QObject   Duplicate Serialize Deserialize Write GetEOF
+2 PLUGIN    Initialize
+2 SWrite    WriteData
+2 SRead     ReadLine
+3 SFileRead ReadBlock OpenFile SetFile GetFileSize
+'
+{
+    cat <<'END'
+#include "fwlib/fwlib.h"
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+using namespace VESK;
+// A pointer to a virtual operation begins with one more than the offset of its slot, others with an even address.
+template <class Member> int Differs(const char* pchName, Member Operation, std::ptrdiff_t Slot) {
+    std::ptrdiff_t First;
+    std::memcpy(&First, &Operation, sizeof First);
+    const bool bDiffers = First != Slot * static_cast<std::ptrdiff_t>(sizeof(void*)) + 1;
+    return bDiffers ? std::printf("%s is not in slot %d\n", pchName, static_cast<int>(Slot)) : 0;
+}
+END
+    awk '
+        function claim(what, numbers,   pair) {
+            if (numbers == "-") return
+            if (split(numbers, pair, "/") == 1) pair[2] = pair[1]
+            printf("static_assert(%s == (sizeof(void*) == 8 ? %d : %d), \"%s\");\n", what, pair[1], pair[2], what)
+        }
+        NF { claim("sizeof(" $1 ")", $2) }
+        { for (i = 3; i <= NF; ++i) { split($i, field, "="); claim("offsetof(" $1 ", " field[1] ")", field[2]) } }
+    ' <<<"$layout"
+    echo 'int main() { int iDiffer = 0;'
+    awk '{
+        for (i = 3; i <= NF; ++i) {
+            name = $i; sub(/\(.*/, "", name); type = substr($i, length(name) + 1); member = "&" $2 "::" name
+            if (type != "") member = "static_cast<int (" $2 "::*)" type ">(" member ")"
+            printf("iDiffer += Differs(\"%s::%s\", %s, %d);\n", $2, name, member, $1 + i - 3)
+        }
+    }' <<<"$slots"
+    echo 'return iDiffer > 0; }'
+} | "$@" -std=c++17 -Wno-invalid-offsetof "-I$include" -o "$program" -x c++ -
+"$program"

@@ -29,8 +29,8 @@ LEAST_CAUGHT = 0.95
 COPIED = ("CMakeLists.txt", "cmake", "docs", "examples", "fuzz", "packaging", "source", "tests", "tools")
 # The programs stop at their first failure; then everything else but what builds the installed tree's users.
 STEPS = (
-    ("-R", "^fwlib_"),
-    ("-E", r"^(fwlib_.*|fwpipe\..*|failures\..*|package\.(headers|install|cmake|pkgconfig|fwpipe))$"),
+    ("-R", r"^(fwlib_|pipes\.)"),
+    ("-E", r"^(fwlib_.*|pipes\..*|fwpipe\..*|failures\..*|package\.(headers|install|cmake|pkgconfig|fwpipe))$"),
     ("-R", r"^(fwpipe\..*|failures\..*)$"),
 )
 
