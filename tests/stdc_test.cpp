@@ -15,7 +15,7 @@ namespace {
 TEST(Stdc, FilesBeyondTwoGiBArePrintedToReadAndSought) {
     constexpr std::uintmax_t ThreeGiB = std::uintmax_t{3} << 30;
     const Scratch scratch;
-    std::string path = scratch.Write("big", "0123456789"), read(6024, '\0');
+    std::string path = scratch.Write("big", "0123456789"), read(12000, '\0');
     std::filesystem::resize_file(path, ThreeGiB);
     char* const file = fwfopen(path.data(), Text("r+"));
     EXPECT_EQ(fwfseek(file, 0, 2), 1);
@@ -26,7 +26,7 @@ TEST(Stdc, FilesBeyondTwoGiBArePrintedToReadAndSought) {
     EXPECT_EQ(fwfprintf(file, "x%ls", L"\x20AC"), -1); // no text in the locale that programs begin with
     EXPECT_EQ(fwfseek(file, -6023, 1), 1);
     EXPECT_EQ(fwfread(read.data(), 2, 6000, file), 3011u); // whole items
-    EXPECT_EQ(read, std::string(6023, ' ') + '\0');
+    EXPECT_EQ(read.substr(0, 6024), std::string(6023, ' ') + '\0');
     EXPECT_TRUE(fwfgetc(file) == -1 && fwfeof(file));
     EXPECT_GE(fwfputs(Text("abc"), file), 0);
     constexpr int moves[][4] = {{2, 0, 1, '2'},  {-1, 0, 0, '3'}, {3, 1, 1, '7'},
