@@ -190,7 +190,7 @@ TEST(Recording, AStreamThatIsNoFileOfTheSystemsTakesWhatFits) {
     std::setbuf(reinterpret_cast<std::FILE*>(recorder.element.m_pWriter->m_pFile), nullptr);
     EXPECT_EQ(recorder.Arrive(), "1 ");
     EXPECT_EQ(memory.substr(0, Object.size()), Object);
-    EXPECT_EQ(recorder.Arrive()[0], '0');
+    EXPECT_EQ(recorder.Arrive(), "0 " + Lost("standard output", "Input/output error")); // no other reason
 }
 
 TEST(Recording, RecordersHaveTheirStreamsFromInitializeOrFromTheHost) {
@@ -221,6 +221,17 @@ TEST(Replaying, PlayersHaveTheirStreamsFromInitializeOrFromTheHost) {
     delete element.m_pReader;
     element.m_pReader = new SFileRead(Text(path.c_str()));
     EXPECT_EQ(element.Run(), 0); // no type is known without a framework
+}
+
+TEST(Replaying, AReadThatFailsIsToldAlsoWithoutAReason) {
+    cookie_io_functions_t calls = {};
+    calls.read = [](void*, char*, std::size_t) -> ssize_t { return -1; };
+    for (const char* const strict : BothWays) {
+        Deck<EDeserialize> player("", strict);
+        player.element.m_pReader->SetFile(reinterpret_cast<char*>(fopencookie(nullptr, "r", calls)));
+        EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no whole object at byte 0 of "
+                                        "standard input: Input/output error\n");
+    }
 }
 
 TEST(Replaying, AHostMayReadOnBehindAnObject) {

@@ -167,6 +167,7 @@ bool ObjectFileWrite::Store() {
     }
     const int iFile = fileno(StreamOf(m_pFile));
     if (iFile < 0) { // a stream that is no file of the system's
+        errno = 0;
         return SFileWrite::WriteData(m_pchObject, static_cast<Byte4Type>(m_uLength)) == m_uLength &&
                !std::ferror(StreamOf(m_pFile));
     }
