@@ -109,7 +109,7 @@ TEST(Builtin, WithoutAPadNothingIsDelivered) {
     ETee tee;
     for (EObject* element : {static_cast<EObject*>(&source), static_cast<EObject*>(&player),
                              static_cast<EObject*>(&passthrough)}) {
-        EXPECT_EQ(element->DataArrived(&object, 0), 0);
+        EXPECT_EQ(Told([&] { return element->DataArrived(&object, 0); }), "0 ");
     }
     EXPECT_EQ(tee.DataArrived(&object, 0), 1); // all of none
     tee.AddSourcePad(nullptr);
