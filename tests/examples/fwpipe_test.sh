@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # fwpipe_test.sh GROUP FWPIPE PLUGIN: exit statuses, messages and streams of fwpipe. PLUGIN is the built
-# examples/plugin; GROUP is a function of running.sh or recordings.sh. Pipe files and recordings are made in a scratch
+# examples/plugin; GROUP is a function of running.sh, recordings.sh or failing.sh. Pipe files and recordings are made in a scratch
 # folder, which is also the working directory.
 # shellcheck disable=SC2317 # the groups are called by name
 # shellcheck disable=SC2053 # patterns
@@ -66,5 +66,7 @@ write() { # TIMES TYPE LINE...: so many objects; "%d" in a line is their number
 source "$here/running.sh"
 # shellcheck source-path=SCRIPTDIR
 source "$here/recordings.sh"
+# shellcheck source-path=SCRIPTDIR
+source "$here/failing.sh"
 "$1"
 exit $((failures > 0))

@@ -136,8 +136,8 @@ int Dump(const Options& cOptions) {
         return ExitDone; // which is told, and turned into a failure, at the end of every command
     }
     Summarize(cOptions, cScan, ullShown);
-    SendOn(); // before the reason, where both go to one place
-    return Judge(cName, cScan);
+    // Sent before the reason, where both go to one place.
+    return SendOn() ? Judge(cName, cScan) : ExitDone;
 }
 
 } // namespace

@@ -16,11 +16,17 @@ namespace {
 constexpr mode_t Permissions = 0777;
 constexpr mode_t AllModes = 07777;
 
-// A link's end, so that the link stays when the file is replaced.
+// The name, or what it leads to, so that a link stays when the file is replaced. Empty, with the reason in errno, when
+// that cannot be told.
 std::string Resolved(const std::string& cName) {
+    char chEnd;
+    if (readlink(cName.c_str(), &chEnd, sizeof chEnd) < 0) {
+        return errno == EINVAL || errno == ENOENT ? cName : ""; // no link, or who knows
+    }
     std::error_code cError;
     const std::string cResolved = std::filesystem::canonical(cName, cError).string();
-    return cError ? cName : cResolved;
+    errno = cError.value();
+    return cResolved;
 }
 
 bool Rename(const std::string& cFrom, const std::string& cTo, bool bReplace) {
@@ -69,7 +75,7 @@ NewFile::NewFile(const std::string& cName)
     : m_cName(Resolved(cName)),
       m_cTemporary(FolderOf(m_cName) +
                    ".fwpipe-XXXXXX"), // short, as the name may have the longest length there is
-      m_cFile(mkostemp(m_cTemporary.data(), O_CLOEXEC)) {
+      m_cFile(m_cName.empty() ? -1 : mkostemp(m_cTemporary.data(), O_CLOEXEC)) {
     if (m_cFile.Get() < 0) {
         m_cTemporary.clear();
     }
@@ -95,10 +101,10 @@ bool NewFile::Write(const char* pchData, std::size_t uLength) {
     return true;
 }
 
-void NewFile::TakeAfter(const struct stat& Model) {
+bool NewFile::TakeAfter(const struct stat& Model) {
     const bool bOwned = fchown(m_cFile.Get(), Model.st_uid, Model.st_gid) == 0;
     // The bits beyond the permissions lend the owner's rights, so they go only with the owner.
-    fchmod(m_cFile.Get(), Model.st_mode & (bOwned ? AllModes : Permissions));
+    return fchmod(m_cFile.Get(), Model.st_mode & (bOwned ? AllModes : Permissions)) == 0;
 }
 
 bool NewFile::PutInPlace(bool bReplace) {

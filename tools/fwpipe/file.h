@@ -37,7 +37,7 @@ public:
 
     bool IsOpen() const { return m_cFile.Get() >= 0; } // else the reason is in errno
     bool Write(const char* pchData, std::size_t uLength);
-    void TakeAfter(const struct stat& Model); // mode, and where it is allowed owner and group
+    bool TakeAfter(const struct stat& Model); // mode, or false; where it is allowed owner and group
 
     // Brings the contents to the disk, then the name, in one step: whoever opens the name gets all of the old file or
     // all of the new one. False, with the reason in errno, also when the name is taken and must not be.

@@ -29,7 +29,7 @@ int Carry(const FwPipe::Action& cChosen) {
     try {
         return cChosen();
     } catch (const std::exception& cError) {
-        std::fprintf(stderr, "fwpipe: %s\n", cError.what());
+        std::fprintf(stderr, "fwpipe: not enough memory: %s\n", cError.what());
         return FwPipe::ExitFailed;
     }
 }

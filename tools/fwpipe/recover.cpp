@@ -43,7 +43,8 @@ Examples:
 
 Exit status:
   0         the whole objects are in the file, whether something was cut or not
-  1         the file could not be read, or the result not written; nothing was changed
+  1         the file could not be read, or the result not written: nothing was changed; or only the report of it
+            could not be written
   2         wrong usage
   130, 143  ended by SIGINT or SIGTERM; nothing was changed
 )";
@@ -109,14 +110,13 @@ int WriteOut(const Options& cOptions, const File& cInput, unsigned long long ull
     if (iCopied != ExitDone) {
         return iCopied;
     }
-    cOutput.TakeAfter(Model);
-    return cOutput.PutInPlace(cOptions.bInPlace || cOptions.bForce)
+    const bool bTaken = cOutput.TakeAfter(Model) || !cOptions.bInPlace; // not every file system has all modes
+    return bTaken && cOutput.PutInPlace(cOptions.bInPlace || cOptions.bForce)
                ? ExitDone
                : ComplainErrno("cannot write", cOptions.cOut);
 }
 
-void Report(const Options& cOptions, const Found& cFound, const File& cInput) {
-    struct stat Status = {};
+void Report(const Options& cOptions, const Found& cFound, const File& cInput, struct stat Status) {
     fstat(cInput.Get(), &Status); // now, as the file may have grown
     const char* const pchFile = cOptions.cFile.c_str();
     std::printf("%s: %llu whole object%s, %llu bytes, kept in %s\n", pchFile, cFound.ullObjects,
@@ -135,16 +135,20 @@ void Report(const Options& cOptions, const Found& cFound, const File& cInput) {
 int CheckPlace(const Options& cOptions, const struct stat& Input) {
     const std::string& cOut = cOptions.cOut;
     struct stat Status = {};
-    if (cOptions.bInPlace || lstat(cOut.c_str(), &Status) != 0) {
+    if (cOptions.bInPlace) {
         return ExitDone;
     }
-    if (stat(cOut.c_str(), &Status) == 0 && Status.st_dev == Input.st_dev && Status.st_ino == Input.st_ino) {
+    if (lstat(cOut.c_str(), &Status) != 0) {
+        return errno == ENOENT ? ExitDone : ComplainErrno("cannot write", cOut);
+    }
+    const bool bKnown = stat(cOut.c_str(), &Status) == 0; // else a link to nothing
+    if (bKnown && Status.st_dev == Input.st_dev && Status.st_ino == Input.st_ino) {
         return Complain(cOut + " is the input itself; --in-place would replace it");
     }
     if (!cOptions.bForce) {
         return Complain(cOut + " exists; --force would replace it");
     }
-    return S_ISREG(Status.st_mode) ? ExitDone : Complain(cOut + " is not a regular file");
+    return bKnown && S_ISREG(Status.st_mode) ? ExitDone : Complain(cOut + " is not a regular file");
 }
 
 int Recover(const Options& cOptions) {
@@ -173,7 +177,7 @@ int Recover(const Options& cOptions) {
         iStatus = WriteOut(cOptions, cInput, cFound.ullEnd);
     }
     if (iStatus == ExitDone) {
-        Report(cOptions, cFound, cInput);
+        Report(cOptions, cFound, cInput, Status);
     }
     return iStatus;
 }

@@ -124,7 +124,9 @@ int Run(Options& cOptions) {
 
 // The library passes over a configuration file that it cannot read; whoever names one here wants it read.
 std::string Unreadable(const std::string& cPath) {
-    const bool bReadable = access(cPath.c_str(), R_OK) == 0 && !std::filesystem::is_directory(cPath);
+    std::error_code cError;
+    const bool bReadable =
+        access(cPath.c_str(), R_OK) == 0 && !std::filesystem::is_directory(cPath, cError) && !cError;
     return bReadable ? "" : "cannot read " + cPath;
 }
 
