@@ -5,17 +5,17 @@
 dump() {
     local form value all
     {
-        printf 'Q\x1b[2J\nm_b2PropertyCount=4\nk=1\nk=2\ntwo words=say "hi" \\ \xc2\x9bm\x7f\n\xff=\xc3\x28\r\n'
+        printf 'Q\x1b[2J\nm_b2PropertyCount=4\nk=1\nk=2\ntwo words=say "hi" \\ \xc2\x9bm\x7f\n\xff=\xc3\x28\xc2\x28\xc2\xa0\r\n'
         printf '\nm_b2PropertyCount=0\nQObject\nm_b2PropertyCount=4\nk=2\ne=a=b\n=\n\xc3\xa4=\t\n'
     } >hostile
     printf '%s\n' 'object 0 at byte 0: Q\x1b[2J' '  k = 1' '  k = 2' $'  two words = say "hi" \\\\ \xc2\\x9bm\\x7f' \
-        $'  \xff = \xc3(\\x0d' '' 'object 1 at byte 66: ""' '' 'object 2 at byte 87: QObject' '  k = 2' '  e = a=b' \
+        $'  \xff = \xc3(\xc2(\xc2\xa0\\x0d' '' 'object 1 at byte 70: ""' '' 'object 2 at byte 91: QObject' '  k = 2' '  e = a=b' \
         '   = ' $'  \xc3\xa4 = \\x09' '' '3 objects' >expected
-    printf '%s\n' $'0 @0 Q\\x1b[2J k=1 k=2 "two words"="say \\"hi\\" \\\\ \xc2\\x9bm\\x7f" \xff=\xc3(\\x0d' \
-        '1 @66 ""' $'2 @87 QObject k=2 e=a=b ""="" \xc3\xa4=\\x09' '3 objects' >expected--oneline
-    printf '%s\n' '{"type":"Q\u001b[2J","offset":0,"properties":[["k","1"],["k","2"],["two words","say \"hi\" \\ '$'\xc2\x9bm\x7f"],["\xef\xbf\xbd","\xef\xbf\xbd(\\r"]]}' \
-        '{"type":"","offset":66,"properties":[]}' \
-        $'{"type":"QObject","offset":87,"properties":[["k","2"],["e","a=b"],["",""],["\xc3\xa4","\\t"]]}' >expected--json
+    printf '%s\n' $'0 @0 Q\\x1b[2J k=1 k=2 "two words"="say \\"hi\\" \\\\ \xc2\\x9bm\\x7f" \xff=\xc3(\xc2(\xc2\xa0\\x0d' \
+        '1 @70 ""' $'2 @91 QObject k=2 e=a=b ""="" \xc3\xa4=\\x09' '3 objects' >expected--oneline
+    printf '%s\n' '{"type":"Q\u001b[2J","offset":0,"properties":[["k","1"],["k","2"],["two words","say \"hi\" \\ '$'\xc2\x9bm\x7f"],["\xef\xbf\xbd","\xef\xbf\xbd(\xef\xbf\xbd(\xc2\xa0\\r"]]}' \
+        '{"type":"","offset":70,"properties":[]}' \
+        $'{"type":"QObject","offset":91,"properties":[["k","2"],["e","a=b"],["",""],["\xc3\xa4","\\t"]]}' >expected--json
     for form in '' --oneline --json; do
         for input in /dev/null hostile; do
             check 0 '*' '*' dump ${form:+"$form"} "$([[ $input == hostile ]] && echo - || echo hostile)"
@@ -42,11 +42,17 @@ END
     check 0 '0 of 10 objects' '' dump --where Count=1 --where Count=2
     check 1 '' 'fwpipe: cannot read missing: No such file or directory' dump missing
     check 1 '0 objects' 'fwpipe: cannot read /: Is a directory' dump /
+    "$fwpipe" dump <&- >out 2>err
+    [[ $? == 1 && $(<err) == 'fwpipe: cannot read standard input: Bad file descriptor' ]] || fail "dump <&-"
     value=$(head -c 3000000 /dev/zero | tr '\0' v) # lines and objects of any length
     { printf 'QObject\nm_b2PropertyCount=1\nk=%s\nQObject\nm_b2PropertyCount=65520\n' "$value" && yes k=v | head -n 65520 && printf QObj; } >long
     input=long
     check 1 "*\"$value\"*" $'2 objects\nfwpipe: no whole object at byte * of standard input: its last line is cut' dump --json
     [[ $(tail -n 1 out | grep -o '\["k","v"\]' | wc -l) == 65520 ]] || fail "a long object"
+    if (ulimit -v 200000 && "$fwpipe" --version >out 2>&1); then # sanitizers need more than all
+        head -c 300000000 /dev/zero | tr '\0' v | (ulimit -v 200000 && "$fwpipe" dump >out 2>err)
+        [[ $? == 1 && $(<err) == 'fwpipe: not enough memory: '* ]] || fail "a line longer than memory"
+    fi
     mkfifo to from # a program that feeds it slowly sees its objects at once
     local runner status=0
     "$fwpipe" dump --oneline <to >from 2>err &
@@ -136,13 +142,20 @@ END
 
 # On a terminal, with longer and longer files until one takes the tenth of a second after which the line appears.
 progress() {
-    local command times text shown='\r[0-9]+ objects, [0-9]+/s, [0-9]{1,2}% *\r'
+    local command times text shown share
     pipe replay "${replay[@]}" 'element EDevNull' 'property Name end' 'connect replay 0 end 0'
     pipe print "${replay[@]}" "${print[@]}" 'connect replay 0 printer 0'
+    pipe unsized "${replay[@]/file/unsized}" 'element EDevNull' 'property Name end' 'connect replay 0 end 0'
+    mkfifo unsized
     for command in 'recover --force file' 'dump --oneline file >/dev/null' 'dump - <file >/dev/null' \
-        'run --drain replay.pipe'; do
+        'run --drain replay.pipe' 'dump unsized >/dev/null' 'run --drain unsized.pipe' 'run --drain counts.pipe'; do
+        share=', [0-9]{1,2}%'
+        [[ $command != *@(unsized|counts)* ]] || share=''
+        shown="\\r[0-9]+ $([[ $command == *counts* ]] && echo runs || echo objects), [0-9]+/s$share *\\r"
         for ((times = 200000; times < 20000000; times *= 3)); do
             write "$times" QObject a=b >file
+            [[ $command != *unsized* ]] || cat file >unsized &
+            pipe counts "${print[@]/ESink/EDevNull}" "${launch[@]/Debug 1/Debug 0}" "property Start $times" 'connect launch 0 printer 0'
             script -qec "$fwpipe $command" /dev/null >terminal </dev/null || fail "$command"
             ! grep -qP "$shown" terminal || break
         done
