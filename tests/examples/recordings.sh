@@ -127,6 +127,7 @@ END
     [[ $(<file) == 'a picture' ]] || fail "a picture is no recording"
     check 0 '*' '' recover --in-place --force file
     [[ ! -s file ]] || fail "not emptied"
+    check 0 '*nothing to cut' '' recover --in-place file
     { cat whole && echo QObject; } >file && chmod 600 file && ln file other && echo precious >kept
     for object in 'file -o kept' 'file -o file --force' 'file -o other --force' 'file -o missing/out' missing . \
         'file -o /dev/null --force'; do

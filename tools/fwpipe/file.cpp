@@ -108,7 +108,7 @@ bool NewFile::TakeAfter(const struct stat& Model) {
 }
 
 bool NewFile::PutInPlace(bool bReplace) {
-    if (m_cTemporary.empty() || fsync(m_cFile.Get()) != 0 || !Rename(m_cTemporary, m_cName, bReplace)) {
+    if (fsync(m_cFile.Get()) != 0 || !Rename(m_cTemporary, m_cName, bReplace)) {
         return false;
     }
     m_cTemporary.clear();
