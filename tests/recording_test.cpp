@@ -7,7 +7,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/time.h>
 
 using namespace VESK;
 
@@ -91,31 +90,6 @@ TEST(Recording, APartOfAnObjectInAPipeEndsTheRecording) {
     EXPECT_GT(read(ends[0], room, sizeof room), 0);
     EXPECT_EQ(recorder.Arrive(), "0 ");
     EXPECT_LT(read(ends[0], room, sizeof room), 0); // nothing stands behind the part
-    close(ends[0]);
-}
-
-// A signal comes while the recorder waits for room in the pipe; its handler makes some.
-int iReader;
-void MakeRoom(int) {
-    char room[4096];
-    EXPECT_GT(read(iReader, room, sizeof room), 0);
-}
-
-TEST(Recording, AnInterruptedWriteGoesOn) {
-    struct sigaction action = {};
-    action.sa_handler = MakeRoom;
-    sigaction(SIGALRM, &action, nullptr);
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    iReader = ends[0];
-    const std::string filler(static_cast<std::size_t>(fcntl(ends[1], F_GETPIPE_SZ)), 'f');
-    ASSERT_EQ(write(ends[1], filler.data(), filler.size()), static_cast<ssize_t>(filler.size()));
-    Recorder recorder("1", fdopen(ends[1], "w"));
-    const itimerval soon = {{0, 20000}, {0, 20000}}, never = {};
-    setitimer(ITIMER_REAL, &soon, nullptr);
-    EXPECT_EQ(recorder.Arrive(), "1 ");
-    setitimer(ITIMER_REAL, &never, nullptr);
-    std::signal(SIGALRM, SIG_DFL);
     close(ends[0]);
 }
 

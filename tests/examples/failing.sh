@@ -122,4 +122,19 @@ failing() {
 1|-P old -e inject=/stat:error=ENOENT:when=1 -e inject=renameat2:error=EINVAL|recover file -o old
 2|-P seven.cfg -e inject=/stat:error=EIO|run --config seven.cfg good.pipe
 EOF
+    # A recorder goes on where a signal interrupts it.
+    command=(run --quiet --drain record.pipe)
+    for stop in 0 1; do
+        pipe record 'element ESerialize' 'property Name recorder' "property Strict $stop" 'property Filename record' \
+            "${launch[@]:0:3}" 'sink launch' 'connect launch 0 recorder 0'
+        for event in '' '-e inject=write:error=EINTR:when=1..9+2'; do
+            read -ra event <<<"$event"
+            refill
+            cp record.pipe place && : >place/record # or strace does not know it
+            traced -o ../trace -P record -e trace=write "${event[@]}"
+            [[ $status == 0 && $(grep -c INJECTED trace) -ge ${#event[@]} ]] || fail "recording: exit status $status"
+            [[ -n ${event[*]} ]] || cp place/record record.wanted
+            cmp place/record record.wanted || fail "recording, interrupted"
+        done
+    done
 }
