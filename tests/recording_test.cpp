@@ -98,7 +98,10 @@ TEST(Recording, AStrictRecorderWritesAnObjectAtOnce) {
     int ends[2];
     ASSERT_EQ(pipe2(ends, O_DIRECT), 0);
     Recorder recorder("1", fdopen(ends[1], "w"));
-    EXPECT_EQ(recorder.element.m_pWriter->WriteData(nullptr, 0), 0u);
+    SFileWrite& writer = *recorder.element.m_pWriter;
+    EXPECT_EQ(writer.WriteData(nullptr, 0) + writer.WriteData(nullptr, 0x80000000),
+              0u); // more than it gathers
+    EXPECT_EQ(recorder.Arrive(), "0 " + Lost("standard output", "Cannot allocate memory"));
     EXPECT_EQ(recorder.Arrive() + recorder.Arrive(), "1 1 ");
     char packet[4096];
     EXPECT_EQ(read(ends[0], packet, sizeof packet), static_cast<ssize_t>(Object.size()));

@@ -119,7 +119,8 @@ int ESerialize::Initialize() {
         ErrorMessage("Initialize(): No memory\n");
         return 0;
     }
-    if (!pWriter->m_pFile && pWriter->ReportOnce()) {
+    if (!pWriter->m_pFile) {
+        pWriter->ReportOnce(); // which this is
         ErrorMessage("Unable to open %s: %s\n", pWriter->ShownName(), std::strerror(pWriter->Reason()));
     }
     return iInitialized;
