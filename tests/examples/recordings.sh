@@ -123,23 +123,32 @@ END
     check 0 '*nothing to cut' '' recover --in-place file
     [[ $i == $(stat -c %i file) ]] || fail "replaced although nothing was to be cut"
     echo a picture >file
-    check 1 '' 'fwpipe: *' recover --in-place file
+    check 1 '' "fwpipe: file holds no whole object at its begin (its last lines are missing) and stays as it is; --force would empty it" \
+        recover --in-place file
     [[ $(<file) == 'a picture' ]] || fail "a picture is no recording"
     check 0 '*' '' recover --in-place --force file
     [[ ! -s file ]] || fail "not emptied"
     check 0 '*nothing to cut' '' recover --in-place file
     { cat whole && echo QObject; } >file && chmod 600 file && ln file other && echo precious >kept
-    mkfifo queue # no device of the machine's: a fault would replace it
-    for object in 'file -o kept' 'file -o file --force' 'file -o other --force' 'file -o missing/out' missing . \
-        'file -o queue --force'; do
+    mkfifo fifo # never a device: a faulty program would replace it for the whole machine
+    while IFS='|' read -r object reason; do
         read -ra object <<<"$object"
-        check 1 '' 'fwpipe: *' recover "${object[@]}"
-    done
+        check 1 '' "fwpipe: $reason" recover "${object[@]}"
+    done <<'END'
+file -o kept|kept exists; --force would replace it
+file -o file --force|file is the input itself; --in-place would replace it
+file -o other --force|other is the input itself; --in-place would replace it
+file -o missing/out|cannot write missing/out: No such file or directory
+file -o kept/out|cannot write kept/out: Not a directory
+missing|cannot read missing: No such file or directory
+.|. is not a regular file
+file -o fifo --force|fifo is not a regular file
+END
     [[ $(<kept) == precious && $(tail -n 1 file) == QObject ]] || fail "something changed"
     check 0 '*' '' recover file -o kept --force
     cmp kept whole || fail "not the whole objects"
     [[ $(stat -c %a kept) == 600 ]] || fail "more readable than the input"
-    [[ $(echo *) == 'err file kept link other out queue whole' ]] || fail "left: $(echo *)"
+    [[ $(echo *) == 'err fifo file kept link other out whole' ]] || fail "left: $(echo *)"
 }
 
 # On a terminal, with longer and longer files until one takes the tenth of a second after which the line appears.

@@ -5,7 +5,7 @@ import re
 from dataclasses import dataclass
 
 _TOKEN = re.compile(
-    r"""(?P<skip>//[^\n]*|/\*.*?\*/|^[ \t]*\#(?:[^\n\\]|\\.|\\\n)*|\bstatic_assert\b.*?;
+    r"""(?P<skip>//[^\n]*|R"\(.*?\)"|/\*.*?\*/|^[ \t]*\#(?:[^\n\\]|\\.|\\\n)*|\bstatic_assert\b.*?;
                 |\b(?:__attribute__|__builtin_cpu_supports)\b.*?\)+)
       | (?P<text>"(?:\\.|[^"\\\n])*")
       | (?P<character>'(?:\\.|[^'\\\n])+')
