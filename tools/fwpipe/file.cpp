@@ -24,7 +24,7 @@ std::string Resolved(const std::string& cName) {
         return errno == EINVAL || errno == ENOENT ? cName : ""; // no link, or who knows
     }
     std::error_code cError;
-    const std::string cResolved = std::filesystem::canonical(cName, cError).string();
+    std::string cResolved = std::filesystem::canonical(cName, cError).string();
     errno = cError.value();
     return cResolved;
 }
