@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <utility>
 
 using namespace VESK;
 
@@ -78,6 +79,20 @@ TEST(NameIndex, AnswersAsAWalkWhateverHappensToNames) {
             }
         }
     }
+}
+
+// What a walk would look at first is not there.
+TEST(NameIndex, IsAskedBeforeAnyWalk) {
+    const std::string name(252, 'n');
+    EPipeline pipe;
+    for (int i = 100; i < 400; ++i) {
+        pipe.AddElement(new Probe((name + std::to_string(i) + "cut").c_str()));
+    }
+    EXPECT_TRUE(Agrees(pipe, name + "398") && Agrees(pipe, name + "397"));
+    EObject* const first = std::exchange(pipe.m_ppElements[0], nullptr);
+    Byte2Type index = 0;
+    EXPECT_TRUE(pipe.FindElement(Text((name + "399").c_str()), &index) && index == 299);
+    pipe.m_ppElements[0] = first;
 }
 
 } // namespace
