@@ -95,4 +95,31 @@ TEST(NameIndex, IsAskedBeforeAnyWalk) {
     pipe.m_ppElements[0] = first;
 }
 
+// Searches on its way out, when all the others are still there.
+struct Asking : Probe {
+    explicit Asking(EPipeline* own) : Probe("n0"), pipe(own) {}
+    ~Asking() override {
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_TRUE(Agrees(*pipe, "n50"));
+        }
+    }
+    EPipeline* pipe;
+};
+
+TEST(NameIndex, KnowsNothingOfAPipelineThatStoodThereOrOfElementsTakenAway) {
+    EPipeline pipe;
+    pipe.AddElement(new Asking(&pipe));
+    for (int i = 1; i < 70; ++i) {
+        pipe.AddElement(new Probe(("n" + std::to_string(i)).c_str()));
+    }
+    pipe.~EPipeline();
+    new (&pipe) EPipeline;
+    for (int i = 0; i < 80; ++i) {
+        pipe.AddElement(new Probe(("n" + std::to_string(i == 3 ? 50 : i)).c_str()));
+    }
+    EXPECT_TRUE(Agrees(pipe, "n50") && Agrees(pipe, "n79"));
+    delete pipe.m_ppElements[--pipe.m_iElementCount];
+    EXPECT_TRUE(Agrees(pipe, "n79") && Agrees(pipe, "n78"));
+}
+
 } // namespace

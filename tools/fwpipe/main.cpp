@@ -7,6 +7,8 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <new>
+#include <stdexcept>
 #include <string>
 
 namespace {
@@ -24,12 +26,14 @@ int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
     return FwPipe::ExitUsage;
 }
 
-// A line of a stream, say, can be longer than memory is large.
+// A line of a stream, say, can be longer than memory is large. What an element throws arrives here too.
 int Carry(const FwPipe::Action& cChosen) {
     try {
         return cChosen();
     } catch (const std::exception& cError) {
-        std::fprintf(stderr, "fwpipe: not enough memory: %s\n", cError.what());
+        const bool bMemory = dynamic_cast<const std::bad_alloc*>(&cError) != nullptr ||
+                             dynamic_cast<const std::length_error*>(&cError) != nullptr;
+        std::fprintf(stderr, "fwpipe: %s%s\n", bMemory ? "not enough memory: " : "", cError.what());
         return FwPipe::ExitFailed;
     }
 }

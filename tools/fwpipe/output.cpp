@@ -31,6 +31,7 @@ bool Remember() {
 
 void PrepareStreams() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // a write past the limit of a file's size fails then, and is told
     for (int iStream = STDIN_FILENO; iStream <= STDERR_FILENO; ++iStream) {
         if (fcntl(iStream, F_GETFD) < 0) {
             // Opened the wrong way round: using the stream fails as it would when it is closed.

@@ -67,7 +67,6 @@ EPipeline::EPipeline()
 }
 
 EPipeline::~EPipeline() {
-    ForgetIndex(*this);
     for (int i = 0; i < m_iElementCount; ++i) {
         // Its own destructor forgets it too, but may be that of another copy of the library, in a plugin.
         ForgetElement(m_ppElements[i]);
@@ -78,6 +77,7 @@ EPipeline::~EPipeline() {
         delete m_ppConnections[b4];
     }
     fwfree(m_ppConnections);
+    ForgetIndex(*this); // last, since an element may search on its way out
 }
 
 int EPipeline::Initialize() {

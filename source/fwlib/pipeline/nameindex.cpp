@@ -38,7 +38,8 @@ class NameIndex {
 public:
     int Find(const EPipeline& cPipeline, const SoughtText& cName) {
         const Byte4Type b4Changes = NameChanges.load(std::memory_order_relaxed);
-        if (m_pOwner != &cPipeline || m_b4Changes != b4Changes) {
+        const bool bShrunk = m_iTaken > cPipeline.m_iElementCount;
+        if (m_pOwner != &cPipeline || m_b4Changes != b4Changes || bShrunk) {
             Clear();
             m_pOwner = &cPipeline;
             m_b4Changes = b4Changes;
@@ -166,12 +167,12 @@ int FindNamed(const EPipeline& cPipeline, const SoughtText& cName) {
 }
 
 void ForgetIndex(const EPipeline& cPipeline) {
-    for (bool bForgotten = false; !bForgotten;) {
-        const Turn cTurn;
-        bForgotten = cTurn.IsMine();
-        if (bForgotten && cIndex.IsOf(cPipeline)) {
-            cIndex.Clear();
-        }
+    const Turn cTurn;
+    if (!cTurn.IsMine()) {
+        // To wait for the turn could last for ever, after a fork for one.
+        NameChanges.fetch_add(1, std::memory_order_relaxed);
+    } else if (cIndex.IsOf(cPipeline)) {
+        cIndex.Clear();
     }
 }
 
