@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <exception>
 #include <new>
-#include <stdexcept>
 #include <string>
 
 namespace {
@@ -30,12 +29,12 @@ int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
 int Carry(const FwPipe::Action& cChosen) {
     try {
         return cChosen();
+    } catch (const std::bad_alloc& cError) {
+        std::fprintf(stderr, "fwpipe: not enough memory: %s\n", cError.what());
     } catch (const std::exception& cError) {
-        const bool bMemory = dynamic_cast<const std::bad_alloc*>(&cError) != nullptr ||
-                             dynamic_cast<const std::length_error*>(&cError) != nullptr;
-        std::fprintf(stderr, "fwpipe: %s%s\n", bMemory ? "not enough memory: " : "", cError.what());
-        return FwPipe::ExitFailed;
+        std::fprintf(stderr, "fwpipe: %s\n", cError.what());
     }
+    return FwPipe::ExitFailed;
 }
 
 } // namespace
