@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Usage: headers.sh INCLUDE_DIR [FLAG...]
-# Every installed header stands alone, twice in one file, without a warning from g++ and (where there is one)
-# clang++; the umbrella includes every other one; nothing internal is installed.
+# Every installed header stands alone, twice in one file, in each C++ since C++11, without a warning from g++ and (where
+# there is one) clang++; the umbrella includes every other one; nothing internal is installed.
 set -euo pipefail
 include=$1 failed=0
 shift
-strict=(-std=c++17 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -fsyntax-only "-I$include")
+strict=(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -fsyntax-only "-I$include")
 
 mapfile -t headers < <(cd "$include" && find fwlib -name '*.h' | sort)
 if ((${#headers[@]} < 15)) || [ -e "$include/fwlib/internal" ]; then
@@ -15,11 +15,13 @@ if ((${#headers[@]} < 15)) || [ -e "$include/fwlib/internal" ]; then
 fi
 for compiler in g++ clang++; do
     command -v "$compiler" >/dev/null || continue
-    for header in "${headers[@]}"; do
-        printf '#include <%s>\n' "$header" "$header" | "$compiler" "$@" "${strict[@]}" -x c++ - || {
-            echo "$compiler: $header does not stand alone"
-            failed=1
-        }
+    for standard in c++11 c++14 c++17 c++20 c++2b; do
+        for header in "${headers[@]}"; do
+            printf '#include <%s>\n' "$header" "$header" | "$compiler" "$@" "${strict[@]}" "-std=$standard" -x c++ - || {
+                echo "$compiler, $standard: $header does not stand alone"
+                failed=1
+            }
+        done
     done
 done
 for header in "${headers[@]}"; do

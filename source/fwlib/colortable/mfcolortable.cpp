@@ -9,6 +9,9 @@
 
 namespace VESK {
 
+// Programs in C++11 and C++14, which have no inline variables, link to it.
+constexpr unsigned int MFColorTable::FileNameSize; // NOLINT(readability-redundant-declaration)
+
 namespace {
 
 constexpr char Extension[] = ".lut";

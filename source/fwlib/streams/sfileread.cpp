@@ -9,6 +9,10 @@
 
 namespace VESK {
 
+// Programs in C++11 and C++14, which have no inline variables, link to these.
+constexpr unsigned int SFileRead::FileNameSize; // NOLINT(readability-redundant-declaration)
+constexpr Byte4Type SFileRead::LineBufferSize;  // NOLINT(readability-redundant-declaration)
+
 namespace {
 
 void CloseOwned(SFileRead& cReader) {

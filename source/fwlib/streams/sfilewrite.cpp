@@ -8,6 +8,9 @@
 
 namespace VESK {
 
+// Programs in C++11 and C++14, which have no inline variables, link to it.
+constexpr unsigned int SFileWrite::FileNameSize; // NOLINT(readability-redundant-declaration)
+
 SFileWrite::SFileWrite() : m_achFileName{}, m_pFile(nullptr) {}
 
 SFileWrite::SFileWrite(char* pchFileName, unsigned int uBinary) : m_achFileName{}, m_pFile(HandleOf(stdout)) {
