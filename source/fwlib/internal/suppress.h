@@ -17,7 +17,8 @@ constexpr std::size_t BlockBytes = 120; // 30 words of 4 bytes
 
 struct BlockCoder {
     // Codes the whole blocks of the source. The bytes written, fewer than uLength; 0 when they would not be fewer, or
-    // there is no whole block. The target has room for uLength - 1 bytes.
+    // there is no whole block; then only the blocks before the one that did not fit are written. The target has room
+    // for uLength - 1 bytes, and may overlap the source: each block is read before it is written.
     std::size_t (*pCompress)(unsigned char* pTarget, const unsigned char* pSource, std::size_t uLength,
                              bool bBackward);
 

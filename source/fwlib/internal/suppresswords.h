@@ -54,10 +54,13 @@ struct PlainWords {
         }
     }
 
-    // Copies the words whose bits are set to the list. uRoom is unused: nothing else is written.
-    static void Gather(unsigned char* pList, std::size_t, const unsigned char* pBlock, std::uint32_t uWords) {
+    // Copies the words whose bits are set to the list, and writes nothing else. The block is read before the first
+    // word is written: the list may lie in it.
+    static void Gather(unsigned char* pList, const unsigned char* pBlock, std::uint32_t uWords) {
+        unsigned char abBlock[BlockWords * WordBytes];
+        std::memcpy(abBlock, pBlock, sizeof abBlock);
         for (; uWords != 0; uWords &= uWords - 1, pList += WordBytes) {
-            std::memcpy(pList, pBlock + static_cast<unsigned int>(__builtin_ctz(uWords)) * WordBytes,
+            std::memcpy(pList, abBlock + static_cast<unsigned int>(__builtin_ctz(uWords)) * WordBytes,
                         WordBytes);
         }
     }
@@ -139,11 +142,12 @@ struct WideWords {
         }
     }
 
-    // uRoom: the bytes that may be written at the list, of which those behind the list come out undefined.
+    // uRoom: the bytes that may be written at the list, of which those behind the list come out undefined. The list
+    // does not lie in the block.
     FWLIB_WIDE static void Gather(unsigned char* pList, std::size_t uRoom, const unsigned char* pBlock,
                                   std::uint32_t uWords) {
         if (uRoom < BlockWords * WordBytes + RegisterBytes) {
-            PlainWords::Gather(pList, uRoom, pBlock, uWords);
+            PlainWords::Gather(pList, pBlock, uWords);
             return;
         }
         for (unsigned int u : FirstOf) {

@@ -22,47 +22,41 @@ std::uint32_t TurnRound(std::uint32_t uWords) {
     return uWords >> (32 - BlockWords);
 }
 
-// Which words of a block are listed, and the bitmap that says so.
-struct Choice {
-    std::uint32_t uListed;
-    std::uint32_t uBitmap;
-    std::size_t uListBytes;
-};
-
+// Which words of a block are listed, with the bit that tells the form.
 template <class Words, bool Backward>
-inline __attribute__((always_inline)) Choice Choose(const Byte* pBlock) {
+inline __attribute__((always_inline)) std::uint32_t Choose(const Byte* pBlock) {
     std::uint32_t uNonZero;
     std::uint32_t uChange;
     Words::Look(pBlock, uNonZero, uChange);
     // The scan's first word is always listed, and each that differs from the one scanned before it.
     const std::uint32_t uChanged = Backward ? uChange | LastWord : (uChange << 1 | FirstWord) & AllWords;
-    const unsigned int uNonZeros = Words::Count(uNonZero);
-    const unsigned int uChanges = Words::Count(uChanged);
-    const bool bZeroForm = uChanges >= uNonZeros;
-    const std::uint32_t uListed = bZeroForm ? uNonZero : uChanged;
-    const std::uint32_t uLeftOut = ~uListed & AllWords;
-    return {uListed, (Backward ? TurnRound(uLeftOut) : uLeftOut) | (bZeroForm ? ZeroForm : 0),
-            (bZeroForm ? uNonZeros : uChanges) * WordBytes};
+    return Words::Count(uChanged) >= Words::Count(uNonZero) ? uNonZero | ZeroForm : uChanged;
 }
 
-template <class Words, bool Backward>
-inline __attribute__((always_inline)) std::size_t Compress(Byte* pTarget, const Byte* pSource,
-                                                           std::size_t uLength) {
-    if (uLength < BlockBytes) {
-        return 0;
-    }
-    Byte* const pEnd = pTarget + uLength - 1;
+template <class Words>
+inline __attribute__((always_inline)) std::size_t CodedBytes(std::uint32_t uChoice) {
+    return (1 + Words::Count(uChoice & AllWords)) * WordBytes;
+}
+
+template <bool Backward>
+inline __attribute__((always_inline)) std::uint32_t Bitmap(std::uint32_t uChoice) {
+    const std::uint32_t uLeftOut = ~uChoice & AllWords;
+    return (Backward ? TurnRound(uLeftOut) : uLeftOut) | (uChoice & ZeroForm);
+}
+
+// Each block is coded before the next one is looked at, so the target may overlap the source.
+template <bool Backward>
+std::size_t CompressInSteps(Byte* pTarget, const Byte* pSource, std::size_t uLength) {
     std::size_t uTotal = 0;
     for (std::size_t uBlocks = uLength / BlockBytes; uBlocks > 0; --uBlocks, pSource += BlockBytes) {
-        const Choice cChoice = Choose<Words, Backward>(pSource);
-        const std::size_t uCoded = WordBytes + cChoice.uListBytes;
+        const std::uint32_t uChoice = Choose<PlainWords, Backward>(pSource);
+        const std::size_t uCoded = CodedBytes<PlainWords>(uChoice);
         uTotal += uCoded;
         if (uTotal >= uLength) {
             return 0;
         }
-        Byte* const pList = Backward ? pTarget : pTarget + WordBytes;
-        Words::Gather(pList, static_cast<std::size_t>(pEnd - pList), pSource, cChoice.uListed);
-        StoreWord(Backward ? pTarget + cChoice.uListBytes : pTarget, cChoice.uBitmap);
+        PlainWords::Gather(Backward ? pTarget : pTarget + WordBytes, pSource, uChoice & AllWords);
+        StoreWord(Backward ? pTarget + uCoded - WordBytes : pTarget, Bitmap<Backward>(uChoice));
         pTarget += uCoded;
     }
     return uTotal;
@@ -141,8 +135,8 @@ inline __attribute__((always_inline)) std::size_t ExpandBackward(Byte* pTarget, 
 }
 
 std::size_t CompressPlainly(Byte* pTarget, const Byte* pSource, std::size_t uLength, bool bBackward) {
-    return bBackward ? Compress<PlainWords, true>(pTarget, pSource, uLength)
-                     : Compress<PlainWords, false>(pTarget, pSource, uLength);
+    return bBackward ? CompressInSteps<true>(pTarget, pSource, uLength)
+                     : CompressInSteps<false>(pTarget, pSource, uLength);
 }
 
 std::size_t ExpandPlainly(Byte* pTarget, std::size_t uRoom, const Byte* pSource, std::size_t uLength,
@@ -153,10 +147,45 @@ std::size_t ExpandPlainly(Byte* pTarget, std::size_t uRoom, const Byte* pSource,
 
 #ifdef FWLIB_WIDE
 
+constexpr std::size_t MostBlocks = 65535 / BlockBytes;
+
+// Wide stores write behind the list. So first all blocks are looked at: then the end of the last one is known, and
+// what is written behind a list belongs to the next.
+template <bool Backward>
+FWLIB_WIDE inline __attribute__((always_inline)) std::size_t CompressApart(Byte* pTarget, const Byte* pSource,
+                                                                           std::size_t uLength) {
+    std::uint32_t auChoices[MostBlocks];
+    const std::size_t uBlocks = uLength / BlockBytes;
+    std::size_t uTotal = 0;
+    std::size_t uFitting = 0; // the blocks that are written
+    for (; uFitting < uBlocks; ++uFitting) {
+        auChoices[uFitting] = Choose<WideWords, Backward>(pSource + uFitting * BlockBytes);
+        const std::size_t uCoded = CodedBytes<WideWords>(auChoices[uFitting]);
+        if (uTotal + uCoded >= uLength) {
+            break;
+        }
+        uTotal += uCoded;
+    }
+    Byte* const pEnd = pTarget + uTotal;
+    for (std::size_t u = 0; u < uFitting; ++u, pSource += BlockBytes) {
+        const std::size_t uCoded = CodedBytes<WideWords>(auChoices[u]);
+        Byte* const pList = Backward ? pTarget : pTarget + WordBytes;
+        WideWords::Gather(pList, static_cast<std::size_t>(pEnd - pList), pSource, auChoices[u] & AllWords);
+        StoreWord(Backward ? pTarget + uCoded - WordBytes : pTarget, Bitmap<Backward>(auChoices[u]));
+        pTarget += uCoded;
+    }
+    return uFitting == uBlocks ? uTotal : 0;
+}
+
 FWLIB_WIDE __attribute__((flatten)) std::size_t CompressWidely(Byte* pTarget, const Byte* pSource,
                                                                std::size_t uLength, bool bBackward) {
-    return bBackward ? Compress<WideWords, true>(pTarget, pSource, uLength)
-                     : Compress<WideWords, false>(pTarget, pSource, uLength);
+    const auto uTarget = reinterpret_cast<std::uintptr_t>(pTarget);
+    const auto uSource = reinterpret_cast<std::uintptr_t>(pSource);
+    if (uLength / BlockBytes > MostBlocks || (uTarget < uSource + uLength && uSource < uTarget + uLength)) {
+        return CompressPlainly(pTarget, pSource, uLength, bBackward);
+    }
+    return bBackward ? CompressApart<true>(pTarget, pSource, uLength)
+                     : CompressApart<false>(pTarget, pSource, uLength);
 }
 
 FWLIB_WIDE __attribute__((flatten)) std::size_t

@@ -47,8 +47,9 @@ public:
     void AsciizeTriplets(char* pchText, unsigned int uGroups, char* pchData);
 
     // Codes the whole 120-byte blocks of the source in the target by leaving out zero or repeated 32-bit words
-    // (docs/formats.md). Answers the bytes written, fewer than b2Length, or 0 when they would not be fewer; the
-    // target must hold b2Length - 1 bytes, whose rest is undefined, and not overlap the source. A flag of 2
+    // (docs/formats.md). Returns the bytes written, fewer than b2Length, or 0 when they would not be fewer; then the
+    // target holds the blocks before the one that did not fit. Nothing behind them is written. The target must hold
+    // b2Length - 1 bytes. Where it overlaps the source, each block is read as those before it left it. A flag of 2
     // selects the backward layout, which is read from its end. SRead::Decompress is the inverse.
     Byte2Type Compress(unsigned char* pTarget, unsigned char* pSource, Byte2Type b2Length,
                        unsigned char bFlag);
