@@ -11,8 +11,6 @@ install(TARGETS fwlib EXPORT fwlib)
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 if(TARGET fwpipe)
-  file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-  set_target_properties(fwpipe PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
   install(TARGETS fwpipe)
 endif()
 

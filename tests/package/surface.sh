@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Usage: surface.sh LIBRARY SYMBOLS
+# Usage: surface.sh LIBRARY SYMBOLS [TOOL]
 # What the library shows the linker: exactly the listed names, a soname, no need beyond the compiler's runtime, and
-# one place to search: its own.
+# one place to search: its own. The tool searches beside itself only; an empty entry would stand for the working directory.
 # In the list "va_list" stands for what the width makes of it, and "(optional)" marks what only unoptimized code needs.
 # Names and libraries that sanitizers add are no part of the surface.
 set -euo pipefail
@@ -36,5 +36,12 @@ fi
 if ! grep -q "(RUNPATH).*\[[\$]ORIGIN\]" <<<"$dynamic"; then
     echo "looks for plugins elsewhere than beside itself"
     failed=1
+fi
+if [ $# -gt 2 ]; then
+    entries=$(readelf -dW "$3" | sed -n 's/.*(R\(UN\)\?PATH).*\[\(.*\)\]/\2/p')
+    if [ -z "$entries" ] || tr : '\n' <<<"$entries" | grep -Ev '^\$ORIGIN(/|$)'; then
+        echo "the tool searches elsewhere than beside itself: \"$entries\""
+        failed=1
+    fi
 fi
 exit "$failed"

@@ -18,6 +18,7 @@ enum ExitStatus {
     ExitDone = 0,
     ExitFailed = 1, // a step answered 0, the framework saw an error, or the output could not be written
     ExitUsage = 2,
+    ExitCut = 3,     // a recording is damaged behind whole objects, which are shown or kept
     ExitSignal = 128 // plus the signal's number
 };
 

@@ -4,6 +4,7 @@
 #include "command.h"
 #include "file.h"
 #include "interrupt.h"
+#include "message.h"
 #include "objectscan.h"
 #include "output.h"
 #include "progress.h"
@@ -13,7 +14,7 @@
 #include <cerrno>
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <cstring>
+#include <deque>
 #include <fcntl.h>
 #include <memory>
 #include <unistd.h>
@@ -25,25 +26,37 @@ namespace {
 struct Options {
     std::string cFile = "-"; // standard input
     bool bOneLine = false;
-    bool bJson = false;
+    std::string cJson; // empty for none
+    bool bRaw = false;
+    bool bCount = false;
     unsigned long long ullHead = 0; // 0 for all
+    unsigned long long ullTail = 0; // 0 for all
     std::vector<std::string> cWhere;
 };
 
 const char* const Examples = R"(Examples:
   fwpipe dump objects.txt                       a block for each object
   fwpipe dump --oneline --head 10 objects.txt   the first ten, a line each
+  fwpipe dump --oneline --tail 10 objects.txt   the last ten
   fwpipe dump --where Count=7 objects.txt       the objects with that property
+  fwpipe dump --count --where a=b objects.txt   how many there are of them, as a bare number
   fwpipe run --quiet record.pipe | fwpipe dump  from a pipeline that records to standard output
-  fwpipe dump --json objects.txt                {"type":"QObject","offset":0,"properties":[["Count","0"]]}
+  fwpipe dump --json objects.txt                {"type":"QObject","offset":0,"properties":{"Count":"0"}}
+  fwpipe dump --json=pairs objects.txt          {"type":"QObject","offset":0,"properties":[["Count","0"]]}
 
 The last line counts the objects; with --json it goes to standard error.
 
+Control characters, characters that change the direction of text, and bytes that are not UTF-8 are shown as "\xNN", one
+for each byte, and a backslash as "\\"; in JSON, characters as "\uNNNN". --raw passes them all, as far as JSON allows.
+In JSON a key that an object holds more than once has an array of its values. An object with bytes that are not UTF-8
+has "escaped":true, and then "\xNN" and "\\" stand in its texts.
+
 Exit status:
-  0         every object that was asked for is shown
-  1         the stream is damaged: standard error tells where, and what is whole before it is shown; or the stream
-            could not be read, or standard output not be written
+  0         every object that was asked for is shown, and all that was read is whole; --head reads no further than it
+            shows
+  1         no whole object is at the begin of the stream, or it could not be read, or standard output not be written
   2         wrong usage
+  3         the stream is damaged behind whole objects: they are shown, and standard error tells where
   130, 143  ended by SIGINT or SIGTERM
 )";
 
@@ -72,30 +85,73 @@ unsigned long long SizeOf(const File& cInput) {
     return Status.st_size > iAt && bSized ? static_cast<unsigned long long>(Status.st_size - iAt) : 0;
 }
 
-// Answers how many were shown. Ends early when that is enough, and when nobody takes them.
+ShowObject FormOf(const Options& cOptions) {
+    if (!cOptions.cJson.empty()) {
+        return cOptions.cJson == "pairs" ? ShowJsonPairs : ShowJson;
+    }
+    return cOptions.bOneLine ? ShowLine : ShowBlock;
+}
+
+// Shows objects as they come, or keeps the last ones until there are no more.
+class Shower {
+public:
+    explicit Shower(const Options& cOptions) : m_cOptions(cOptions), m_pShow(FormOf(cOptions)) {}
+
+    // False when nobody takes them.
+    bool Take(const ObjectScan& cScan) {
+        ++m_ullTaken;
+        if (m_cOptions.bCount) {
+            return true;
+        }
+        if (m_cOptions.ullTail == 0) {
+            m_cText.clear();
+            m_pShow(cScan, m_cOptions.bRaw, m_cText);
+            return Print(m_cText);
+        }
+        m_pShow(cScan, m_cOptions.bRaw, m_cLast.emplace_back());
+        if (m_cLast.size() > m_cOptions.ullTail) {
+            m_cLast.pop_front();
+        }
+        return true;
+    }
+
+    void Finish() const { std::all_of(m_cLast.begin(), m_cLast.end(), Print); }
+    unsigned long long Taken() const { return m_ullTaken; }
+
+private:
+    const Options& m_cOptions;
+    const ShowObject m_pShow;
+    unsigned long long m_ullTaken = 0;
+    std::string m_cText;
+    std::deque<std::string> m_cLast;
+};
+
+// Answers how many were asked for. Ends early when that is enough, and when nobody takes them.
 unsigned long long ShowAll(const Options& cOptions, const File& cInput, ObjectScan& cScan) {
-    const ShowObject pShow = cOptions.bJson ? ShowJson : cOptions.bOneLine ? ShowLine : ShowBlock;
+    Shower cShower(cOptions);
     const unsigned long long ullSize = SizeOf(cInput);
     Progress cProgress(!isatty(STDOUT_FILENO), "objects"); // or the two would be mixed
-    unsigned long long ullShown = 0;
     bool bArrives = true;
-    std::string cText;
-    while ((cOptions.ullHead == 0 || ullShown < cOptions.ullHead) && bArrives && cScan.Next()) {
+    while ((cOptions.ullHead == 0 || cShower.Taken() < cOptions.ullHead) && bArrives && cScan.Next()) {
         if (IsAskedFor(cOptions, cScan)) {
-            cText.clear();
-            pShow(cScan, cText);
-            bArrives = Print(cText);
-            ++ullShown;
+            bArrives = cShower.Take(cScan);
         }
         if (cProgress.Due()) {
             cProgress.Show(cScan.Whole(), cScan.End(), ullSize);
         }
     }
-    return ullShown;
+    if (!Interrupt()) {
+        cShower.Finish();
+    }
+    return cShower.Taken();
 }
 
 void Summarize(const Options& cOptions, const ObjectScan& cScan, unsigned long long ullShown) {
-    std::FILE* const pStream = cOptions.bJson ? stderr : stdout;
+    if (cOptions.bCount) {
+        std::printf("%llu\n", ullShown);
+        return;
+    }
+    std::FILE* const pStream = cOptions.cJson.empty() ? stdout : stderr;
     if (!cOptions.cWhere.empty()) {
         std::fprintf(pStream, "%llu of ", ullShown);
     }
@@ -111,9 +167,9 @@ int Judge(const std::string& cName, const ObjectScan& cScan) {
         return ExitFailed;
     }
     if (cScan.Reason()) {
-        std::fprintf(stderr, "fwpipe: no whole object at byte %llu of %s: %s\n", cScan.Offset(),
-                     cName.c_str(), cScan.Reason());
-        return ExitFailed;
+        Complain("no whole object at byte " + std::to_string(cScan.Offset()) + " of " + cName + ": " +
+                 cScan.Reason());
+        return cScan.Whole() > 0 ? ExitCut : ExitFailed;
     }
     return ExitDone;
 }
@@ -149,10 +205,27 @@ void AddDump(CLI::App& cApp, Action& cChosen) {
     pDump->add_option("FILE", pOptions->cFile, "The object stream; standard input for \"-\" or when absent")
         ->type_name("");
     CLI::Option* const pOneLine = pDump->add_flag("--oneline", pOptions->bOneLine, "A line for each object");
-    pDump->add_flag("--json", pOptions->bJson, "A line of JSON for each object")->excludes(pOneLine);
-    pDump->add_option("--head", pOptions->ullHead, "Show the first N objects that are asked for")
-        ->type_name("N")
-        ->check(CLI::Validator(NotACount, ""));
+    CLI::Option* const pJson =
+        pDump
+            ->add_flag("--json{object}", pOptions->cJson,
+                       "A line of JSON for each object; --json=pairs has its properties as pairs")
+            ->check(CLI::IsMember({"object", "pairs"}))
+            ->excludes(pOneLine);
+    CLI::Option* const pRaw = pDump->add_flag("--raw", pOptions->bRaw, "Escape nothing");
+    CLI::Option* const pHead =
+        pDump->add_option("--head", pOptions->ullHead, "Show the first N objects that are asked for")
+            ->type_name("N")
+            ->check(CLI::Validator(NotACount, ""));
+    CLI::Option* const pTail =
+        pDump->add_option("--tail", pOptions->ullTail, "Show the last N of them, which are kept in memory")
+            ->type_name("N")
+            ->check(CLI::Validator(NotACount, ""))
+            ->excludes(pHead);
+    CLI::Option* const pCount =
+        pDump->add_flag("--count", pOptions->bCount, "Print only how many objects are asked for");
+    for (CLI::Option* const pOther : {pOneLine, pJson, pRaw, pHead, pTail}) {
+        pCount->excludes(pOther);
+    }
     pDump
         ->add_option("--where", pOptions->cWhere,
                      "Show objects that have this property; given more than once, that have all of them")

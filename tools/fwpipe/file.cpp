@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <unistd.h>
@@ -65,10 +64,6 @@ void File::Close() {
         close(m_iFile);
     }
     m_iFile = -1;
-}
-
-void ReportErrno(const char* pchWhat, const std::string& cName) {
-    std::fprintf(stderr, "fwpipe: %s %s: %s\n", pchWhat, cName.c_str(), std::strerror(errno));
 }
 
 NewFile::NewFile(const std::string& cName)

@@ -23,9 +23,6 @@ private:
     int m_iFile;
 };
 
-// Says "fwpipe: WHAT NAME: REASON" on standard error, with the reason for errno.
-void ReportErrno(const char* pchWhat, const std::string& cName);
-
 // Written beside its name, or beside what a link of that name leads to, as a temporary that goes when the object
 // does, unless it was put in place.
 class NewFile {

@@ -2,6 +2,7 @@
 // fwpipe: the host program for pipe files, and the tools for what pipelines record. Each subcommand is a file of its
 // own.
 #include "command.h"
+#include "message.h"
 #include "output.h"
 
 #include <CLI/CLI.hpp>
@@ -21,7 +22,8 @@ int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
     const std::string cComplaint = cNamed.empty() && !cUnknown.empty()
                                        ? "unknown command or option: " + cUnknown.front()
                                        : cError.what();
-    std::fprintf(stderr, "fwpipe: %s\nTry \"fwpipe %s--help\".\n", cComplaint.c_str(), cCommand.c_str());
+    FwPipe::Complain(cComplaint);
+    std::fprintf(stderr, "Try \"fwpipe %s--help\".\n", cCommand.c_str());
     return FwPipe::ExitUsage;
 }
 
@@ -30,9 +32,9 @@ int Carry(const FwPipe::Action& cChosen) {
     try {
         return cChosen();
     } catch (const std::bad_alloc& cError) {
-        std::fprintf(stderr, "fwpipe: not enough memory: %s\n", cError.what());
+        FwPipe::Complain(std::string("not enough memory: ") + cError.what());
     } catch (const std::exception& cError) {
-        std::fprintf(stderr, "fwpipe: %s\n", cError.what());
+        FwPipe::Complain(cError.what());
     }
     return FwPipe::ExitFailed;
 }
@@ -70,5 +72,6 @@ int main(int iArguments, char** ppchArguments) {
     if (cChosen) {
         iStatus = Carry(cChosen);
     }
-    return iStatus == FwPipe::ExitDone && !FwPipe::OutputArrived() ? FwPipe::ExitFailed : iStatus;
+    const bool bPrinted = iStatus == FwPipe::ExitDone || iStatus == FwPipe::ExitCut;
+    return bPrinted && !FwPipe::OutputArrived() ? FwPipe::ExitFailed : iStatus;
 }

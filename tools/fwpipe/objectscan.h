@@ -22,6 +22,7 @@ public:
     bool Next();
 
     // The object at hand.
+    const std::string& Text() const { return m_cText; } // its lines, each with its newline
     std::string_view Type() const;
     std::size_t Properties() const { return m_cLines.size() - FirstProperty; }
     std::pair<std::string_view, std::string_view> Property(std::size_t uIndex) const; // key and value

@@ -3,6 +3,7 @@
 #include "command.h"
 #include "file.h"
 #include "interrupt.h"
+#include "message.h"
 #include "objectscan.h"
 #include "progress.h"
 
@@ -49,8 +50,8 @@ Exit status:
   130, 143  ended by SIGINT or SIGTERM; nothing was changed
 )";
 
-int Complain(const std::string& cComplaint) {
-    std::fprintf(stderr, "fwpipe: %s\n", cComplaint.c_str());
+int Refuse(const std::string& cComplaint) {
+    Complain(cComplaint);
     return ExitFailed;
 }
 
@@ -86,7 +87,7 @@ int Copy(const Options& cOptions, const File& cInput, unsigned long long ullEnd,
             return ExitSignal + Interrupt();
         }
         if (iRead == 0) {
-            return Complain(cOptions.cFile + " became shorter while it was read");
+            return Refuse(cOptions.cFile + " became shorter while it was read");
         }
         if (iRead < 0) {
             return ComplainErrno("cannot read", cOptions.cFile);
@@ -143,12 +144,12 @@ int CheckPlace(const Options& cOptions, const struct stat& Input) {
     }
     const bool bKnown = stat(cOut.c_str(), &Status) == 0; // else a link to nothing
     if (bKnown && Status.st_dev == Input.st_dev && Status.st_ino == Input.st_ino) {
-        return Complain(cOut + " is the input itself; --in-place would replace it");
+        return Refuse(cOut + " is the input itself; --in-place would replace it");
     }
     if (!cOptions.bForce) {
-        return Complain(cOut + " exists; --force would replace it");
+        return Refuse(cOut + " exists; --force would replace it");
     }
-    return bKnown && S_ISREG(Status.st_mode) ? ExitDone : Complain(cOut + " is not a regular file");
+    return bKnown && S_ISREG(Status.st_mode) ? ExitDone : Refuse(cOut + " is not a regular file");
 }
 
 int Recover(const Options& cOptions) {
@@ -160,7 +161,7 @@ int Recover(const Options& cOptions) {
         return ComplainErrno("cannot read", cOptions.cFile);
     }
     if (!S_ISREG(Status.st_mode)) {
-        return Complain(cOptions.cFile + " is not a regular file");
+        return Refuse(cOptions.cFile + " is not a regular file");
     }
     Found cFound;
     int iStatus = CheckPlace(cOptions, Status);
@@ -169,8 +170,8 @@ int Recover(const Options& cOptions) {
     }
     if (iStatus == ExitDone && cOptions.bInPlace && cFound.ullObjects == 0 && cFound.pchReason &&
         !cOptions.bForce) {
-        return Complain(cOptions.cFile + " holds no whole object at its begin (" + cFound.pchReason +
-                        ") and stays as it is; --force would empty it");
+        return Refuse(cOptions.cFile + " holds no whole object at its begin (" + cFound.pchReason +
+                      ") and stays as it is; --force would empty it");
     }
     const bool bWrite = !cOptions.bInPlace || cFound.pchReason;
     if (iStatus == ExitDone && bWrite) {

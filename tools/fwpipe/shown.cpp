@@ -1,91 +1,133 @@
 // SPDX-License-Identifier: MIT
 #include "shown.h"
 
+#include "escape.h"
 #include "objectscan.h"
 
-#include <nlohmann/json.hpp>
+#include <unordered_map>
 
 namespace FwPipe {
 
 namespace {
 
-// The control characters of ASCII, and those behind it, which UTF-8 writes as 0xC2 and this byte.
-bool ActsOnTerminals(unsigned char uchBefore, unsigned char uchByte) {
-    return uchByte < 0x20 || uchByte == 0x7f || (uchBefore == 0xc2 && uchByte >= 0x80 && uchByte < 0xa0);
-}
-
-void AppendShown(std::string_view cBytes, std::string& cText) {
-    static const char achDigits[] = "0123456789abcdef";
-    unsigned char uchBefore = 0;
-    for (const char chByte : cBytes) {
-        const auto uchByte = static_cast<unsigned char>(chByte);
-        if (ActsOnTerminals(uchBefore, uchByte)) {
-            cText += {'\\', 'x', achDigits[uchByte >> 4], achDigits[uchByte & 15]};
-        } else {
-            cText.append(chByte == '\\' ? 2 : 1, chByte);
-        }
-        uchBefore = uchByte;
+void AppendShown(std::string_view cBytes, bool bRaw, std::string& cText) {
+    if (bRaw) {
+        cText += cBytes;
+    } else {
+        AppendEscaped(cBytes, cText);
     }
 }
 
 // One word, whatever it holds.
-void AppendWord(std::string_view cBytes, std::string& cText) {
+void AppendWord(std::string_view cBytes, bool bRaw, std::string& cText) {
     if (!cBytes.empty() && cBytes.find_first_of(" \"") == std::string_view::npos) {
-        AppendShown(cBytes, cText);
+        AppendShown(cBytes, bRaw, cText);
         return;
     }
     cText += '"';
     for (std::size_t u; (u = cBytes.find('"')) != std::string_view::npos; cBytes.remove_prefix(u + 1)) {
-        AppendShown(cBytes.substr(0, u), cText);
+        AppendShown(cBytes.substr(0, u), bRaw, cText);
         cText += "\\\"";
     }
-    AppendShown(cBytes, cText);
+    AppendShown(cBytes, bRaw, cText);
     cText += '"';
 }
 
-// What stands before, between and behind the keys and values, each shown as one text.
-void AppendPairs(const ObjectScan& cScan, const char* pchBefore, const char* pchBetween,
-                 const char* pchBehind, void (*pAppend)(std::string_view, std::string&), std::string& cText) {
+// The texts of one object as JSON.
+class Json {
+public:
+    Json(const ObjectScan& cScan, bool bRaw, std::string& cText)
+        : m_bRaw(bRaw), m_bBytes(!bRaw && !IsUtf8(cScan.Text())), m_cText(cText) {
+        m_cText += "{\"type\":";
+        Append(cScan.Type());
+        m_cText += ",\"offset\":" + std::to_string(cScan.Offset());
+        m_cText += m_bBytes ? ",\"escaped\":true" : "";
+    }
+
+    void Append(std::string_view cBytes) { AppendJson(cBytes, m_bBytes, m_bRaw, m_cText); }
+
+private:
+    const bool m_bRaw;
+    const bool m_bBytes; // what is not UTF-8 has to be escaped
+    std::string& m_cText;
+};
+
+// For each property the index of the next with the same key, or 0; a key's later ones are marked in cLater.
+void LinkEqualKeys(const ObjectScan& cScan, std::vector<std::size_t>& cNext, std::vector<bool>& cLater) {
+    std::unordered_map<std::string_view, std::size_t> cLast;
     for (std::size_t u = 0; u < cScan.Properties(); ++u) {
-        const auto [cKey, cValue] = cScan.Property(u);
-        cText += pchBefore;
-        pAppend(cKey, cText);
-        cText += pchBetween;
-        pAppend(cValue, cText);
-        cText += pchBehind;
+        const auto [At, bNew] = cLast.try_emplace(cScan.Property(u).first, u);
+        if (!bNew) {
+            cNext[At->second] = u;
+            cLater[u] = true;
+            At->second = u;
+        }
     }
 }
 
 } // namespace
 
-void ShowBlock(const ObjectScan& cScan, std::string& cText) {
+void ShowBlock(const ObjectScan& cScan, bool bRaw, std::string& cText) {
     cText +=
         "object " + std::to_string(cScan.Whole() - 1) + " at byte " + std::to_string(cScan.Offset()) + ": ";
-    AppendWord(cScan.Type(), cText);
+    AppendWord(cScan.Type(), bRaw, cText);
     cText += '\n';
-    AppendPairs(cScan, "  ", " = ", "\n", AppendShown, cText);
-    cText += '\n';
-}
-
-void ShowLine(const ObjectScan& cScan, std::string& cText) {
-    cText += std::to_string(cScan.Whole() - 1) + " @" + std::to_string(cScan.Offset()) + ' ';
-    AppendWord(cScan.Type(), cText);
-    AppendPairs(cScan, " ", "=", "", AppendWord, cText);
-    cText += '\n';
-}
-
-void ShowJson(const ObjectScan& cScan, std::string& cText) {
-    nlohmann::ordered_json cObject = {{"type", cScan.Type()}, {"offset", cScan.Offset()}};
-    auto& cPairs = cObject["properties"] = nlohmann::ordered_json::array();
     for (std::size_t u = 0; u < cScan.Properties(); ++u) {
         const auto [cKey, cValue] = cScan.Property(u);
-        auto cPair = nlohmann::ordered_json::array();
-        cPair.push_back(cKey);
-        cPair.push_back(cValue);
-        cPairs.push_back(std::move(cPair));
+        AppendShown(cKey, bRaw, cText += "  ");
+        AppendShown(cValue, bRaw, cText += " = ");
+        cText += '\n';
     }
-    cText += cObject.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
     cText += '\n';
+}
+
+void ShowLine(const ObjectScan& cScan, bool bRaw, std::string& cText) {
+    cText += std::to_string(cScan.Whole() - 1) + " @" + std::to_string(cScan.Offset()) + ' ';
+    AppendWord(cScan.Type(), bRaw, cText);
+    for (std::size_t u = 0; u < cScan.Properties(); ++u) {
+        const auto [cKey, cValue] = cScan.Property(u);
+        AppendWord(cKey, bRaw, cText += ' ');
+        AppendWord(cValue, bRaw, cText += '=');
+    }
+    cText += '\n';
+}
+
+void ShowJson(const ObjectScan& cScan, bool bRaw, std::string& cText) {
+    Json cJson(cScan, bRaw, cText);
+    std::vector<std::size_t> cNext(cScan.Properties());
+    std::vector<bool> cLater(cScan.Properties());
+    LinkEqualKeys(cScan, cNext, cLater);
+    cText += ",\"properties\":{";
+    for (std::size_t u = 0; u < cScan.Properties(); ++u) {
+        if (cLater[u]) {
+            continue;
+        }
+        const auto [cKey, cValue] = cScan.Property(u);
+        cText += u > 0 ? "," : "";
+        cJson.Append(cKey);
+        cText += cNext[u] ? ":[" : ":";
+        cJson.Append(cValue);
+        for (std::size_t uOther = cNext[u]; uOther; uOther = cNext[uOther]) {
+            cText += ',';
+            cJson.Append(cScan.Property(uOther).second);
+        }
+        cText += cNext[u] ? "]" : "";
+    }
+    cText += "}}\n";
+}
+
+void ShowJsonPairs(const ObjectScan& cScan, bool bRaw, std::string& cText) {
+    Json cJson(cScan, bRaw, cText);
+    cText += ",\"properties\":[";
+    for (std::size_t u = 0; u < cScan.Properties(); ++u) {
+        const auto [cKey, cValue] = cScan.Property(u);
+        cText += u > 0 ? ",[" : "[";
+        cJson.Append(cKey);
+        cText += ',';
+        cJson.Append(cValue);
+        cText += ']';
+    }
+    cText += "]}\n";
 }
 
 } // namespace FwPipe

@@ -9,16 +9,20 @@ namespace FwPipe {
 
 class ObjectScan;
 
-// The object at hand, appended to a text.
-using ShowObject = void (*)(const ObjectScan& cScan, std::string& cText);
+// Appends the object at hand to a text. Raw, its bytes are passed as they are, else escaped (escape.h).
+using ShowObject = void (*)(const ObjectScan& cScan, bool bRaw, std::string& cText);
 
-// For people what could act on a terminal is written as "\xNN", and a backslash as "\\".
-void ShowBlock(const ObjectScan& cScan, std::string& cText); // a line each for the object and its properties
-void ShowLine(const ObjectScan& cScan, std::string& cText);  // words with spaces stand in quotation marks
+void ShowBlock(const ObjectScan& cScan, bool bRaw,
+               std::string& cText); // a line each for object and properties
+void ShowLine(const ObjectScan& cScan, bool bRaw, std::string& cText); // words with spaces in quotation marks
 
-// {"type":TYPE,"offset":BYTE,"properties":[[KEY,VALUE],...]}: pairs, because a key may stand there more than once.
-// What is not UTF-8 becomes U+FFFD.
-void ShowJson(const ObjectScan& cScan, std::string& cText);
+// {"type":TYPE,"offset":BYTE,"properties":{KEY:VALUE,...}}. A key that stands in the object more than once has an array
+// of its values in their order. An object that holds bytes that are not UTF-8 has "escaped":true behind its offset,
+// and in its texts "\xNN" for each such byte and "\\" for a backslash.
+void ShowJson(const ObjectScan& cScan, bool bRaw, std::string& cText);
+
+// The same with "properties":[[KEY,VALUE],...].
+void ShowJsonPairs(const ObjectScan& cScan, bool bRaw, std::string& cText);
 
 } // namespace FwPipe
 
