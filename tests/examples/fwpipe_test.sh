@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# fwpipe_test.sh GROUP FWPIPE PLUGIN: exit statuses, messages and streams of fwpipe. PLUGIN is the built
-# examples/plugin; GROUP is a function of running.sh, recordings.sh or failing.sh. Pipe files and recordings are made in a scratch
+# fwpipe_test.sh GROUP FWPIPE PLUGIN PROBE: exit statuses, messages and streams of fwpipe. PLUGIN is the built
+# examples/plugin, PROBE that of the language tests; GROUP is a function of one of the other files here. Pipe files and recordings are made in a scratch
 # folder, which is also the working directory.
 # shellcheck disable=SC2317 # the groups are called by name
 # shellcheck disable=SC2053 # patterns
@@ -12,6 +12,7 @@ export LC_ALL=C
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 fwpipe=$(realpath "$2")
 plugin=$(realpath "$3")
+probe=$(realpath "$4")
 box=$(mktemp -d -p "$([[ -w /dev/shm ]] && echo /dev/shm || echo /tmp)") # where bringing a file to the disk is fast
 trap 'rm -rf "$box"' EXIT
 cd "$box" || exit 1
@@ -68,5 +69,7 @@ source "$here/running.sh"
 source "$here/recordings.sh"
 # shellcheck source-path=SCRIPTDIR
 source "$here/failing.sh"
+# shellcheck source-path=SCRIPTDIR
+source "$here/guards.sh"
 "$1"
 exit $((failures > 0))

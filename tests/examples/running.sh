@@ -3,6 +3,7 @@
 # The groups of fwpipe_test.sh on "fwpipe run", and on what all commands have in common.
 # shellcheck disable=SC2034,SC2154,SC2053 # names and patterns of fwpipe_test.sh
 usage() {
+    mkfifo fifo
     local number
     check 2 '' 'fwpipe: *subcommand*--help*'
     check 2 '' 'fwpipe: *bogus*fwpipe --help*' bogus
@@ -11,6 +12,7 @@ usage() {
     check 2 '' 'fwpipe: *--drain*--repeat*' run --repeat 2 --drain good.pipe
     check 2 '' 'fwpipe: *cannot read missing.cfg*' run --config missing.cfg good.pipe
     check 2 '' 'fwpipe: *cannot read .*' run --config . good.pipe
+    check 2 '' 'fwpipe: *cannot read fifo again for each element: *' run --config fifo good.pipe
     for number in 0 -1 1.5 010 0x10 many '' 99999999999999999999; do
         check 2 '' 'fwpipe: --repeat: *' run --repeat "$number" good.pipe
         check 2 '' 'fwpipe: --head: *' dump --head "$number" good.pipe

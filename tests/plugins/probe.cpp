@@ -1,23 +1,27 @@
 // SPDX-License-Identifier: MIT
 // The plugin of the language tests: elements that send and take what a case needs.
 //
-// EFeed: each Run sends one object through its first pad and answers what that answered.
-//   source pads   1
+// EFeed: each Run sends one object through each of its pads and answers what the last one answered.
+//   source pads   "TotalSourcePads", 1 when absent
 //   properties    those of its section "Object" are the object's, in section "Standard"; a "^" in them stands for "="
 //                 and a "~" for a newline, which a configuration file cannot give
 //                 "Kind": Null sends no object, Empty one without a type, End a QEOF, Refuse one that answers 0 to
 //                 Serialize once it is written; a plain one when absent
+//                 "Turns": behind each object the pads exchange their receivers, and the first is made anew
 // EProbe: prints "NAME(INDEX): PROPERTIES" of each object.
 //   sink pads     "TotalSinkPads", 1 when absent; their indexes are 10, 11 and so on
 //   source pads   "TotalSourcePads", none when absent; gets each object on all of them
 //   properties    "Answer": of DataArrived when nothing is passed on, 1 when absent
+//                 "Every": a number N; all objects but each Nth are then answered 1
 //                 "Mark": is set on the object once it is printed, so that who gets the same one sees it
 //                 "Initialized": the answer of Initialize, 1 when absent
-// Both print "NAME is gone" when they are destroyed with the property "Farewell".
+// EBox: a pipeline with an EFeed "inner", which it destroys at the end of its first Run; later ones answer 0.
+// EFeed and EProbe print "NAME is gone" when they are destroyed with the property "Farewell".
 #include "support/support.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 using namespace VESK;
 
@@ -61,7 +65,7 @@ struct Refuser : QObject {
 class EFeed final : public ETested {
 public:
     EFeed() : ETested("EFeed") {}
-    int Initialize() override { return Pads(0, 1), 1; }
+    int Initialize() override { return Pads(0, std::stoi(Own("TotalSourcePads", "1"))), 1; }
     int DataArrived(QObject*, Byte2Type) override { return 0; }
     int Run() override {
         const std::string kind = Own("Kind");
@@ -78,7 +82,18 @@ public:
                 Set(object.m_cProperties, Given(key).c_str(), Given(value));
             }
         }
-        return GetSourcePad(0)->Push(kind == "Null" ? nullptr : &object);
+        int answer = 0;
+        const int pads = std::stoi(Own("TotalSourcePads", "1"));
+        for (int i = 0; i < pads; ++i) {
+            answer = GetSourcePad(static_cast<Byte2Type>(i))->Push(kind == "Null" ? nullptr : &object);
+        }
+        if (!Own("Turns").empty()) {
+            std::swap(GetSourcePad(0)->m_pSinkPad, GetSourcePad(1)->m_pSinkPad);
+            auto* const pAnew = new SOURCEPAD(this);
+            pAnew->m_pSinkPad = GetSourcePad(0)->m_pSinkPad;
+            delete std::exchange(m_ppSourcePads[0], pAnew);
+        }
+        return answer;
     }
 };
 
@@ -96,9 +111,33 @@ public:
         if (pObject && !Own("Mark").empty()) {
             Set(pObject->m_cProperties, "Mark", Own("Mark"));
         }
-        int answer = std::stoi(Own("Answer", "1"));
+        ++m_iArrived;
+        const bool plain = m_iArrived % std::stoi(Own("Every", "1")) != 0;
+        int answer = plain ? 1 : std::stoi(Own("Answer", "1"));
         for (Byte2Type b2 = 0; b2 < GetSourcePadCount(); ++b2) {
             answer = GetSourcePad(b2)->Push(pObject);
+        }
+        return answer;
+    }
+
+private:
+    int m_iArrived = 0;
+};
+
+class EBox final : public EPipeline {
+public:
+    EBox() {
+        auto* const pInner = new EFeed;
+        Set(pInner->m_cProperties, "Name", "inner");
+        AddElement(pInner);
+        Set(m_cProperties, "SinkElement", "inner");
+        Set(m_cProperties, "SourceElement", "inner");
+    }
+    int Run() override {
+        const int answer = EPipeline::Run();
+        if (m_pSinkElement) {
+            delete m_ppElements[--m_iElementCount];
+            m_pSinkElement = nullptr;
         }
         return answer;
     }
@@ -108,7 +147,8 @@ class ProbeFactory : public LibraryFactory {
 public:
     EObject* CreateElement(char* pchType) override {
         const std::string type = pchType;
-        return type == "EFeed" ? static_cast<EObject*>(new EFeed) : type == "EProbe" ? new EProbe : nullptr;
+        EObject* const box = type == "EBox" ? new EBox : nullptr;
+        return type == "EFeed" ? new EFeed : type == "EProbe" ? new EProbe : box;
     }
 };
 

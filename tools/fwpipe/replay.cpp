@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "replay.h"
 
+#include "elements.h"
+#include "origin.h"
 #include "output.h"
 
 #include <fwlib/fwlib.h>
 
 #include <cstdio>
+#include <poll.h>
 #include <sys/stat.h>
 
 namespace FwPipe {
@@ -13,8 +16,8 @@ namespace FwPipe {
 namespace {
 
 // The file that the pipeline replays, or null. A handle is the address of its stream.
-std::FILE* Replayed(const VESK::EPipeline& cPipeline) {
-    const auto* const pElement = dynamic_cast<const VESK::EDeserialize*>(cPipeline.m_pSinkElement);
+std::FILE* Replayed(const VESK::EPipeline& cPipeline, const Origin& cOrigin) {
+    const VESK::EDeserialize* const pElement = AsReplay(cOrigin.Living(cPipeline));
     return pElement && pElement->m_pReader ? reinterpret_cast<std::FILE*>(pElement->m_pReader->m_pFile)
                                            : nullptr;
 }
@@ -23,10 +26,19 @@ unsigned long long Positive(off_t iValue) {
     return iValue > 0 ? static_cast<unsigned long long>(iValue) : 0;
 }
 
+// Whether data can be had from the stream without waiting.
+bool Waiting(std::FILE* pFile) {
+    pollfd Poll = {fileno(pFile), POLLIN, 0};
+    const bool bReadAhead = pFile->_IO_read_ptr < pFile->_IO_read_end; // only the C library's fields tell it
+    return bReadAhead || (poll(&Poll, 1, 0) > 0 && (Poll.revents & POLLIN));
+}
+
 } // namespace
 
-ReplayProgress::ReplayProgress(bool bWanted, const VESK::EPipeline& cPipeline)
-    : m_cPipeline(cPipeline), m_cProgress(bWanted, Replayed(cPipeline) ? "objects" : "runs") {
+ReplayProgress::ReplayProgress(bool bWanted, const VESK::EPipeline& cPipeline, const Origin& cOrigin)
+    : m_cPipeline(cPipeline),
+      m_cOrigin(cOrigin),
+      m_cProgress(bWanted, Replayed(cPipeline, cOrigin) ? "objects" : "runs") {
     PrintedOnTerminal(); // what was printed before is no run's
 }
 
@@ -38,10 +50,22 @@ void ReplayProgress::Ran(unsigned long long ullRuns) {
         m_cProgress.Stop();
         return;
     }
-    std::FILE* const pFile = Replayed(m_cPipeline);
+    std::FILE* const pFile = Replayed(m_cPipeline, m_cOrigin);
     struct stat Status = {};
     const bool bSized = pFile && fstat(fileno(pFile), &Status) == 0 && S_ISREG(Status.st_mode);
     m_cProgress.Show(ullRuns, bSized ? Positive(ftello(pFile)) : 0, bSized ? Positive(Status.st_size) : 0);
+}
+
+Rest RestOfReplay(const VESK::EPipeline& cPipeline, const Origin& cOrigin) {
+    std::FILE* const pFile = Replayed(cPipeline, cOrigin);
+    struct stat Status = {};
+    if (!pFile || std::feof(pFile) || fstat(fileno(pFile), &Status) != 0) {
+        return Rest::None;
+    }
+    if (S_ISREG(Status.st_mode)) {
+        return ftello(pFile) < Status.st_size ? Rest::InFile : Rest::None;
+    }
+    return Waiting(pFile) ? Rest::InPipe : Rest::Possible;
 }
 
 } // namespace FwPipe

@@ -3,8 +3,12 @@
 // has nothing more to give.
 #include "checks.h"
 #include "command.h"
+#include "ending.h"
+#include "feedback.h"
 #include "interrupt.h"
+#include "origin.h"
 #include "output.h"
+#include "recorders.h"
 #include "replay.h"
 
 #include <fwlib/fwlib.h>
@@ -29,6 +33,11 @@ struct Options {
     bool bDrain = false;
     bool bQuiet = false;
     bool bLoop = false; // --repeat or --drain was given
+    bool bIgnoreRefused = false;
+    bool bReport = false;
+    RecorderOptions cRecorders;
+
+    Asked Runs() const { return bDrain ? Asked::All : bLoop ? Asked::Number : Asked::One; }
 };
 
 const char* const Examples = R"(Examples:
@@ -37,10 +46,13 @@ const char* const Examples = R"(Examples:
   fwpipe run --repeat 100 counter.pipe       a hundred runs of one pipeline
   fwpipe run --drain replay.pipe             run until there is nothing more
   fwpipe run --config lab.cfg counter.pipe   settings from sections named like the elements' types
+  fwpipe run --keep record.pipe              never replace a recording
 
 Exit status:
-  0         all went well; with --drain, also when a run answered 0
-  1         a step answered 0, an element reported an error, or standard output could not be written
+  0         all went well; with --drain, also when a run answered 0 because there was no more data
+  1         a step answered 0, an element reported an error, objects were refused downstream, a replay ended before
+            its data, a recorder would write a file that another element uses, or standard output could not be
+            written
   2         wrong usage
   130, 143  ended by SIGINT or SIGTERM: a loop ends after the current run, a second signal ends it at once
 )";
@@ -77,31 +89,52 @@ int Judge(int iAnswer, bool bArrived, const std::string& cComplaint) {
     return iAnswer && bArrived ? ExitDone : ExitFailed;
 }
 
-int RunAll(const Options& cOptions, VESK::EPipeline& cPipeline) {
-    ReplayProgress cProgress(cOptions.bDrain, cPipeline);
-    for (unsigned long long ull = 1; cOptions.bDrain || ull <= cOptions.ullRepeat; ++ull) {
+// Runs once, or as often as was asked for, until a run answers 0, output is lost or a signal comes.
+int Loop(const Options& cOptions, VESK::EPipeline& cPipeline, const Origin& cOrigin) {
+    const Report cReport(cOptions.bReport);
+    ReplayProgress cProgress(cOptions.bDrain, cPipeline, cOrigin);
+    unsigned long long ull = 0;
+    while (cOptions.bDrain || ull < cOptions.ullRepeat) {
         const int iAnswer = cPipeline.Run();
         const bool bDrained = cOptions.bDrain && !iAnswer;
         const bool bArrived = OutputArrived();
         if (iAnswer && bArrived && !Interrupt()) {
-            cProgress.Ran(ull);
+            cProgress.Ran(++ull);
             continue;
         }
         cProgress.Stop();
+        cReport.Tell(ull + (iAnswer ? 1 : 0), cOrigin);
         return Judge(iAnswer || bDrained, bArrived,
-                     "run " + std::to_string(ull) + " of " + cOptions.cFile + " answered 0");
+                     "run " + std::to_string(ull + 1) + " of " + cOptions.cFile + " answered 0");
     }
+    cReport.Tell(ull, cOrigin);
     return ExitDone;
 }
 
-int Steps(Options& cOptions, VESK::EPipeline& cPipeline) {
+// A refused object ends a drained replay too, whose exit status then is that of the refused object.
+int RunAll(const Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin) {
+    const OriginWatch cWatch(cOrigin, cPipeline);
+    const int iStatus = Loop(cOptions, cPipeline, cOrigin);
+    const bool bIgnored = cOptions.bIgnoreRefused && cOrigin.Counted().ullRefused > 0;
+    const bool bLost = iStatus == ExitDone && TellRest(cOptions.Runs(), cPipeline, cOrigin) && !bIgnored;
+    return bLost ? ExitFailed : iStatus;
+}
+
+int Steps(Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin) {
     const int iBuilt = cOptions.bQuiet ? BuildQuietly(cOptions, cPipeline) : Build(cOptions, cPipeline);
     int iStatus = Judge(iBuilt, OutputArrived(), "building " + cOptions.cFile + " failed");
+    if (iStatus == ExitDone && !PrepareRecorders(cOptions.cRecorders, cPipeline)) {
+        iStatus = ExitFailed;
+    }
     if (iStatus == ExitDone) {
         const int iInitialized = cPipeline.Initialize();
         iStatus = Judge(iInitialized, OutputArrived(), "initializing " + cOptions.cFile + " failed");
     }
-    return iStatus == ExitDone ? RunAll(cOptions, cPipeline) : iStatus;
+    if (iStatus == ExitDone) {
+        WarnOfFeedback(cPipeline);
+        iStatus = RunAll(cOptions, cPipeline, cOrigin);
+    }
+    return iStatus;
 }
 
 int Run(Options& cOptions) {
@@ -109,25 +142,44 @@ int Run(Options& cOptions) {
         CatchInterrupts();
     }
     VESK::FRAMEWORK cFramework;
+    Origin cOrigin;
     int iStatus;
     {
         VESK::EPipeline cPipeline; // gone before the framework, which unloads the code of its elements
         cPipeline.m_pFramework = &cFramework;
-        iStatus = Steps(cOptions, cPipeline);
+        iStatus = Steps(cOptions, cPipeline, cOrigin);
     }
     if (iStatus == ExitDone && cFramework.m_bError) {
         std::fprintf(stderr, "fwpipe: %s ran, but errors were reported\n", cOptions.cFile.c_str());
         iStatus = ExitFailed;
     }
+    if (cOrigin.TellRefused() && iStatus == ExitDone && !cOptions.bIgnoreRefused) {
+        iStatus = ExitFailed;
+    }
     return iStatus;
 }
 
-// The library passes over a configuration file that it cannot read; whoever names one here wants it read.
+// The library passes over a configuration file that it cannot read; whoever names one here wants it read. Each element
+// opens the file anew, so a pipe would be empty for the second one.
 std::string Unreadable(const std::string& cPath) {
     std::error_code cError;
-    const bool bReadable =
-        access(cPath.c_str(), R_OK) == 0 && !std::filesystem::is_directory(cPath, cError) && !cError;
-    return bReadable ? "" : "cannot read " + cPath;
+    if (access(cPath.c_str(), R_OK) != 0) {
+        return "cannot read " + cPath;
+    }
+    return std::filesystem::is_regular_file(cPath, cError)
+               ? ""
+               : "cannot read " + cPath + " again for each element: it is no regular file";
+}
+
+void AddSafeguards(CLI::App& cRun, Options& cOptions) {
+    cRun.add_flag("--keep", cOptions.cRecorders.bKeep,
+                  "Refuse to replace a recording, as if recorders had \"property Existing refuse\"");
+    cRun.add_flag("--shared-files", cOptions.cRecorders.bShared,
+                  "Let recorders write what other elements of the pipeline write or read");
+    cRun.add_flag("--ignore-refused", cOptions.bIgnoreRefused,
+                  "Objects that were refused downstream do not change the exit status");
+    cRun.add_flag("--report", cOptions.bReport,
+                  "Tell runs, objects and times at the end, as on a terminal, on standard error");
 }
 
 } // namespace
@@ -150,6 +202,7 @@ void AddRun(CLI::App& cApp, Action& cChosen) {
     cRun.add_flag("--quiet", pOptions->bQuiet,
                   "Keep the progress lines of the build off standard output; a failed build shows them on "
                   "standard error");
+    AddSafeguards(cRun, *pOptions);
     cRun.callback([pOptions, pDrain, pRepeat, &cChosen] {
         pOptions->bLoop = pDrain->count() > 0 || pRepeat->count() > 0;
         cChosen = [pOptions] { return Run(*pOptions); };

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "filekey.h"
+
+#include <filesystem>
+#include <sys/stat.h>
+
+namespace FwPipe {
+
+namespace {
+
+constexpr int MostLinks = 40; // in a row, as on the platform
+
+std::string KeyOf(const struct stat& Status) {
+    return S_ISREG(Status.st_mode) || S_ISBLK(Status.st_mode)
+               ? std::to_string(Status.st_dev) + ':' + std::to_string(Status.st_ino)
+               : "";
+}
+
+// Where a new file of that name would be created. A link may name a file that is not there.
+std::string Created(std::filesystem::path cPath) {
+    std::error_code cError;
+    for (int i = 0; i < MostLinks && std::filesystem::is_symlink(cPath, cError); ++i) {
+        cPath = cPath.parent_path() / std::filesystem::read_symlink(cPath, cError);
+    }
+    const auto cFolder =
+        std::filesystem::canonical(cPath.has_parent_path() ? cPath.parent_path() : ".", cError);
+    return cError ? "" : cFolder / cPath.filename(); // nothing is created where there is no folder
+}
+
+} // namespace
+
+std::string KeyOfPath(const std::string& cPath) {
+    struct stat Status = {};
+    return stat(cPath.c_str(), &Status) == 0 ? KeyOf(Status) : Created(cPath);
+}
+
+std::string KeyOfStream(int iDescriptor) {
+    struct stat Status = {};
+    return fstat(iDescriptor, &Status) == 0 ? KeyOf(Status) : "";
+}
+
+} // namespace FwPipe
