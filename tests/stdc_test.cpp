@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The wrappers, fields in a named byte order, and colour tables.
+#include "support/capture.h"
 #include "support/support.h"
 
 #include <cerrno>
@@ -61,6 +62,27 @@ TEST(Stdc, MemoryMovesAndTextsChangeInPlace) {
     EXPECT_TRUE(fwstrtoul("7", nullptr, 1) == 0 && errno == EINVAL); // the platform's error stays
     const long before = std::clock(), told = fwclock();
     EXPECT_TRUE(before <= told && told <= std::clock() && fwgetclockspersec() == CLOCKS_PER_SEC);
+}
+
+TEST(Stdc, FormatsOfCallersMeanWhatThePlatformMakesOfThem) {
+    char lone[] = "%2$d\n", counting[] = "abc%n\n", buffer[16];
+    FRAMEWORK framework;
+    Probe element("e");
+    element.m_pFramework = &framework;
+    int counts[4] = {};
+    EXPECT_EQ(fwsprintf(buffer, lone, 5, 6) + fwsprintf(buffer + 2, counting, &counts[0]), 6);
+    EXPECT_STREQ(buffer, "6\nabc\n");
+    EXPECT_EQ(Told([&] {
+                  char* const out = reinterpret_cast<char*>(stdout);
+                  element.Message(0, lone, 5, 6);
+                  element.Message(0, counting, &counts[1]);
+                  element.ErrorMessage(lone, 5, 6);
+                  element.ErrorMessage(counting, &counts[2]);
+                  return fwfprintf(out, lone, 5, 6) + fwfprintf(out, counting, &counts[3]);
+              }),
+              "6 [No Element Type] - e: 6\n[No Element Type] - e: abc\n6\nabc\n"
+              "! ERROR: [No Element Type] - e: 6\nERROR: [No Element Type] - e: abc\n");
+    EXPECT_EQ(counts[0] * 1000 + counts[1] * 100 + counts[2] * 10 + counts[3], 3333);
 }
 
 TEST(StdcDeathTest, AssertReportsInEveryBuild) {

@@ -37,7 +37,7 @@ struct Build {
 };
 
 Byte2Type PadNumber(char* pchText) {
-    return static_cast<Byte2Type>(fwatol(pchText));
+    return static_cast<Byte2Type>(fwatoi(pchText));
 }
 
 // The lines that set a property cannot fail, so one that is lost is reported where the host looks for errors.

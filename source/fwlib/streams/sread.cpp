@@ -3,18 +3,31 @@
 
 #include "fwlib/internal/record.h"
 
+#include <cctype>
+#include <cstdint>
+
 namespace VESK {
 
 namespace {
-
-constexpr unsigned char Decimal = 10;
 
 int ToSigned(char* pchText) {
     return fwatoi(pchText);
 }
 
+// As strtoul reads it where a long has 32 bits.
 unsigned int ToUnsigned(char* pchText) {
-    return static_cast<unsigned int>(fwstrtoul(pchText, nullptr, Decimal));
+    const char* pch = pchText;
+    while (std::isspace(static_cast<unsigned char>(*pch))) {
+        ++pch;
+    }
+    const bool bNegative = *pch == '-';
+    pch += *pch == '-' || *pch == '+';
+    std::uint64_t uMagnitude = 0;
+    for (; *pch >= '0' && *pch <= '9' && uMagnitude <= UINT32_MAX; ++pch) {
+        uMagnitude = uMagnitude * 10 + static_cast<unsigned int>(*pch - '0');
+    }
+    return uMagnitude > UINT32_MAX ? UINT32_MAX
+                                   : static_cast<unsigned int>(bNegative ? 0 - uMagnitude : uMagnitude);
 }
 
 // The line is taken from the stream before anything else is looked at.

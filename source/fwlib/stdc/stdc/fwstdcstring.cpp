@@ -176,36 +176,20 @@ char* fwstrupr(char* pchText) {
 }
 
 int fwatoi(char* pchText) {
-    return static_cast<int>(fwatol(pchText));
-}
-
-long fwatol(char* pchText) {
-    const long lValue = std::strtol(pchText, nullptr, 10);
+    const long lValue = fwatol(pchText);
     if (lValue > INT32_MAX || lValue < INT32_MIN) { // only where a long is wider
         errno = ERANGE;
         return lValue > 0 ? INT32_MAX : INT32_MIN;
     }
-    return lValue;
+    return static_cast<int>(lValue);
+}
+
+long fwatol(char* pchText) {
+    return std::strtol(pchText, nullptr, 10);
 }
 
 unsigned long fwstrtoul(char const* pchText, char** ppchEnd, unsigned char bBase) {
-    const char* pchSign = pchText;
-    while (std::isspace(static_cast<unsigned char>(*pchSign))) {
-        ++pchSign;
-    }
-    const int iErrorBefore = errno;
-    errno = 0;
-    const unsigned long ulValue = std::strtoul(pchText, ppchEnd, bBase);
-    const bool bClamped = errno == ERANGE;
-    const unsigned long ulMagnitude = *pchSign == '-' ? 0 - ulValue : ulValue; // as the text gives it
-    if (bClamped || ulMagnitude > UINT32_MAX) {
-        errno = ERANGE;
-        return UINT32_MAX;
-    }
-    if (errno == 0) {
-        errno = iErrorBefore;
-    }
-    return ulValue & UINT32_MAX;
+    return std::strtoul(pchText, ppchEnd, bBase);
 }
 
 long fwclock() {

@@ -67,8 +67,8 @@ FWLIB_EXPORT char* fwstrchr(char const* pchText, char ch);
 FWLIB_EXPORT char* fwstrstr(char const* pchText, char const* pchSought);
 FWLIB_EXPORT char* fwstrupr(char* pchText); // turns the text into upper case in place and answers it
 
-// Decimal conversions by the rules of strtol and strtoul, with the limits of 32 bits on every host: a number
-// out of range is clamped to the nearest of them, so a text means the same wherever it is read.
+// Decimal conversions by the rules of strtol and strtoul. A number beyond the result's range gives the limit next to
+// it: 32 bits for an int on every host, and as wide as a long for the others.
 FWLIB_EXPORT int fwatoi(char* pchText);
 FWLIB_EXPORT long fwatol(char* pchText);
 FWLIB_EXPORT unsigned long fwstrtoul(char const* pchText, char** ppchEnd, unsigned char bBase);
