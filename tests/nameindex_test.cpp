@@ -2,6 +2,7 @@
 // Large pipelines find their elements by an index, which must answer as a walk does.
 #include "support/support.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 #include <utility>
@@ -59,7 +60,12 @@ TEST(NameIndex, AnswersAsAWalkWhateverHappensToNames) {
     for (int step = 0; step < 8000; ++step) {
         EPipeline& pipe = pipes[step / 50 % 2]; // they take turns
         const std::string fresh = Name();
-        if (step % 1000 < 300) {
+        if (step > 700 && Pick(9) == 0) { // one goes, from the end or before it
+            EObject** const end = pipe.m_ppElements + --pipe.m_iElementCount;
+            EObject** const gone = Pick(2) ? end : pipe.m_ppElements + Pick(pipe.m_iElementCount);
+            delete *gone;
+            std::copy(gone + 1, end + 1, gone);
+        } else if (step % 1000 < 300) {
             ASSERT_EQ(pipe.AddElement(Pick(600) ? new Probe(fresh.c_str()) : new Probe), 1);
         } else {
             Rename(pipe.m_ppElements[Pick(pipe.m_iElementCount)]->m_cProperties, fresh,
@@ -88,11 +94,18 @@ TEST(NameIndex, IsAskedBeforeAnyWalk) {
     for (int i = 100; i < 400; ++i) {
         pipe.AddElement(new Probe((name + std::to_string(i) + "cut").c_str()));
     }
+    pipe.AddElement(new Probe); // the one without a name
     EXPECT_TRUE(Agrees(pipe, name + "398") && Agrees(pipe, name + "397"));
+    for (int i = 400; i < 500; ++i) {
+        pipe.AddElement(new Probe((name + std::to_string(i)).c_str()));
+    }
     EObject* const first = std::exchange(pipe.m_ppElements[0], nullptr);
     Byte2Type index = 0;
     EXPECT_TRUE(pipe.FindElement(Text((name + "399").c_str()), &index) && index == 299);
+    EXPECT_TRUE(pipe.FindElement(Text((name + "499").c_str()), &index) && index == 400);
     pipe.m_ppElements[0] = first;
+    Set(pipe.m_ppElements[300]->m_cProperties, "Name", name + "499");
+    EXPECT_TRUE(pipe.FindElement(Text((name + "499").c_str()), &index) && index == 300);
 }
 
 // Searches on its way out, when all the others are still there.
@@ -120,6 +133,12 @@ TEST(NameIndex, KnowsNothingOfAPipelineThatStoodThereOrOfElementsTakenAway) {
     EXPECT_TRUE(Agrees(pipe, "n50") && Agrees(pipe, "n79"));
     delete pipe.m_ppElements[--pipe.m_iElementCount];
     EXPECT_TRUE(Agrees(pipe, "n79") && Agrees(pipe, "n78"));
+    for (const char* name : {"n1", "n78", "n78"}) { // two go and three come
+        delete pipe.m_ppElements[--pipe.m_iElementCount];
+        pipe.AddElement(new Probe(name));
+        pipe.AddElement(new Probe("n78"));
+        EXPECT_TRUE(Agrees(pipe, "n78"));
+    }
 }
 
 } // namespace

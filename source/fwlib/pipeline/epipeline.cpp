@@ -150,6 +150,7 @@ int EPipeline::AddElement(EObject* pElement) {
         !MakeRoom(m_iElementCapacity, m_iElementCount, LargestCapacity + GrowthStep, m_ppElements)) {
         return 0;
     }
+    TellIndexOfAdding(*this);
     m_ppElements[m_iElementCount] = pElement;
     ++m_iElementCount;
     return 1;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/internal/nameindex.h"
 
+#include "fwlib/internal/growth.h"
 #include "fwlib/internal/list.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
@@ -38,53 +39,82 @@ class NameIndex {
 public:
     int Find(const EPipeline& cPipeline, const SoughtText& cName) {
         const Byte4Type b4Changes = NameChanges.load(std::memory_order_relaxed);
-        const bool bShrunk = m_iTaken > cPipeline.m_iElementCount;
+        const bool bShrunk = m_iSeen > cPipeline.m_iElementCount;
         if (m_pOwner != &cPipeline || m_b4Changes != b4Changes || bShrunk) {
             Clear();
             m_pOwner = &cPipeline;
+            m_iSeen = cPipeline.m_iElementCount;
             m_b4Changes = b4Changes;
             return -1; // for one name a walk is faster
         }
+        m_iSeen = cPipeline.m_iElementCount;
         TakeIn(cPipeline);
-        return Known(cPipeline, HashOf(cName.Begin(), cName.Length()), cName);
+        const Slot* const pSlot = Known(cPipeline, HashOf(cName.Begin(), cName.Length()), cName);
+        return pSlot ? static_cast<int>(pSlot->b4Place) - 1 : -1;
+    }
+    void Adding(const EPipeline& cPipeline) {
+        if (m_pOwner != &cPipeline) {
+            return;
+        }
+        if (m_iSeen > cPipeline.m_iElementCount) { // some were taken away since
+            Clear();
+        } else {
+            m_iSeen = cPipeline.m_iElementCount + 1;
+        }
     }
     void Clear() {
         fwfree(m_pSlots);
-        m_pSlots = nullptr;
-        m_b4Slots = 0;
-        m_iTaken = 0;
-        m_pOwner = nullptr;
+        fwfree(m_piUnnamed);
+        *this = NameIndex();
     }
     bool IsOf(const EPipeline& cPipeline) const { return m_pOwner == &cPipeline; }
 
 private:
     Slot& At(Byte4Type b4) const { return m_pSlots[b4 & (m_b4Slots - 1)]; }
 
-    int Known(const EPipeline& cPipeline, Byte4Type b4Hash, const SoughtText& cName) const {
+    Slot* Known(const EPipeline& cPipeline, Byte4Type b4Hash, const SoughtText& cName) const {
         for (Byte4Type b4 = b4Hash; m_b4Slots > 0 && At(b4).b4Place > 0; ++b4) {
             const auto iPlace = static_cast<int>(At(b4).b4Place) - 1;
             if (At(b4).b4Hash == b4Hash &&
                 IsNamed(*cPipeline.m_ppElements[iPlace], SoughtText(Key::Name), cName)) {
-                return iPlace;
+                return &At(b4);
             }
         }
-        return -1;
+        return nullptr;
     }
 
-    // What was added since, up to an element without a name.
+    // What got its name since, and what was added.
     void TakeIn(const EPipeline& cPipeline) {
-        for (; m_iTaken < cPipeline.m_iElementCount; ++m_iTaken) {
-            const char* const pchName =
-                FindStandard(cPipeline.m_ppElements[m_iTaken]->m_cProperties, SoughtText(Key::Name));
-            if (!pchName || !MakeSlot()) {
-                return;
-            }
-            const SoughtText cName(pchName, strnlen(pchName, NameTextSize - 1));
-            const Byte4Type b4Hash = HashOf(cName.Begin(), cName.Length());
-            if (Known(cPipeline, b4Hash, cName) < 0) {
-                Put({b4Hash, static_cast<Byte4Type>(m_iTaken) + 1});
+        Byte2Type b2Left = 0;
+        for (Byte4Type b4 = 0; b4 < m_b2Unnamed; ++b4) {
+            if (!Enter(cPipeline, m_piUnnamed[b4])) {
+                m_piUnnamed[b2Left++] = m_piUnnamed[b4];
             }
         }
+        m_b2Unnamed = b2Left;
+        for (; m_iTaken < cPipeline.m_iElementCount; ++m_iTaken) {
+            if (!Enter(cPipeline, m_iTaken) &&
+                !Append(m_piUnnamed, m_b2UnnamedCapacity, m_b2Unnamed, m_iTaken)) {
+                return;
+            }
+        }
+    }
+    // False while the element has no name, and when memory is out.
+    bool Enter(const EPipeline& cPipeline, int iPlace) {
+        const char* const pchName =
+            FindStandard(cPipeline.m_ppElements[iPlace]->m_cProperties, SoughtText(Key::Name));
+        if (!pchName || !MakeSlot()) {
+            return false;
+        }
+        const SoughtText cName(pchName, strnlen(pchName, NameTextSize - 1));
+        const Slot cSlot = {HashOf(cName.Begin(), cName.Length()), static_cast<Byte4Type>(iPlace) + 1};
+        Slot* const pKnown = Known(cPipeline, cSlot.b4Hash, cName);
+        if (!pKnown) {
+            Put(cSlot);
+        } else if (pKnown->b4Place > cSlot.b4Place) {
+            *pKnown = cSlot;
+        }
+        return true;
     }
     void Put(const Slot& cSlot) {
         Byte4Type b4 = cSlot.b4Hash;
@@ -117,8 +147,12 @@ private:
     const EPipeline* m_pOwner = nullptr; // lent
     Byte4Type m_b4Changes = 0;           // of names, when it was made
     int m_iTaken = 0;                    // elements, from the first on
-    Slot* m_pSlots = nullptr;            // owned
-    Byte4Type m_b4Slots = 0;             // a power of two, or 0
+    int m_iSeen = 0;                     // elements that there were when it was used last
+    int* m_piUnnamed = nullptr;          // owned: the indexes of those taken that had no name
+    Byte2Type m_b2UnnamedCapacity = 0;
+    Byte2Type m_b2Unnamed = 0;
+    Slot* m_pSlots = nullptr; // owned
+    Byte4Type m_b4Slots = 0;  // a power of two, or 0
 };
 
 NameIndex cIndex;
@@ -164,6 +198,15 @@ int FindNamed(const EPipeline& cPipeline, const SoughtText& cName) {
         }
     }
     return -1;
+}
+
+void TellIndexOfAdding(const EPipeline& cPipeline) {
+    const Turn cTurn;
+    if (cTurn.IsMine()) {
+        cIndex.Adding(cPipeline);
+    } else {
+        NameChanges.fetch_add(1, std::memory_order_relaxed);
+    }
 }
 
 void ForgetIndex(const EPipeline& cPipeline) {
