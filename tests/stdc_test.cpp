@@ -153,7 +153,8 @@ TEST(ColorTable, OpensByNameAndRefusesWhatThereIsNot) {
         static const int descriptor = fileno(stream);
         EXPECT_EQ(fileno(stream), descriptor); // the files before are closed
         EXPECT_TRUE(table.GetHeaderSize(&size) && table.GetBlock(data, 1) && byte == 0x98);
-        EXPECT_EQ(table.GetBlock(data, -1) + table.GetBlock(nullptr, 0) + table.GetData(4, 1, nullptr), 0);
+        EXPECT_EQ(table.GetBlock(data, -1) + table.GetBlock(nullptr, 1) + table.GetData(4, 1, nullptr), 0);
+        EXPECT_EQ(table.GetBlock(data, 0) + table.GetBlock(nullptr, 0), 2);
         EXPECT_EQ(table.GetHeaderSize(nullptr), 0);
         EXPECT_EQ(table.SetFilename(name.empty() ? nullptr : Text(name.c_str())), 0) << name;
     }

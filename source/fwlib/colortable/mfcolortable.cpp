@@ -61,8 +61,10 @@ int MFColorTable::SetPosition(int iOffset) {
 }
 
 int MFColorTable::GetBlock(unsigned char* pBuffer, int iCount) {
-    return m_pFile && pBuffer && iCount >= 0 &&
-           ReadByteArray(m_pFile, pBuffer, static_cast<unsigned int>(iCount));
+    if (!m_pFile || iCount <= 0) {
+        return m_pFile && iCount == 0;
+    }
+    return pBuffer && ReadByteArray(m_pFile, pBuffer, static_cast<unsigned int>(iCount));
 }
 
 int MFColorTable::GetData(int iOffset, int iCount, unsigned char** ppData) {

@@ -28,7 +28,8 @@ public:
 
     int GetHeaderSize(unsigned int* puSize); // as the file stores it; not checked against anything
     int SetPosition(int iOffset);
-    int GetBlock(unsigned char* pBuffer, int iCount); // at the position; 1 only when all bytes came
+    int GetBlock(unsigned char* pBuffer,
+                 int iCount); // at the position; 1 only when all bytes came, also for none
 
     // Hand out a new block that the caller releases with DeleteData: the file's iCount bytes at the offset, in the
     // second form at the end of a block of iSize bytes, at least iCount, that is zero before them. When the bytes
