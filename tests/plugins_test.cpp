@@ -8,6 +8,8 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <memory>
+#include <pthread.h>
+#include <sys/stat.h>
 
 using namespace VESK;
 
@@ -31,6 +33,9 @@ TEST(Plugins, PathsThatNameNoneAndFilesThatWereCutAreRefused) {
     for (const std::size_t size : {0u, 10u, 63u, 500u, 4095u, 4096u, 5000u, 8192u}) {
         failures.emplace_back(scratch.Write(std::to_string(size) + ".so", whole.substr(0, size)), ".so: ");
     }
+    const std::string fifo = scratch.Path("fifo"); // which nobody writes to
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    failures.emplace_back(fifo, "fifo: not a regular file");
     FRAMEWORK framework;
     for (const auto& [path, part] : failures) {
         const std::string told = Told([&, &own = path] { return framework.AddPlugin(Text(own.c_str())); });
@@ -72,8 +77,11 @@ std::string Made(FRAMEWORK& framework, const char* type) {
 
 TEST(Plugins, EachKindOfObjectHasItsTypesAndAMissingFactoryIsPassedOver) {
     FRAMEWORK framework, none;
-    EXPECT_EQ(framework.AddPlugin(Good) + framework.AddPlugin(Own) + framework.AddPlugin(Good), 3);
+    for (char* const path : {Good, Own, Own, Good}) {
+        EXPECT_EQ(framework.AddPlugin(path), 1);
+    }
     framework.m_ppPlugins[0]->m_pFactory = nullptr;
+    delete std::exchange(framework.m_ppPlugins[1], nullptr);
     const std::string missing = "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n",
                       thrown = "FRAMEWORK: Error: A plugin's factory threw an exception: Thrown\n";
     const std::pair<const char*, int> types[] = {{"ESink", 100}, {"QObject", 10}, {"QGood", 10},
@@ -98,6 +106,9 @@ TEST(Plugins, EachKindOfObjectHasItsTypesAndAMissingFactoryIsPassedOver) {
 }
 
 TEST(Plugins, AreClosedWithTheirLastOwnerAndKeptUpToTheLimit) {
+    void* const block = std::malloc(sizeof(Probe));
+    new (block) Probe; // never destroyed
+    std::free(block);
     {
         FRAMEWORK framework;
         EXPECT_EQ(framework.AddPlugin(Good), 1);
@@ -114,6 +125,18 @@ TEST(Plugins, AreClosedWithTheirLastOwnerAndKeptUpToTheLimit) {
     EXPECT_EQ(full.AddPlugin(Own), 0);
     full.m_ppPlugins = nullptr;
     full.m_b2PluginCount = 0;
+}
+
+TEST(Plugins, AThreadMayEndInAFactory) {
+    FRAMEWORK framework;
+    framework.AddPlugin(Good);
+    const auto create = [](void* made) -> void* {
+        return static_cast<FRAMEWORK*>(made)->CreateQObject(Text("Ended")), made;
+    };
+    pthread_t thread;
+    void* result = &thread;
+    ASSERT_EQ(pthread_create(&thread, nullptr, create, &framework), 0);
+    EXPECT_TRUE(pthread_join(thread, &result) == 0 && !result);
 }
 
 TEST(Plugins, PullinMakesWhatNobodyDestroys) {

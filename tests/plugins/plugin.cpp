@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The plugin good.so, of two factories that are asked one after the other. The first makes "ESink", as the library
-// does too, and throws for "Thrown"; the second makes "ESink" too, "EWitness", "QGood" and "Extra". An "ESink" tells
+// does too, and throws for "Thrown" and ends the thread for "Ended"; the second makes "ESink" too, "EWitness", "QGood" and "Extra". An "ESink" tells
 // its maker. Each counts in the framework's property of its name how often it was initialized; all throws then when
 // the framework has the property "Throw".
 // ENTRY: 1 hands the factories out, 2 answers null, 3 throws what only the plugin knows, and 0 is no plugin. The last
@@ -8,6 +8,7 @@
 #include "fwlib/fwlib.h"
 
 #include <cstdio>
+#include <pthread.h>
 #include <string>
 
 using namespace VESK;
@@ -65,6 +66,9 @@ private:
         const bool bFirst = m_pchName[0] == 'f';
         if (bFirst && type == "Thrown") {
             throw *this;
+        }
+        if (bFirst && type == "Ended") {
+            pthread_exit(nullptr);
         }
         return !bFirst && type == pchServed;
     }

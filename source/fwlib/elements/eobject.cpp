@@ -39,7 +39,7 @@ EObject::EObject()
       m_b2SourcePadCapacity(0),
       m_b2SourcePadCount(0),
       m_ppSourcePads(nullptr) {
-    Watch(this);
+    Watch(this, __builtin_return_address(0));
 }
 
 EObject::~EObject() {

@@ -25,7 +25,7 @@ QObject* DuplicateAs(const QObject& cSource) {
 } // namespace
 
 QObject::QObject() : m_b2Reserved(0) {
-    Watch(this);
+    Watch(this, __builtin_return_address(0));
     m_cProperties.SetProperty(Key::QObjectType, Type::QObject, Section::Standard);
 }
 

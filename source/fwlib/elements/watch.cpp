@@ -4,47 +4,53 @@
 #ifdef FWLIB_WATCH
 
 #include <dlfcn.h>
+#include <map>
 #include <mutex>
-#include <set>
+#include <new>
 
 namespace VESK {
 
 namespace {
 
-struct Watched { // a type of this file's own, which keeps the set's code out of what the library exports
-    const void* pObject;
-    bool operator<(const Watched& cOther) const { return pObject < cOther.pObject; }
+struct Address { // a type of this file's own, which keeps the map's code out of what the library exports
+    const void* p;
+    bool operator<(const Address& cOther) const { return p < cOther.p; }
 };
 
 struct Living {
-    std::mutex cMutex; // threads that share no object may each have their own
-    std::set<Watched> cObjects;
+    std::mutex cMutex;                // threads that share no object may each have their own
+    std::map<Address, Address> cCode; // by object
 };
 
 // Never destroyed: objects of static storage may die later than anything of this file.
 Living& TheLiving() {
-    static auto* const pLiving = new Living;
+    alignas(Living) static unsigned char abLiving[sizeof(Living)];
+    static auto* const pLiving = new (abLiving) Living;
     return *pLiving;
 }
 
 } // namespace
 
-void Watch(const void* pObject) {
+void Watch(const void* pObject, const void* pCode) {
     const std::lock_guard<std::mutex> cLock(TheLiving().cMutex);
-    TheLiving().cObjects.insert({pObject});
+    try {
+        TheLiving().cCode[{pObject}] = {pCode};
+    } catch (const std::bad_alloc&) {
+        TheLiving().cCode.erase({pObject}); // not watched, which nobody needs for going on
+    }
 }
 
 void Unwatch(const void* pObject) {
     const std::lock_guard<std::mutex> cLock(TheLiving().cMutex);
-    TheLiving().cObjects.erase({pObject});
+    TheLiving().cCode.erase({pObject});
 }
 
 unsigned int UnloadedObjects() {
     const std::lock_guard<std::mutex> cLock(TheLiving().cMutex);
     unsigned int uUnloaded = 0;
-    for (const Watched& cWatched : TheLiving().cObjects) {
+    for (const auto& cPair : TheLiving().cCode) {
         Dl_info Info;
-        uUnloaded += dladdr(*static_cast<void* const*>(cWatched.pObject), &Info) == 0;
+        uUnloaded += dladdr(cPair.second.p, &Info) == 0;
     }
     return uUnloaded;
 }

@@ -7,6 +7,7 @@
 #include "fwlib/internal/growth.h"
 #include "fwlib/internal/guarded.h"
 #include "fwlib/internal/texts.h"
+#include "fwlib/internal/watch.h"
 
 #include <cstdio>
 #include <new>
@@ -23,7 +24,8 @@ const char* Shown(const char* pchText) {
 template <class Object>
 Object* FirstAnswer(const FRAMEWORK& cFramework, Object* (Factory::*pCreate)(char*), char* pchType) {
     for (Byte4Type b4 = 0; b4 < cFramework.m_b2PluginCount; ++b4) {
-        Factory* const pFactory = cFramework.m_ppPlugins[b4]->GetFactory();
+        PLUGIN* const pPlugin = cFramework.m_ppPlugins[b4];
+        Factory* const pFactory = pPlugin ? pPlugin->GetFactory() : nullptr;
         if (!pFactory) {
             continue;
         }
@@ -61,7 +63,7 @@ FRAMEWORK::~FRAMEWORK() {
 }
 
 EObject* FRAMEWORK::CreateElement(char* pchType) {
-    EObject* const pElement = FirstAnswer(*this, &Factory::CreateElement, pchType);
+    EObject* const pElement = Watched(FirstAnswer(*this, &Factory::CreateElement, pchType));
     if (!pElement) {
         std::fprintf(stderr, "FRAMEWORK::CreateElement: Could not instantiate: %s\n", Shown(pchType));
         return nullptr;
@@ -71,7 +73,7 @@ EObject* FRAMEWORK::CreateElement(char* pchType) {
 }
 
 QObject* FRAMEWORK::CreateQObject(char* pchType) {
-    QObject* const pObject = FirstAnswer(*this, &Factory::CreateQObject, pchType);
+    QObject* const pObject = Watched(FirstAnswer(*this, &Factory::CreateQObject, pchType));
     if (!pObject) {
         std::fprintf(stderr, "FRAMEWORK::CreateQObject: Could not instantiate: %s\n", Shown(pchType));
     }

@@ -23,21 +23,19 @@ using EntryPoint = Factory* (*)();
 
 constexpr const char* OwnFileName = "libfwlib.so";
 
-// The loader's record of the object that holds this library's code.
-link_map* OwnObject() {
+// The loader's record of the object that holds the code.
+link_map* ObjectOf(EntryPoint pCode) {
     Dl_info Info;
     void* pMap = nullptr;
-    const int iFound = dladdr1(reinterpret_cast<void*>(&::GetFactory), &Info, &pMap, RTLD_DL_LINKMAP);
+    const int iFound = dladdr1(reinterpret_cast<void*>(pCode), &Info, &pMap, RTLD_DL_LINKMAP);
     return iFound ? static_cast<link_map*>(pMap) : nullptr;
 }
 
 // Whether the file reaches as far as the parts that the loader will map. It maps what the headers name, and
 // touching a page behind the end of the file ends the process. What is no shared object of this width is left to
-// the loader, as is a name without a slash, which only the loader can find.
-bool IsWhole(const char* pchPath) {
-    struct stat Status;
-    const bool bFile = std::strchr(pchPath, '/') && stat(pchPath, &Status) == 0 && S_ISREG(Status.st_mode);
-    std::FILE* const pFile = bFile ? std::fopen(pchPath, "rbe") : nullptr;
+// the loader.
+bool IsWhole(const char* pchPath, const struct stat& Status) {
+    std::FILE* const pFile = std::fopen(pchPath, "rbe");
     if (!pFile) {
         return true;
     }
@@ -57,29 +55,48 @@ bool IsWhole(const char* pchPath) {
     return bWhole;
 }
 
-// Opens the path as it stands. A program or a sanitizer that stands between the caller and the loader hides
-// where this library lies, and an installation may lack the unversioned link, so the library's own name, when
-// the loader finds nothing by it, opens the library that is running.
-void* OpenObject(const char* pchPath) {
-    void* pHandle = dlopen(pchPath, RTLD_NOW);
-    if (!pHandle && fwstrcmp(pchPath, OwnFileName) == 0) {
-        const link_map* const pOwn = OwnObject();
-        pHandle = pOwn ? dlopen(pOwn->l_name, RTLD_NOW) : nullptr;
+// Why the loader must not see the path, or null. It would wait for a pipe's other end, and read what a device gives. A
+// name without a slash only the loader can find.
+const char* WhyRefused(const char* pchPath) {
+    struct stat Status;
+    if (!std::strchr(pchPath, '/') || stat(pchPath, &Status) != 0) {
+        return nullptr;
     }
-    return pHandle;
+    if (!S_ISREG(Status.st_mode)) {
+        return "not a regular file";
+    }
+    return IsWhole(pchPath, Status) ? nullptr : "file too short";
 }
 
-// The loader also looks through the libraries that a plugin was linked with, this one among them, and would
-// hand out the library's own entry point for a plugin that has none.
+// Opens the path as it stands. The library's own name means the one that is running: the loader could find another by
+// it, or none, since an installation may lack the unversioned link.
+void* OpenObject(const char* pchPath) {
+    const bool bOwn = fwstrcmp(pchPath, OwnFileName) == 0;
+    const link_map* const pOwn = bOwn ? ObjectOf(&::GetFactory) : nullptr;
+    void* pHandle = nullptr;
+    if (pOwn && pOwn->l_name[0] != '\0') { // else it is part of the program
+        pHandle = dlopen(pOwn->l_name, RTLD_NOW | RTLD_NOLOAD);
+    }
+    if (!pHandle) {
+        pHandle = dlopen(pchPath, RTLD_NOW);
+    }
+    return pHandle || !pOwn ? pHandle : dlopen(pOwn->l_name, RTLD_NOW);
+}
+
+// The loader also looks through the libraries that a plugin was linked with, this one and other plugins among them, and
+// would hand out the entry point of one of those for a plugin that has none.
 bool IsBorrowed(EntryPoint pEntry, void* pHandle) {
     link_map* pMap = nullptr;
-    return pEntry == &::GetFactory && dlinfo(pHandle, RTLD_DI_LINKMAP, &pMap) == 0 && pMap != OwnObject();
+    return dlinfo(pHandle, RTLD_DI_LINKMAP, &pMap) == 0 && pMap != ObjectOf(pEntry);
 }
 
 void Close(FWPLUGIN& cPlugin) {
     if (cPlugin.m_pHandle) {
+        const unsigned int uBefore = UnloadedObjects(); // of what the host unloaded
         dlclose(cPlugin.m_pHandle);
-        if (const unsigned int uObjects = UnloadedObjects()) {
+        const unsigned int uUnloaded = UnloadedObjects();
+        const unsigned int uObjects = uUnloaded > uBefore ? uUnloaded - uBefore : 0;
+        if (uObjects > 0) {
             std::fprintf(stderr,
                          "FWPLUGIN: Error: %s was unloaded before %u of its objects were destroyed.\n",
                          cPlugin.m_achPath, uObjects);
@@ -118,8 +135,8 @@ int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
     Close(*this); // what is left of an earlier Initialize
     m_pFramework = pFramework;
     const bool bPath = m_achPath[0] != '\0';
-    if (!IsWhole(m_achPath)) {
-        std::fprintf(stderr, "FWPLUGIN: dlopen() Error: %s: file too short\n", m_achPath);
+    if (const char* const pchRefusal = WhyRefused(m_achPath)) {
+        std::fprintf(stderr, "FWPLUGIN: dlopen() Error: %s: %s\n", m_achPath, pchRefusal);
         return 0;
     }
     m_pHandle = bPath ? OpenObject(m_achPath) : nullptr;

@@ -40,7 +40,8 @@ public:
     ~FWPLUGIN() override;
 
     // Opens the shared object, obtains its factory and initializes it. Reports on standard error and answers
-    // 0 when it cannot be opened, is cut short, exports no GetFactory, or hands out no factory.
+    // 0 when it cannot be opened, is no regular file, is cut short, exports no GetFactory of its own, or hands out no
+    // factory.
     int Initialize(FRAMEWORK* pFramework) override;
 
     char m_achPath[PathSize]; // empty for a path that does not fit

@@ -5,14 +5,20 @@
 #define FWLIB_INTERNAL_GUARDED_H
 
 #include <cstdio>
+#include <cxxabi.h>
 
 namespace VESK {
 
-// What the call answers; null or 0, after a report, when it throws. The name tells what was wanted of the plugin.
+// What the call returns; null or 0, after a report, when it throws. The name tells what was wanted of the plugin. A
+// thread that ends within the call unwinds through it: where that comes by as an exception, it has to be passed on.
 template <class Call>
 auto Guarded(const char* pchName, Call cCall) -> decltype(cCall()) {
     try {
         return cCall();
+#ifdef __GLIBCXX__
+    } catch (abi::__forced_unwind&) {
+        throw;
+#endif
     } catch (...) {
         std::fprintf(stderr, "FRAMEWORK: Error: A plugin's factory threw an exception: %s\n", pchName);
         return {};
