@@ -151,4 +151,18 @@ TEST(PipeLines, EachFormHasItsCurrentElementUntilItDies) {
     pipe.m_iElementCount = count;
 }
 
+TEST(PipeLines, WhatAnAddElementThatFailsHasKeptIsNotDeleted) {
+    struct Keeping : EPipeline {
+        int AddElement(EObject* pElement) override { return EPipeline::AddElement(pElement) - 1; }
+    } pipe;
+    FRAMEWORK framework;
+    framework.AddPlugin(Text("libfwlib.so"));
+    pipe.m_pFramework = &framework;
+    EXPECT_EQ(Line(pipe, {"element", "ETee"}), "0 Instantiating ETee\n! Unable to add element.\n");
+    EXPECT_EQ(Line(pipe, {"pipe", "/dev/null"}), "1 Processing pipe file: /dev/null\n");
+    Line(pipe, {"property", "p", "1"});
+    EXPECT_EQ(Entries(pipe.m_ppElements[0]->m_cProperties), "Standard.EObjectType=ETee");
+    EXPECT_EQ(Entries(pipe.m_ppElements[1]->m_cProperties), "Standard.EObjectType=EPipeline Standard.p=1");
+}
+
 } // namespace

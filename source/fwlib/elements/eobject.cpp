@@ -13,8 +13,8 @@
 
 namespace VESK {
 
-CurrentElement cPlainBuild = {nullptr};
-CurrentElement cConfiguredBuild = {nullptr};
+std::atomic<EObject*> apcCurrentElements[BuildForms];
+__thread ThreadBuild cThreadBuild __attribute__((tls_model("initial-exec")));
 
 namespace {
 

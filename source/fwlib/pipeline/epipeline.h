@@ -6,7 +6,7 @@
 // is an element of another pipeline: objects go straight to the inner elements' pads. It is filled by the
 // operations below or from a pipe file; then Initialize is called once, and Run as often as wanted. Elements
 // are addressed by their index, the order in which they were added; they are never removed. One thread at a
-// time.
+// time; threads may each have frameworks and pipelines of their own.
 #ifndef FWLIB_PIPELINE_EPIPELINE_H
 #define FWLIB_PIPELINE_EPIPELINE_H
 
@@ -65,8 +65,10 @@ public:
     // Builds from a pipe file (docs/pipe-language.md). Needs m_pFramework. 1 when every line succeeded; the
     // first line that fails ends the build, and what the lines before it did stays. The second form, when
     // b2ReadConfig is not 0, fills every element it creates from the section of pchConfigFile named like the
-    // element's type. Two builds of a process must not run at the same time: `property` and `config` lines
-    // act on the element that the same form created last, in whatever pipeline.
+    // element's type. `property` and `config` lines act on the element that the same form created last, in whatever
+    // pipeline of the process. Threads may build pipelines of their own at the same time: their lines then act on what
+    // the thread created last in this build. Only lines before the first `element` or `pipe` line, and those of
+    // ProcessTokens outside BuildPipe, act on the process's last, so no other thread may build with their form then.
     int BuildPipe(char* pchPath);
     int BuildPipe(char* pchPath, Byte2Type b2ReadConfig, char* pchConfigFile);
 

@@ -22,17 +22,17 @@ constexpr int DeepestNesting = 64;      // pipe files within pipe files; a file 
 
 struct Build {
     EPipeline& cPipeline;
-    CurrentElement& cCurrent;
-    bool bPlain; // the form without a configuration file
+    BuildForm Form;
     Byte2Type b2ReadConfig;
     char* pchConfigFile;
 
     int File(EPipeline& cOther, char* pchPath) const {
-        return bPlain ? cOther.BuildPipe(pchPath) : cOther.BuildPipe(pchPath, b2ReadConfig, pchConfigFile);
+        return Form == PlainForm ? cOther.BuildPipe(pchPath)
+                                 : cOther.BuildPipe(pchPath, b2ReadConfig, pchConfigFile);
     }
     int Line(char** ppchTokens) const {
-        return bPlain ? cPipeline.ProcessTokens(ppchTokens)
-                      : cPipeline.ProcessTokens(ppchTokens, b2ReadConfig, pchConfigFile);
+        return Form == PlainForm ? cPipeline.ProcessTokens(ppchTokens)
+                                 : cPipeline.ProcessTokens(ppchTokens, b2ReadConfig, pchConfigFile);
     }
 };
 
@@ -45,6 +45,18 @@ void SetReported(EPipeline& cPipeline, PROPERTIES& cProperties, char* pchKey, ch
     if (!cProperties.SetProperty(pchKey, pchValue, Section::Standard)) {
         cPipeline.ErrorMessage("Unable to set property %s\n", pchKey);
     }
+}
+
+// An AddElement that fails may be another class's, which kept the element all the same. True when it is gone.
+bool DeleteUnlessHeld(const EPipeline& cPipeline, EObject* pElement) {
+    for (int i = 0; i < cPipeline.m_iElementCount && i < cPipeline.m_iElementCapacity; ++i) {
+        if (cPipeline.m_ppElements[i] == pElement) {
+            return false;
+        }
+    }
+    ForgetElement(pElement);
+    delete pElement;
+    return true;
 }
 
 int PluginLine(const Build& cBuild, char** ppchArguments) {
@@ -76,11 +88,9 @@ int PipeLine(const Build& cBuild, char** ppchArguments) {
         std::fprintf(stderr, "Could not build pipe %s\n", ppchArguments[0]);
         return 0;
     }
-    cBuild.cCurrent.pcCurrentElement = pInner;
-    if (!cBuild.cPipeline.AddElement(pInner)) {
+    SetCurrentElement(cBuild.Form, pInner);
+    if (!cBuild.cPipeline.AddElement(pInner) && DeleteUnlessHeld(cBuild.cPipeline, pInner)) {
         // The line succeeds all the same, so the loss is reported where the host looks for errors.
-        ForgetElement(pInner);
-        delete pInner;
         cBuild.cPipeline.ErrorMessage("Unable to add pipe %s\n", ppchArguments[0]);
     }
     return 1;
@@ -90,7 +100,7 @@ int ElementLine(const Build& cBuild, char** ppchArguments) {
     FRAMEWORK* const pFramework = cBuild.cPipeline.m_pFramework;
     std::printf("Instantiating %s\n", ppchArguments[0]);
     EObject* const pElement = pFramework ? pFramework->CreateElement(ppchArguments[0]) : nullptr;
-    cBuild.cCurrent.pcCurrentElement = pElement;
+    SetCurrentElement(cBuild.Form, pElement);
     if (!pElement) {
         std::fprintf(stderr, "Creation of element failed.\n");
         return 0;
@@ -99,8 +109,7 @@ int ElementLine(const Build& cBuild, char** ppchArguments) {
         pElement->m_cProperties.ReadConfig(cBuild.pchConfigFile, ppchArguments[0]);
     }
     if (!cBuild.cPipeline.AddElement(pElement)) {
-        ForgetElement(pElement);
-        delete pElement;
+        DeleteUnlessHeld(cBuild.cPipeline, pElement);
         std::fprintf(stderr, "Unable to add element.\n");
         return 0;
     }
@@ -108,7 +117,7 @@ int ElementLine(const Build& cBuild, char** ppchArguments) {
 }
 
 int PropertyLine(const Build& cBuild, char** ppchArguments) {
-    EObject* const pElement = cBuild.cCurrent.pcCurrentElement;
+    EObject* const pElement = GetCurrentElement(cBuild.Form);
     if (pElement) {
         std::printf("Setting property %s to %s\n", ppchArguments[0], ppchArguments[1]);
         SetReported(cBuild.cPipeline, pElement->m_cProperties, ppchArguments[0], ppchArguments[1]);
@@ -140,7 +149,7 @@ int ConnectLine(const Build& cBuild, char** ppchArguments) {
 }
 
 int ConfigLine(const Build& cBuild, char** ppchArguments) {
-    EObject* const pElement = cBuild.cCurrent.pcCurrentElement;
+    EObject* const pElement = GetCurrentElement(cBuild.Form);
     if (!pElement) {
         return 1;
     }
@@ -238,17 +247,18 @@ int ExecuteFile(const Build& cBuild, char* pFile, const char* pchPath) {
     return 1;
 }
 
-// Counts the pipe files being built, one within the other.
+// Counts the pipe files that the thread is building, one within the other.
 class Nesting {
 public:
-    Nesting() { ++m_iDepth; }
-    ~Nesting() { --m_iDepth; }
+    Nesting() { ++cThreadBuild.iDepth; }
+    ~Nesting() {
+        if (--cThreadBuild.iDepth == 0) {
+            cThreadBuild = {};
+        }
+    }
     Nesting(const Nesting&) = delete;
     Nesting& operator=(const Nesting&) = delete;
-    static bool TooDeep() { return m_iDepth > DeepestNesting; }
-
-private:
-    static inline int m_iDepth = 0;
+    static bool TooDeep() { return cThreadBuild.iDepth > DeepestNesting; }
 };
 
 int BuildFile(const Build& cBuild, char* pchPath) {
@@ -276,19 +286,19 @@ int BuildFile(const Build& cBuild, char* pchPath) {
 } // namespace
 
 int EPipeline::BuildPipe(char* pchPath) {
-    return BuildFile({*this, cPlainBuild, true, 0, nullptr}, pchPath);
+    return BuildFile({*this, PlainForm, 0, nullptr}, pchPath);
 }
 
 int EPipeline::BuildPipe(char* pchPath, Byte2Type b2ReadConfig, char* pchConfigFile) {
-    return BuildFile({*this, cConfiguredBuild, false, b2ReadConfig, pchConfigFile}, pchPath);
+    return BuildFile({*this, ConfiguredForm, b2ReadConfig, pchConfigFile}, pchPath);
 }
 
 int EPipeline::ProcessTokens(char** ppchTokens) {
-    return ExecuteLine({*this, cPlainBuild, true, 0, nullptr}, ppchTokens);
+    return ExecuteLine({*this, PlainForm, 0, nullptr}, ppchTokens);
 }
 
 int EPipeline::ProcessTokens(char** ppchTokens, Byte2Type b2ReadConfig, char* pchConfigFile) {
-    return ExecuteLine({*this, cConfiguredBuild, false, b2ReadConfig, pchConfigFile}, ppchTokens);
+    return ExecuteLine({*this, ConfiguredForm, b2ReadConfig, pchConfigFile}, ppchTokens);
 }
 
 } // namespace VESK

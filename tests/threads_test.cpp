@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+// Threads that each have a framework and pipelines of their own. ./dev ci runs them with ThreadSanitizer too.
+#include "support/capture.h"
+#include "support/support.h"
+
+#include <gtest/gtest.h>
+#include <thread>
+
+using namespace VESK;
+
+namespace {
+
+constexpr int Elements = 70; // enough for an index of names
+constexpr int Files = 40;    // one within the other; of two threads together more than may be
+
+// How many elements came out with their own name and number.
+int Whole(EPipeline& pipe) {
+    int whole = 0;
+    for (int i = 0; i < pipe.m_iElementCount - 1; ++i) {
+        const std::string number = std::to_string(i);
+        whole += Entries(pipe.m_ppElements[i]->m_cProperties) ==
+                 "Standard.EObjectType=" + std::string(i ? "EDevNull" : "ESource") + " Standard.Name=e" +
+                     number + " Standard.p=" + number;
+    }
+    return whole;
+}
+
+// Builds, runs and destroys, and returns what went wrong.
+int Work(char* path, bool configured, int rounds) {
+    int wrong = 0;
+    FRAMEWORK framework;
+    framework.AddPlugin(Text("libfwlib.so"));
+    for (int i = 0; i < rounds; ++i) {
+        EPipeline pipe;
+        pipe.m_pFramework = &framework;
+        const int built = configured ? pipe.BuildPipe(path, 0, nullptr) : pipe.BuildPipe(path);
+        wrong += !built || Whole(pipe) != Elements || !pipe.Initialize() || !pipe.Run();
+        unsigned char bytes[240] = {}, coded[240];
+        MemoryWrite writer;
+        writer.SerializeBlock(Text("k"), bytes, 100);
+        wrong += writer.all.size() != 139 || writer.Compress(coded, bytes, 240, 0) != 8;
+    }
+    return wrong;
+}
+
+TEST(Threads, BuildRunAndDestroyPipelinesOfTheirOwn) {
+    const Scratch scratch;
+    std::string text;
+    for (int i = 0; i < Elements; ++i) {
+        const std::string number = std::to_string(i);
+        text += std::string("element ") + (i ? "EDevNull" : "ESource") + "\nproperty Name e" + number +
+                "\nproperty p " + number + "\n";
+    }
+    text += "connect e0 0 e69 0\nsink e0\n";
+    std::string path = scratch.Write("empty", "");
+    for (int i = 0; i < Files; ++i) {
+        path = scratch.Write("nested" + std::to_string(i), "pipe " + path + "\n");
+    }
+    path = scratch.Write("all", text + "pipe " + path + "\n");
+    int wrong[4] = {};
+    const Output output = Captured([&] {
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 4; ++i) {
+            threads.emplace_back([&, i] { wrong[i] = Work(path.data(), i % 2, 30); });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    });
+    EXPECT_EQ(output.reported.substr(0, 200), "");
+    EXPECT_EQ(wrong[0] + wrong[1] + wrong[2] + wrong[3], 0);
+}
+
+} // namespace
