@@ -10,9 +10,10 @@
 namespace VESK {
 
 // What the call returns; null or 0, after a report, when it throws. The name tells what was wanted of the plugin. A
-// thread that ends within the call unwinds through it: where that comes by as an exception, it has to be passed on.
+// thread that ends within the call unwinds through it: where that comes by as an exception, it has to be passed on. It is
+// an exception without an object, which the sanitizer takes for a null reference.
 template <class Call>
-auto Guarded(const char* pchName, Call cCall) -> decltype(cCall()) {
+__attribute__((no_sanitize("undefined"))) auto Guarded(const char* pchName, Call cCall) -> decltype(cCall()) {
     try {
         return cCall();
 #ifdef __GLIBCXX__
