@@ -31,6 +31,19 @@ struct ThreadBuild {
 // else the first use would take memory, and end the process when there is none.
 extern __thread ThreadBuild cThreadBuild __attribute__((tls_model("initial-exec")));
 
+// Stands for a pipe file while the thread is building from it.
+class Nesting {
+public:
+    Nesting() { ++cThreadBuild.iDepth; }
+    ~Nesting() {
+        if (--cThreadBuild.iDepth == 0) {
+            cThreadBuild = {};
+        }
+    }
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
+};
+
 inline EObject* GetCurrentElement(BuildForm Form) {
     return cThreadBuild.abMade[Form] ? cThreadBuild.apcMade[Form] : apcCurrentElements[Form].load();
 }

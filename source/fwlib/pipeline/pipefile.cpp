@@ -247,20 +247,6 @@ int ExecuteFile(const Build& cBuild, char* pFile, const char* pchPath) {
     return 1;
 }
 
-// Counts the pipe files that the thread is building, one within the other.
-class Nesting {
-public:
-    Nesting() { ++cThreadBuild.iDepth; }
-    ~Nesting() {
-        if (--cThreadBuild.iDepth == 0) {
-            cThreadBuild = {};
-        }
-    }
-    Nesting(const Nesting&) = delete;
-    Nesting& operator=(const Nesting&) = delete;
-    static bool TooDeep() { return cThreadBuild.iDepth > DeepestNesting; }
-};
-
 int BuildFile(const Build& cBuild, char* pchPath) {
     if (!cBuild.cPipeline.m_pFramework) {
         std::fprintf(stderr, "Framework has not been set on EPipeline.\n");
@@ -269,7 +255,7 @@ int BuildFile(const Build& cBuild, char* pchPath) {
     const Nesting cNesting;
     char* const pchShown = pchPath ? pchPath : Text("(null)");
     std::printf("Processing pipe file: %s\n", pchShown);
-    if (Nesting::TooDeep()) {
+    if (cThreadBuild.iDepth > DeepestNesting) {
         std::fprintf(stderr, "Pipe files nest more than %d deep: %s\n", DeepestNesting, pchShown);
         return 0;
     }
