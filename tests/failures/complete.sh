@@ -6,7 +6,7 @@
 set -euo pipefail
 library=$1 called=$(nm -D --undefined-only "$1" | awk '{ print $2 }' | sed 's/@.*//' | sort -u)
 shift
-harmless='__u?(div|mod)[dt]i[34]|_ITM.*|_Unwind.*|__(asan|ubsan|gmon|gxx|cxa|dynamic|errno|stack|assert|popcount|isoc99).*'
+harmless='__u?(div|mod)[dt]i[34]|_ITM.*|_Unwind.*|__(asan|ubsan|gmon|gcc|ctype|gxx|cxa|dynamic|errno|stack|assert|popcount|isoc99).*'
 harmless+='|_ZT[ISV].*|_ZSt(7nothrow|9terminatev)|_Zd[al].*|_?_?(is|to).*'
 harmless+='|_?_?(mem(chr|cmp|cpy|move|set)|str(n?(case)?cmp|n?(cat|cpy|len)|chr|c?spn|error|pbrk|str|to[a-z]+))(_chk)?'
 harmless+='|(__)?v?(f|s|sn)?printf(_chk)?|puts|putchar|fputc|std(in|out|err)|clock|ftell|feof|ferror|fileno|__fpending'

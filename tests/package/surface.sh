@@ -4,7 +4,7 @@
 # What the library shows the linker: exactly the listed names, a soname, no need beyond the compiler's runtime, and
 # one place to search: its own. The tool searches beside itself only; an empty entry would stand for the working directory.
 # In the list "va_list" stands for what the width makes of it, and "(optional)" marks what only unoptimized code needs.
-# Names and libraries that sanitizers add are no part of the surface.
+# Names and libraries that sanitizers add are no part of the surface, nor are the marks that GNU ld exports beside libc++.
 set -euo pipefail
 export LC_ALL=C
 library=$1 symbols=$2 failed=0
@@ -13,7 +13,7 @@ if readelf -h "$library" | grep -q ELF64; then va_list='__va_list_tag*'; else va
 
 if ! diff -u --label "$symbols" --label "exported" \
     <(grep -v '^#\| (optional)$' "$symbols" | sed "s/va_list/$va_list/" | sort -u) \
-    <(nm -D --defined-only -C "$library" | sed -E 's/^[0-9a-f]+ . //; /^__odr_asan/d' |
+    <(nm -D --defined-only -C "$library" | sed -E 's/^[0-9a-f]+ . //; /^(__odr_asan|(__bss_start|_edata|_end)$)/d' |
         grep -vxF "$(sed -n 's/ (optional)$//p' "$symbols")" | sort -u); then
     echo "the exported names differ from the list"
     failed=1
@@ -25,7 +25,7 @@ fi
 
 dynamic=$(readelf -d "$library")
 needed=$(sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' <<<"$dynamic")
-if strange=$(grep -Ev '^(lib(c|m|stdc\+\+|gcc_s|asan|lsan|ubsan)|ld-linux.*)\.so\.[0-9]+$' <<<"$needed"); then
+if strange=$(grep -Ev '^(lib(c|m|(std)?c\+\+|c\+\+abi|unwind|gcc_s|asan|lsan|ubsan)|ld-linux.*)\.so\.[0-9]+$' <<<"$needed"); then
     echo "needs more than the compiler's runtime: $strange"
     failed=1
 fi
