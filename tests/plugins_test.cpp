@@ -128,6 +128,9 @@ TEST(Plugins, AreClosedWithTheirLastOwnerAndKeptUpToTheLimit) {
 }
 
 TEST(Plugins, AThreadMayEndInAFactory) {
+#ifdef _LIBCPP_VERSION
+    GTEST_SKIP() << "libc++ catches the end of a thread and cannot pass it on";
+#endif
     FRAMEWORK framework;
     framework.AddPlugin(Good);
     const auto create = [](void* made) -> void* {
