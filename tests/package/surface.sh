@@ -39,7 +39,7 @@ if ! grep -q "(RUNPATH).*\[[\$]ORIGIN\]" <<<"$dynamic"; then
 fi
 if [ $# -gt 2 ]; then
     entries=$(readelf -dW "$3" | sed -n 's/.*(R\(UN\)\?PATH).*\[\(.*\)\]/\2/p')
-    if [ -z "$entries" ] || tr : '\n' <<<"$entries" | grep -Ev '^\$ORIGIN(/|$)'; then
+    if [ -z "$entries" ] || tr : '\n' <<<"$entries" | grep -Ev '^[$]ORIGIN(/|$)'; then
         echo "the tool searches elsewhere than beside itself: \"$entries\""
         failed=1
     fi
