@@ -71,5 +71,7 @@ source "$here/recordings.sh"
 source "$here/failing.sh"
 # shellcheck source-path=SCRIPTDIR
 source "$here/guards.sh"
+# shellcheck source-path=SCRIPTDIR
+source "$here/faults.sh"
 "$1"
 exit $((failures > 0))

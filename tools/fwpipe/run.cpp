@@ -4,12 +4,14 @@
 #include "checks.h"
 #include "command.h"
 #include "ending.h"
+#include "failure.h"
 #include "feedback.h"
 #include "interrupt.h"
 #include "origin.h"
 #include "output.h"
 #include "recorders.h"
 #include "replay.h"
+#include "turns.h"
 
 #include <fwlib/fwlib.h>
 
@@ -127,11 +129,12 @@ int Steps(Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin) {
         iStatus = ExitFailed;
     }
     if (iStatus == ExitDone) {
-        const int iInitialized = cPipeline.Initialize();
+        const int iInitialized = InitializeInTurn(cPipeline);
         iStatus = Judge(iInitialized, OutputArrived(), "initializing " + cOptions.cFile + " failed");
     }
     if (iStatus == ExitDone) {
         WarnOfFeedback(cPipeline);
+        WatchElements(cPipeline);
         iStatus = RunAll(cOptions, cPipeline, cOrigin);
     }
     return iStatus;
@@ -141,13 +144,15 @@ int Run(Options& cOptions) {
     if (cOptions.bLoop) {
         CatchInterrupts();
     }
+    CatchFaults();
     VESK::FRAMEWORK cFramework;
     Origin cOrigin;
-    int iStatus;
+    int iStatus = ExitFailed;
     {
         VESK::EPipeline cPipeline; // gone before the framework, which unloads the code of its elements
         cPipeline.m_pFramework = &cFramework;
-        iStatus = Steps(cOptions, cPipeline, cOrigin);
+        Guarded([&] { iStatus = Steps(cOptions, cPipeline, cOrigin); });
+        DestroyInTurn(cPipeline);
     }
     if (iStatus == ExitDone && cFramework.m_bError) {
         std::fprintf(stderr, "fwpipe: %s ran, but errors were reported\n", cOptions.cFile.c_str());

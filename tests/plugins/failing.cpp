@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+// Elements that fail: EEvery passes each object on, by its last call, so that it leaves no frame on the stack; EBase does
+// the same and then returns what came back. EDerived goes through EBase's DataArrived. EForgets is an EEvery that no longer
+// has its own address when it throws.
+//   source pads   1
+//   properties    "Fault": what happens, by the table below; "zero" makes Initialize return 0
+//                 "In": DataArrived (when absent), Initialize, Run or Destructor
+//                 "At": the object, counted from 1, at which DataArrived fails; 1 when absent
+#include "support/support.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+using namespace VESK;
+
+namespace {
+
+struct Odd {}; // its description is unloaded with the plugin
+struct Special : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+volatile int iZero = 0;
+int* volatile piNowhere = reinterpret_cast<int*>(16);
+int (*volatile pNoFunction)() = nullptr;
+
+[[noreturn]] __attribute__((noinline)) void Throw() {
+    throw std::runtime_error("boom");
+}
+
+struct Fault {
+    const char* pchName;
+    void (*pHappen)();
+};
+constexpr Fault Faults[] = {
+    {"", [] {}},
+    {"error", Throw},
+    {"special", [] { throw Special("boom\n"); }},
+    {"odd", [] { throw Odd(); }},
+    {"number", [] { throw 7; }},
+    {"memory", [] { throw std::bad_alloc(); }},
+    {"segv", [] { *piNowhere = 1; }},
+    {"null", [] { iZero = pNoFunction(); }},
+    {"fpe", [] { std::raise(SIGFPE); }},
+    {"ill", [] { __builtin_trap(); }},
+    {"bus", [] { std::raise(SIGBUS); }},
+    {"abort", [] { std::abort(); }},
+    {"sent", [] { std::raise(SIGSEGV); }},
+};
+
+class EFailing : public EObject {
+public:
+    explicit EFailing(const char* type) { Set(m_cProperties, "EObjectType", type); }
+    ~EFailing() override { Fail("Destructor"); }
+    int Initialize() override {
+        AddSinkPad(new SINKPAD(this, 0));
+        AddSourcePad(new SOURCEPAD(this));
+        m_iAt = std::stoi(Own("At", "1"));
+        m_pHappen = Find(Own("In", "DataArrived") == "DataArrived" ? Own("Fault") : "").pHappen;
+        Fail("Initialize");
+        return Own("Fault") != "zero";
+    }
+    int Run() override { return Fail("Run"), GetSourcePad(0)->Push(nullptr); }
+
+protected:
+    std::string Own(const char* key, const char* otherwise = "") {
+        char text[256];
+        m_cProperties.GetProperty(Text(key), text, sizeof text, Text(otherwise), Section::Standard);
+        return text;
+    }
+    static const Fault& Find(const std::string& name) {
+        for (const Fault& cFault : Faults) {
+            if (name == cFault.pchName) {
+                return cFault;
+            }
+        }
+        return Faults[0];
+    }
+    void Fail(const char* where) {
+        if (Own("In") == where) {
+            Find(Own("Fault")).pHappen();
+        }
+    }
+
+    int m_iAt = 0;
+    void (*m_pHappen)() = nullptr;
+};
+
+class EEvery final : public EFailing {
+public:
+    EEvery() : EFailing("EEvery") {}
+    int DataArrived(QObject* pObject, Byte2Type) override {
+        if (--m_iAt == 0) {
+            m_pHappen();
+        }
+        return m_b2SourcePadCount && m_ppSourcePads[0]->m_pSinkPad ? m_ppSourcePads[0]->Push(pObject) : 1;
+    }
+};
+
+class EForgets final : public EFailing {
+public:
+    EForgets() : EFailing("EForgets") {}
+    int DataArrived(QObject* pObject, Byte2Type) override {
+        if (--m_iAt == 0 && m_pHappen == Throw) {
+            Throw();
+        }
+        return m_b2SourcePadCount && m_ppSourcePads[0]->m_pSinkPad ? m_ppSourcePads[0]->Push(pObject) : 1;
+    }
+};
+
+class EBase : public EFailing {
+public:
+    explicit EBase(const char* type = "EBase") : EFailing(type) {}
+    int DataArrived(QObject* pObject, Byte2Type) override {
+        if (--m_iAt == 0) {
+            m_pHappen();
+        }
+        const int iAnswer = m_ppSourcePads[0]->m_pSinkPad ? m_ppSourcePads[0]->Push(pObject) : 1;
+        m_iLast = iAnswer;
+        return iAnswer;
+    }
+    int m_iLast = 0;
+};
+
+class EDerived final : public EBase {
+public:
+    EDerived() : EBase("EDerived") {}
+    int DataArrived(QObject* pObject, Byte2Type b2Index) override {
+        return EBase::DataArrived(pObject, b2Index);
+    }
+};
+
+class FailingFactory : public LibraryFactory {
+public:
+    EObject* CreateElement(char* pchType) override {
+        const std::string type = pchType;
+        if (type == "EEvery") {
+            return new EEvery;
+        }
+        if (type == "EForgets") {
+            return new EForgets;
+        }
+        return type == "EBase" ? new EBase : type == "EDerived" ? new EDerived : nullptr;
+    }
+};
+
+FailingFactory cFactory;
+
+} // namespace
+
+Factory* GetFactory() {
+    return &cFactory;
+}

@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: MIT
+#include "failure.h"
+
+#include "holder.h"
+#include "knownelements.h"
+#include "turns.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <cxxabi.h>
+#include <exception>
+#include <functional>
+#include <new>
+#include <string>
+#include <typeinfo>
+#include <ucontext.h>
+#include <unistd.h>
+#include <unwind.h>
+
+namespace FwPipe {
+
+namespace {
+
+constexpr int Faults[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
+constexpr int FaultCount = sizeof Faults / sizeof *Faults;
+constexpr Address StackMargin =
+    65536; // how far from the stack's top an access counts as running over its end
+
+struct sigaction aBefore[FaultCount]; // what the faults did
+alignas(16) char achFaultStack[131072];
+KnownElements cKnown;
+Holder cThrower = {nullptr, false};
+
+} // namespace
+
+extern "C" {
+_Unwind_Reason_Code FwPipeNoteThrow(int iVersion, _Unwind_Action Actions, _Unwind_Exception_Class Class,
+                                    _Unwind_Exception* pException, _Unwind_Context* pContext);
+void FwPipeGuarded(const std::function<void()>& cCall);
+}
+
+// Called while a handler of the exception is looked for, when the stack is still as it was where it was thrown.
+_Unwind_Reason_Code FwPipeNoteThrow(int, _Unwind_Action Actions, _Unwind_Exception_Class, _Unwind_Exception*,
+                                    _Unwind_Context*) {
+    if (Actions & _UA_SEARCH_PHASE) {
+        cThrower = FindHolder(cKnown, reinterpret_cast<Address>(FwPipeGuarded));
+    }
+    return _URC_CONTINUE_UNWIND;
+}
+
+// Makes the function above the one that is asked about this frame.
+__attribute__((noinline, used)) void FwPipeGuarded(const std::function<void()>& cCall) {
+    asm volatile(".cfi_personality 0x1b, FwPipeNoteThrow");
+    cCall();
+    asm volatile("" ::: "memory"); // the call is not the last thing, or this frame would be gone
+}
+
+namespace {
+
+const char* Shown(const Holder& cHolder) {
+    const Label& cTurn = Turn();
+    return cTurn.achText[0] ? cTurn.achText : cHolder.pLabel ? cHolder.pLabel->achText : "unknown element";
+}
+
+void Tell(const char* pchWhat) {
+    const bool bOrBehind = cThrower.bOrBehind && !Turn().achText[0];
+    const std::size_t uLength = std::strlen(pchWhat);
+    std::fprintf(stderr, "fwpipe: %s%s: %s%s", Shown(cThrower), bOrBehind ? " or one downstream" : "",
+                 pchWhat, uLength > 0 && pchWhat[uLength - 1] == '\n' ? "" : "\n");
+}
+
+// Its class, as the source names it.
+std::string TypeOfThrown() {
+    const std::type_info* const pType = abi::__cxa_current_exception_type();
+    if (!pType) {
+        return "an exception of another language";
+    }
+    int iStatus = 0;
+    char* const pchName = abi::__cxa_demangle(pType->name(), nullptr, nullptr, &iStatus);
+    std::string cText = std::string("an exception of type ") + (pchName ? pchName : pType->name());
+    std::free(pchName);
+    return cText;
+}
+
+void Append(char (&achLine)[512], const char* pchText) {
+    const std::size_t uUsed = std::strlen(achLine);
+    std::strncpy(achLine + uUsed, pchText, sizeof achLine - uUsed - 1);
+}
+
+void TellFault(const char* pchElement, bool bOrBehind, const char* pchFault, bool bStack) {
+    char achLine[512] = "fwpipe: ";
+    Append(achLine, pchElement);
+    Append(achLine, bOrBehind ? " or one downstream: " : ": ");
+    Append(achLine, pchFault);
+    Append(achLine, bStack ? " (the stack is full)\n" : "\n");
+    [[maybe_unused]] const ssize_t iWritten = write(STDERR_FILENO, achLine, std::strlen(achLine));
+}
+
+int iFault = 0; // the one that is being told
+
+void Restore() {
+    for (int i = 0; i < FaultCount; ++i) {
+        sigaction(Faults[i], &aBefore[i], nullptr);
+    }
+}
+
+// While the element was looked for: what it needed is damaged.
+void GiveUp(int) {
+    TellFault("unknown element", false, sigdescr_np(iFault), false);
+    Restore();
+    signal(iFault, SIG_DFL);
+    raise(iFault);
+}
+
+#ifdef __x86_64__
+constexpr int StackRegister = REG_RSP, CodeRegister = REG_RIP;
+#else
+constexpr int StackRegister = REG_ESP, CodeRegister = REG_EIP;
+#endif
+
+Holder HolderAt(greg_t* pRegisters) {
+    const greg_t iCode = pRegisters[CodeRegister];
+    const greg_t iStack = pRegisters[StackRegister];
+    if (!CodeAt(static_cast<Address>(iCode)).uBegin) {
+        // A call to where there is no code: the stack is that of the caller once the address to return to is taken off.
+        std::memcpy(&pRegisters[CodeRegister],
+                    reinterpret_cast<void*>(iStack), // NOLINT(performance-no-int-to-ptr)
+                    sizeof iCode);
+        pRegisters[StackRegister] += static_cast<greg_t>(sizeof iCode);
+    }
+    const Holder cHolder = FindHolder(cKnown, reinterpret_cast<Address>(FwPipeGuarded));
+    pRegisters[CodeRegister] = iCode;
+    pRegisters[StackRegister] = iStack;
+    return cHolder;
+}
+
+void OnFault(int iSignal, siginfo_t* pInfo, void* pContext) {
+    const int iErrno = errno;
+    greg_t* const pRegisters = static_cast<ucontext_t*>(pContext)->uc_mcontext.gregs;
+    const auto uStack = static_cast<Address>(pRegisters[StackRegister]);
+    const bool bStack = iSignal == SIGSEGV && pInfo->si_code > 0 &&
+                        reinterpret_cast<Address>(pInfo->si_addr) + StackMargin > uStack &&
+                        reinterpret_cast<Address>(pInfo->si_addr) < uStack + StackMargin;
+    iFault = iSignal;
+    for (const int iOther : Faults) {
+        if (iOther != SIGABRT) {
+            struct sigaction Action = {};
+            Action.sa_handler = GiveUp;
+            Action.sa_flags = SA_NODEFER;
+            sigaction(iOther, &Action, nullptr);
+        }
+    }
+    const Holder cHolder = HolderAt(pRegisters);
+    TellFault(Shown(cHolder), cHolder.bOrBehind && !Turn().achText[0], sigdescr_np(iSignal), bStack);
+    Restore();
+    if (pInfo->si_code <= 0) {
+        raise(iSignal); // it does not come again by itself, as one of an instruction does
+    }
+    errno = iErrno;
+}
+
+} // namespace
+
+void CatchFaults() {
+    stack_t Stack = {};
+    if (sigaltstack(nullptr, &Stack) == 0 && (Stack.ss_flags & SS_DISABLE)) {
+        Stack.ss_sp = achFaultStack;
+        Stack.ss_size = sizeof achFaultStack;
+        Stack.ss_flags = 0;
+        sigaltstack(&Stack, nullptr); // or running over the end of the stack could not be told
+    }
+    struct sigaction Action = {};
+    Action.sa_sigaction = OnFault;
+    Action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_NODEFER; // a fault while it is told gets to GiveUp
+    for (int i = 0; i < FaultCount; ++i) {
+        sigaction(Faults[i], &Action, &aBefore[i]);
+    }
+}
+
+void WatchElements(VESK::EPipeline& cPipeline) {
+    cKnown.Learn(cPipeline);
+}
+
+bool Guarded(const std::function<void()>& cCall) {
+    cThrower = {nullptr, false};
+    try {
+        FwPipeGuarded(cCall);
+        return true;
+    } catch (abi::__forced_unwind&) {
+        throw;
+    } catch (const std::bad_alloc& cError) {
+        if (!cThrower.pLabel && !Turn().achText[0]) {
+            throw; // not by an element
+        }
+        Tell(cError.what());
+    } catch (const std::exception& cError) {
+        Tell(cError.what());
+    } catch (...) {
+        Tell(TypeOfThrown().c_str());
+    }
+    return false;
+}
+
+} // namespace FwPipe
