@@ -8,6 +8,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -112,18 +113,36 @@ char* RecordedPath() {
     return bWritten ? cFile.Path() : nullptr;
 }
 
-void LibraryLines(benchmark::State& cState) {
+// A file of lines of so many characters or, with 0, of objects.
+char* LinesPath(int iLength) {
+    static ScratchFile acFiles[2];
+    if (iLength == 0) {
+        return RecordedPath();
+    }
+    ScratchFile& cFile = acFiles[iLength > 20];
+    struct stat Status;
+    if (stat(cFile.Path(), &Status) != 0 || Status.st_size == 0) {
+        const std::string Line = std::string(static_cast<std::size_t>(iLength), 'x') + "\n";
+        SFileWrite cWriter(cFile.Path(), 0);
+        for (int i = 0; i < Objects * Properties; ++i) {
+            cWriter.WriteData(Text(Line.c_str()), static_cast<Byte4Type>(Line.size()));
+        }
+    }
+    return cFile.Path();
+}
+
+void LibraryLines(benchmark::State& cState, char* pchPath) {
     for (auto _ : cState) {
-        SFileRead cReader(RecordedPath());
+        SFileRead cReader(pchPath);
         while (const char* const pchLine = cReader.ReadLine()) {
             benchmark::DoNotOptimize(pchLine);
         }
     }
 }
 
-void BareLines(benchmark::State& cState) {
+void BareLines(benchmark::State& cState, char* pchPath) {
     for (auto _ : cState) {
-        std::FILE* const pFile = std::fopen(RecordedPath(), "r");
+        std::FILE* const pFile = std::fopen(pchPath, "r");
         char* pchLine = nullptr;
         std::size_t uSize = 0;
         for (ssize_t i = 0; (i = getline(&pchLine, &uSize, pFile)) > 0;) {
@@ -163,11 +182,18 @@ void Replay(benchmark::State& cState, int iStrict) {
 void AddRecordingRows() {
     AddRow("object recorded", 1.15, LibraryRecord, BareRecord);
     AddRow("object recorded strictly, to the default", 0.50, StrictRecord, LibraryRecord);
-    AddRow("lines of 2000 objects, getline", 1.25, LibraryLines, BareLines);
+    for (const int iLength : {0, 20, 60}) {
+        const std::string Name =
+            iLength > 0 ? "lines of " + std::to_string(iLength) + " characters" : "lines of 2000 objects";
+        AddRow(
+            Name + ", getline", 1.15,
+            [iLength](benchmark::State& cState) { LibraryLines(cState, LinesPath(iLength)); },
+            [iLength](benchmark::State& cState) { BareLines(cState, LinesPath(iLength)); });
+    }
     AddRow(
         "2000 objects replayed, getline", NoBar, [](benchmark::State& cState) { Replay(cState, 0); },
-        BareLines);
+        [](benchmark::State& cState) { BareLines(cState, RecordedPath()); });
     AddRow(
         "2000 objects replayed strictly, getline", NoBar, [](benchmark::State& cState) { Replay(cState, 1); },
-        BareLines);
+        [](benchmark::State& cState) { BareLines(cState, RecordedPath()); });
 }

@@ -5,7 +5,9 @@
 #define FWLIB_INTERNAL_HANDLE_H
 
 #include <climits>
+#include <cstddef>
 #include <cstdio>
+#include <cstring>
 
 namespace VESK {
 
@@ -29,6 +31,44 @@ inline char* GetLine(char* pchBuffer, unsigned int uSize, char* pFile) {
     const int iSize = uSize > INT_MAX ? INT_MAX : static_cast<int>(uSize);
     return std::fgets(pchBuffer, iSize, StreamOf(pFile));
 }
+
+// What the C library tells of a stream only in the fields that its own macros use: they are the same for good. Where
+// there are none such, the slower way is taken each time.
+#ifdef __GLIBC__
+
+// The stream holds nothing and remembers no position, so that a write to its descriptor comes where one to it would.
+inline bool InStep(const std::FILE* pFile) {
+    return pFile->_IO_write_ptr == pFile->_IO_write_base && pFile->_IO_read_ptr == pFile->_IO_read_end &&
+           pFile->_offset == -1;
+}
+
+// Copies the next line without its newline, if the stream holds it whole and it fits: its length, or -1.
+inline std::ptrdiff_t HeldLine(std::FILE* pFile, char* pchBuffer, std::size_t uSize) {
+    const auto uHeld = static_cast<std::size_t>(pFile->_IO_read_end - pFile->_IO_read_ptr);
+    const char* const pchFirst = pFile->_IO_read_ptr;
+    const void* const pEnd =
+        uHeld > 0 && uSize > 0 ? std::memchr(pchFirst, '\n', uHeld < uSize ? uHeld : uSize) : nullptr;
+    if (!pEnd) {
+        return -1;
+    }
+    const std::ptrdiff_t iLength = static_cast<const char*>(pEnd) - pchFirst;
+    std::memcpy(pchBuffer, pchFirst, static_cast<std::size_t>(iLength));
+    pchBuffer[iLength] = '\0';
+    pFile->_IO_read_ptr += iLength + 1;
+    return iLength;
+}
+
+#else
+
+inline bool InStep(const std::FILE*) {
+    return false;
+}
+
+inline std::ptrdiff_t HeldLine(std::FILE*, char*, std::size_t) {
+    return -1;
+}
+
+#endif
 
 } // namespace VESK
 

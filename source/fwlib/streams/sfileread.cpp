@@ -44,7 +44,14 @@ SFileRead::~SFileRead() {
 }
 
 char* SFileRead::ReadLine() {
-    if (!m_pFile || !m_pchLineBuffer || !GetLine(m_pchLineBuffer, m_b4LineBufferSize, m_pFile)) {
+    if (!m_pFile || !m_pchLineBuffer) {
+        return nullptr;
+    }
+    const std::size_t uText = m_b4LineBufferSize > 0 ? m_b4LineBufferSize - 1 : 0; // with the newline
+    if (HeldLine(StreamOf(m_pFile), m_pchLineBuffer, uText) >= 0) {
+        return m_pchLineBuffer;
+    }
+    if (!GetLine(m_pchLineBuffer, m_b4LineBufferSize, m_pFile)) {
         return nullptr;
     }
     const std::size_t uLength = std::strlen(m_pchLineBuffer);
