@@ -5,7 +5,10 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <memory>
 #include <sys/resource.h>
 
 using namespace VESK;
@@ -61,17 +64,17 @@ TEST(Recording, ALossIsToldOnceForAFileAndAnotherHasLostNothing) {
         ASSERT_EQ(pipe(ends), 0);
         close(ends[0]);
         Recorder recorder(strict, fdopen(ends[1], "w"));
-        EXPECT_EQ(recorder.Arrive(), answer + Lost("standard output", "Broken pipe"));
+        EXPECT_EQ(recorder.Arrive(), answer + Lost("a stream of the host", "Broken pipe"));
         EXPECT_EQ(recorder.Arrive(), answer);
         for (const char* const name : {"/dev/full", "/dev/full", "/dev/null"}) { // at the address of the last
             recorder.Adopt(std::fopen(name, "w"));
-            EXPECT_EQ(recorder.Arrive(), *(name + 5) == 'n'
-                                             ? "1 "
-                                             : answer + Lost("standard output", "No space left on device"));
+            EXPECT_EQ(recorder.Arrive(),
+                      *(name + 5) == 'n' ? "1 ! ERROR: ESerialize - tap: Objects lost: 4\n"
+                                         : answer + Lost("a stream of the host", "No space left on device"));
         }
         std::FILE* const null = reinterpret_cast<std::FILE*>(recorder.element.m_pWriter->m_pFile);
         recorder.element.m_pWriter->m_pFile = reinterpret_cast<char*>(std::fopen("/dev/full", "w"));
-        EXPECT_EQ(recorder.Arrive(), answer + Lost("standard output", "No space left on device"));
+        EXPECT_EQ(recorder.Arrive(), answer + Lost("a stream of the host", "No space left on device"));
         std::fclose(null);
         recorder.Adopt(nullptr);
         EXPECT_EQ(recorder.Arrive(), answer + Lost("a file without a name", "Input/output error"));
@@ -101,11 +104,168 @@ TEST(Recording, AStrictRecorderWritesAnObjectAtOnce) {
     SFileWrite& writer = *recorder.element.m_pWriter;
     EXPECT_EQ(writer.WriteData(nullptr, 0) + writer.WriteData(nullptr, 0x80000000),
               0u); // more than it gathers
-    EXPECT_EQ(recorder.Arrive(), "0 " + Lost("standard output", "Cannot allocate memory"));
-    EXPECT_EQ(recorder.Arrive() + recorder.Arrive(), "1 1 ");
+    EXPECT_EQ(recorder.Arrive(), "0 " + Lost("a stream of the host", "Cannot allocate memory"));
+    EXPECT_EQ(recorder.Arrive(), "1 ! ERROR: ESerialize - tap: Objects lost: 1\n");
+    EXPECT_EQ(recorder.Arrive(), "1 ");
     char packet[4096];
     EXPECT_EQ(read(ends[0], packet, sizeof packet), static_cast<ssize_t>(Object.size()));
     close(ends[0]);
+}
+
+// What a stream saw go wrong before says nothing of this write, and a pipe has space again once it is read.
+TEST(Recording, OnlyTheWriteAtHandCountsAndTheNextObjectIsTried) {
+    for (const char* strict : BothWays) {
+        int ends[2];
+        ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+        std::FILE* const file = fdopen(ends[1], "w");
+        EXPECT_EQ(std::fgetc(file), EOF); // of which the stream keeps its error
+        Recorder recorder(strict, file);
+        EXPECT_EQ(recorder.Arrive(), "1 ");
+        std::string text(65536 / 16, '-');
+        while (write(ends[1], text.data(), text.size()) > 0) {
+        }
+        EXPECT_EQ(recorder.Arrive(), (*strict == '1' ? "0 " : "1 ") +
+                                         Lost("a stream of the host", "Resource temporarily unavailable"));
+        recorder.Arrive();
+        while (read(ends[0], text.data(), text.size()) > 0) {
+        }
+        EXPECT_EQ(recorder.Arrive(), "1 ! ERROR: ESerialize - tap: Objects lost: 2\n");
+        ASSERT_EQ(read(ends[0], text.data(), text.size()), static_cast<ssize_t>(Object.size()));
+        EXPECT_EQ(text.substr(0, Object.size()), Object);
+        close(ends[0]);
+    }
+}
+
+// Writes its length into its first line when it knows it, as it may with a stream of its own.
+struct QPatched : QObject {
+    int Serialize(SWrite* pWriter) override {
+        char* const file = static_cast<SFileWrite*>(pWriter)->m_pFile;
+        const auto start = static_cast<int>(fwftell(file));
+        pWriter->WriteData(Text("Length=00\n"), 10);
+        QObject::Serialize(pWriter);
+        const auto end = static_cast<int>(fwftell(file));
+        fwfseek(file, start + 7, 0);
+        pWriter->WriteData(Text(std::to_string(end - start).c_str()), 2);
+        return fwfseek(file, end, 0);
+    }
+};
+
+TEST(Recording, AClassMayPatchWhatItWrote) {
+    const Scratch scratch;
+    rlimit before;
+    getrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, SIG_IGN);
+    for (const char* const strict : BothWays) {
+        QPatched patched;
+        const std::string path = scratch.Path("objects"), text = "Length=58\n" + Object;
+        Recorder recorder(strict, path);
+        const auto arrive = [&] { return recorder.element.DataArrived(&patched, 0); };
+        EXPECT_EQ(arrive(), 1);
+        EXPECT_EQ(recorder.Arrive(), "1 ");
+        const rlimit low = {text.size() * 5 / 2, before.rlim_max}; // the second patched one does not fit
+        setrlimit(RLIMIT_FSIZE, &low);
+        EXPECT_EQ(Told(arrive)[0], *strict == '1' ? '0' : '1');
+        setrlimit(RLIMIT_FSIZE, &before);
+        EXPECT_EQ(FileText(path), text + Object);
+        EXPECT_EQ(Told(arrive), "1 ! ERROR: ESerialize - tap: Objects lost: 1\n");
+        fwfseek(recorder.element.m_pWriter->m_pFile, 7, 0); // and a host what is there
+        fwfputs(Text("85"), recorder.element.m_pWriter->m_pFile);
+        fwfseek(recorder.element.m_pWriter->m_pFile, 0, 2);
+        EXPECT_EQ(recorder.Arrive(), "1 ");
+        EXPECT_EQ(FileText(path), "Length=85\n" + Object + Object + text + Object);
+    }
+    std::signal(SIGXFSZ, SIG_DFL);
+}
+
+// Begins the recording anew, or ends it, within an object.
+struct QExchanging : QObject {
+    ESerialize* element;
+    bool anew;
+    int Serialize(SWrite* pWriter) override {
+        pWriter->WriteData(Text("part\n"), 5);
+        delete element->m_pWriter;
+        element->m_pWriter = nullptr;
+        return !anew || element->Initialize();
+    }
+};
+
+TEST(Recording, AnObjectMayExchangeTheWriter) {
+    const Scratch scratch;
+    for (const char* const strict : BothWays) {
+        Recorder recorder(strict, scratch.Path("objects"));
+        QExchanging exchanging;
+        exchanging.element = &recorder.element;
+        for (const bool anew : {true, false}) {
+            exchanging.anew = anew;
+            EXPECT_EQ(
+                Told([&] { return recorder.element.DataArrived(&exchanging, 3); }),
+                std::string(*strict == '1' ? "0 " : "1 ") +
+                    "! ERROR: ESerialize - tap: DataArrived(3): m_pWriter was exchanged within an object: "
+                    "QObjectType = QObject\n");
+        }
+        EXPECT_EQ(recorder.element.m_pWriter, nullptr);
+    }
+}
+
+TEST(Recording, OutlivesItsFrameworkAndThenReportsWithoutIt) {
+    const std::string reported = Captured([] {
+                                     ESerialize element;
+                                     const auto framework = std::make_unique<FRAMEWORK>();
+                                     element.m_pFramework = framework.get();
+                                     Set(element.m_cProperties, "Filename", "/dev/full");
+                                     QObject object;
+                                     element.Initialize();
+                                     element.DataArrived(&object, 0);
+                                 }).reported;
+    EXPECT_NE(reported.find("ERROR: ESerialize - [No Element Name]: Objects lost: 1\n"), std::string::npos);
+}
+
+// Under whatever name; what reads a recording that is being written is none of its business.
+TEST(Recording, AFileThatAnElementUsesIsRefused) {
+    const Scratch scratch;
+    const std::string path = scratch.Write("objects", Object), link = scratch.Path("link");
+    std::filesystem::create_hard_link(path, link);
+    const std::string refused =
+        "0 ! ERROR: ESerialize - tap: Unable to open " + link + ": this process reads or writes it already\n";
+    Recorder other("0", scratch.Path("other"));
+    Set(other.element.m_cProperties, "Filename", link);
+    const auto again = [&] { return Told([&] { return other.element.Initialize(); }); };
+    {
+        Deck<EDeserialize> player(path, "0");
+        EXPECT_EQ(again(), refused);
+        EXPECT_EQ(FileText(path), Object);
+        Set(other.element.m_cProperties, "Shared", "1");
+        EXPECT_EQ(again(), "1 ");
+        EXPECT_EQ(FileText(path), "");
+        Set(other.element.m_cProperties, "Shared", "0");
+        EXPECT_EQ(again(), refused);
+        player.element.m_pReader->SetFile(nullptr);
+    }
+    EXPECT_EQ(again(), "1 ");
+    EXPECT_EQ(again(), "1 "); // its own
+    EXPECT_EQ(other.Arrive(), "1 ");
+    Deck<EDeserialize> player(path, "0");
+    EXPECT_STREQ(player.element.m_pReader->ReadLine(), "QObject");
+}
+
+// The streams open what the first 255 characters name, the elements do not.
+TEST(Recording, ANameThatIsTooLongIsRefused) {
+    const Scratch scratch;
+    const std::string path = scratch.Path(std::string(250 - scratch.Path("").size(), '/') + "other"),
+                      longer = path + "?";
+    ASSERT_EQ(path.size(), 255u);
+    std::ofstream(path) << Object;
+    Recorder recorder("0", scratch.Path("objects"));
+    Deck<EDeserialize> player(path, "0");
+    for (EObject* const element :
+         {static_cast<EObject*>(&recorder.element), static_cast<EObject*>(&player.element)}) {
+        Set(element->m_cProperties, "Filename", longer);
+        const std::string told = Told([&] { return element->Initialize(); });
+        EXPECT_EQ(told.substr(0, 3), "0 !");
+        EXPECT_NE(told.find("Initialize(): Filename is longer than 255 characters: " + path + "...\n"),
+                  std::string::npos);
+        EXPECT_EQ(FileText(path), Object);
+    }
 }
 
 // A stream that others use too is written at its position, wherever that is, and tells it afterwards.
@@ -167,7 +327,8 @@ TEST(Recording, AStreamThatIsNoFileOfTheSystemsTakesWhatFits) {
     std::setbuf(reinterpret_cast<std::FILE*>(recorder.element.m_pWriter->m_pFile), nullptr);
     EXPECT_EQ(recorder.Arrive(), "1 ");
     EXPECT_EQ(memory.substr(0, Object.size()), Object);
-    EXPECT_EQ(recorder.Arrive(), "0 " + Lost("standard output", "Input/output error")); // no other reason
+    EXPECT_EQ(recorder.Arrive(),
+              "0 " + Lost("a stream of the host", "Input/output error")); // no other reason
 }
 
 TEST(Recording, RecordersHaveTheirStreamsFromInitializeOrFromTheHost) {
@@ -207,7 +368,32 @@ TEST(Replaying, AReadThatFailsIsToldAlsoWithoutAReason) {
         Deck<EDeserialize> player("", strict);
         player.element.m_pReader->SetFile(reinterpret_cast<char*>(fopencookie(nullptr, "r", calls)));
         EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no whole object at byte 0 of "
-                                        "standard input: Input/output error\n");
+                                        "a stream of the host: Input/output error\n");
+    }
+}
+
+// Also within a line: the object comes whole once the rest has arrived.
+TEST(Replaying, WhatHasNotArrivedYetIsTriedAgain) {
+    for (const char* const strict : BothWays) {
+        int ends[2];
+        ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+        Deck<EDeserialize> player("", strict);
+        Recorder recorder("1");
+        Probe sink("sink");
+        sink.AddSinkPad(new SINKPAD(&sink, Byte2Type{0}));
+        player.element.GetSourcePad(0)->m_pSinkPad = sink.GetSinkPad(0);
+        player.element.m_pReader->SetFile(reinterpret_cast<char*>(fdopen(ends[0], "r")));
+        for (int object = 0; object < 2; ++object) {
+            for (std::size_t cut = 0; cut < Object.size(); cut += 7) {
+                EXPECT_EQ(Runs(player.element), "0 ");
+                const std::string part = Object.substr(cut, 7);
+                ASSERT_EQ(write(ends[1], part.data(), part.size()), static_cast<ssize_t>(part.size()));
+            }
+            EXPECT_EQ(Runs(player.element)[0], '1');
+        }
+        EXPECT_EQ(Runs(player.element), "0 ");
+        close(ends[1]);
+        EXPECT_EQ(Runs(player.element), "0 ");
     }
 }
 

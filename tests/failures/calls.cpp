@@ -98,7 +98,6 @@ WRAP(int, fgetc, (std::FILE * f), (f), f, EOF, Same)
 WRAP(int, fseek, (std::FILE * f, long l, int i), (f, l, i), EIO, -1, Same)
 WRAP(off64_t, lseek64, (int i, off64_t o, int j), (i, o, j), EIO, -1, Same)
 WRAP(int, fstat64, (int i, struct stat64* p), (i, p), EIO, -1, Same)
-WRAP(int, ftruncate64, (int i, off64_t o), (i, o), EIO, -1, Same)
 WRAP(void*, dlsym, (void* p, const char* a), (p, a), EINVAL, nullptr, Same)
 WRAP_GIVING(void, free, (void* p), (p))
 WRAP_GIVING(int, dlclose, (void* p), (p))
@@ -114,6 +113,17 @@ WRAP(void*, _ZnwjRKSt9nothrow_t, (std::size_t u, const void* t), (u, t), ENOMEM,
 #endif
 
 extern "C" {
+
+// What is taken out of a file is space again.
+int __real_ftruncate64(int i, off64_t o);
+int __wrap_ftruncate64(int i, off64_t o) {
+    struct stat64 before = {};
+    if (Fails("ftruncate", EIO) || __real_fstat64(i, &before) != 0) {
+        return -1;
+    }
+    now.room += now.room == SIZE_MAX ? 0 : static_cast<std::size_t>(before.st_size - o);
+    return __real_ftruncate64(i, o);
+}
 
 ssize_t __real_write(int i, const void* p, std::size_t u);
 ssize_t __wrap_write(int i, const void* p, std::size_t u) {

@@ -18,7 +18,7 @@ namespace {
 
 // The reader that Initialize made; a host may have put one of its own in its place.
 ObjectFileRead* OwnReader(EDeserialize& cElement) {
-    return dynamic_cast<ObjectFileRead*>(cElement.m_pReader);
+    return OwnClass<ObjectFileRead>::Of(cElement.m_pReader);
 }
 
 // Why no object came, told once: the answer of Run, 0.
@@ -72,6 +72,9 @@ int EDeserialize::Initialize() {
         return 0;
     }
     FileSettings cSettings(m_cProperties);
+    if (!cSettings.NameFits(*this)) {
+        return 0;
+    }
     m_pReader = new (std::nothrow) ObjectFileRead(cSettings.Strict());
     if (!m_pReader || !m_pReader->m_pchLineBuffer) {
         delete m_pReader;
@@ -108,13 +111,15 @@ int EDeserialize::Run() {
     }
     QObject* const pObject = CreateNamed(*this, pchType);
     if (!pObject) {
-        if (pOwn) {
+        if (pOwn && pOwn == OwnReader(*this)) {
             pOwn->SkipObject();
         }
         return 0;
     }
     pObject->Deserialize(m_pReader);
-    const int iAnswer = pOwn && !pOwn->EndObject() ? ReportNone(*this, pOwn) : Deliver(*this, *pObject);
+    const bool bCame =
+        !pOwn || pOwn != OwnReader(*this) || pOwn->EndObject(); // its class may exchange the reader
+    const int iAnswer = bCame ? Deliver(*this, *pObject) : ReportNone(*this, pOwn);
     delete pObject;
     return iAnswer;
 }

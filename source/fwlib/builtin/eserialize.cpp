@@ -3,7 +3,9 @@
 
 #include "fwlib/elements/pad.h"
 #include "fwlib/elements/qobject.h"
+#include "fwlib/framework/framework.h"
 #include "fwlib/internal/elementwork.h"
+#include "fwlib/internal/living.h"
 #include "fwlib/internal/objectfiles.h"
 #include "fwlib/internal/texts.h"
 
@@ -24,7 +26,7 @@ struct TypeText {
 
 // The writer that Initialize made; a host may have put one of its own in its place.
 ObjectFileWrite* OwnWriter(ESerialize& cElement) {
-    return dynamic_cast<ObjectFileWrite*>(cElement.m_pWriter);
+    return OwnClass<ObjectFileWrite>::Of(cElement.m_pWriter);
 }
 
 // Whether the object's lines would be read back as they are written.
@@ -38,32 +40,58 @@ bool Storable(const PROPERTIES& cProperties) {
     return true;
 }
 
-// Reports the first loss of an object in this file.
-void ReportLoss(ESerialize& cElement, QObject& cObject, ObjectFileWrite& cWriter) {
-    if (cWriter.ReportOnce()) {
+void ReportLost(ESerialize& cElement, ObjectFileWrite& cWriter) {
+    const unsigned long long ullLost = cWriter.TakeLost();
+    if (ullLost > 0) {
+        cElement.ErrorMessage("Objects lost: %llu\n", ullLost);
+    }
+}
+
+// Reports the first loss of an object, and how many were lost once one is stored again.
+void ReportLoss(ESerialize& cElement, QObject& cObject, ObjectFileWrite& cWriter, int iStored) {
+    if (iStored) {
+        ReportLost(cElement, cWriter);
+    } else if (cWriter.ReportOnce()) {
         cElement.ErrorMessage("Unable to store an object in %s: %s: QObjectType = %s\n", cWriter.ShownName(),
                               std::strerror(cWriter.Reason()), TypeText(cObject).achType);
     }
 }
 
-// Writes the object: 1, or 0 with a report when it answered 0 or, if the element is strict, when it was not stored.
+// Lets the object write itself: what it returned, and whether it is stored, as far as that can be known. Its class may
+// exchange the writer, which is null then.
+int Serialize(ESerialize& cElement, QObject& cObject, ObjectFileWrite*& pWriter, int& iStored) {
+    const ObjectAtHand cPlace(pWriter, ObjectFileWrite::BeforeHostUse);
+    if (pWriter) {
+        pWriter->BeginObject();
+    }
+    const int iSerialized = cObject.Serialize(cElement.m_pWriter);
+    iStored = cPlace.pWriter ? pWriter->EndObject(iSerialized != 0) : !pWriter;
+    pWriter = cPlace.pWriter == OwnWriter(cElement) ? cPlace.pWriter : nullptr;
+    return iSerialized;
+}
+
+// Writes the object: 1, or 0 with a report when it returned 0 or, if the element is strict, when it was not stored.
 int Store(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
-    ObjectFileWrite* const pWriter = OwnWriter(cElement);
-    const bool bStrict = pWriter && pWriter->IsStrict();
+    ObjectFileWrite* pWriter = OwnWriter(cElement);
+    const bool bOwn = pWriter != nullptr;
+    const bool bStrict = bOwn && pWriter->IsStrict();
     if (bStrict && !Storable(cObject.m_cProperties)) {
         cElement.ErrorMessage("DataArrived(%d): a line cannot hold a key or value: QObjectType = %s\n",
                               b2Index, TypeText(cObject).achType);
         return 0;
     }
-    const int iSerialized = cObject.Serialize(cElement.m_pWriter);
-    const int iStored = !pWriter || pWriter->EndObject(iSerialized != 0);
+    int iStored;
+    const int iSerialized = Serialize(cElement, cObject, pWriter, iStored);
     if (!iSerialized) {
         cElement.ErrorMessage("DataArrived(%d): QObject failed to serialize: QObjectType = %s\n", b2Index,
                               TypeText(cObject).achType);
         return 0;
     }
-    if (!iStored) {
-        ReportLoss(cElement, cObject, *pWriter);
+    if (bOwn && !pWriter) {
+        cElement.ErrorMessage("DataArrived(%d): m_pWriter was exchanged within an object: QObjectType = %s\n",
+                              b2Index, TypeText(cObject).achType);
+    } else if (pWriter) {
+        ReportLoss(cElement, cObject, *pWriter, iStored);
     }
     return iStored || !bStrict ? iSerialized : 0;
 }
@@ -71,12 +99,24 @@ int Store(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
 // Closes the file, if any, and reports what was lost only then, as on a disk that another machine keeps.
 void EndRecording(ESerialize& cElement) {
     ObjectFileWrite* const pWriter = OwnWriter(cElement);
-    if (pWriter && !pWriter->Close() && pWriter->ReportOnce()) {
-        cElement.ErrorMessage("Unable to store all objects in %s: %s\n", pWriter->ShownName(),
-                              std::strerror(pWriter->Reason()));
+    if (pWriter) {
+        const char* const pchName = pWriter->ShownName();
+        if (!pWriter->Close() && pWriter->ReportOnce()) {
+            cElement.ErrorMessage("Unable to store all objects in %s: %s\n", pchName,
+                                  std::strerror(pWriter->Reason()));
+        }
+        ReportLost(cElement, *pWriter);
     }
     delete cElement.m_pWriter;
     cElement.m_pWriter = nullptr;
+}
+
+// The element outlived its framework, so another one writes its reports.
+void EndOrphan(ESerialize& cElement) {
+    FRAMEWORK cInstead;
+    cElement.m_pFramework = &cInstead;
+    EndRecording(cElement);
+    cElement.m_pFramework = nullptr;
 }
 
 int PassOn(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
@@ -99,7 +139,7 @@ ESerialize::ESerialize() : m_pWriter(nullptr), m_b2Passthrough(0) {
 }
 
 ESerialize::~ESerialize() {
-    EndRecording(*this);
+    m_pFramework && !Living(m_pFramework) ? EndOrphan(*this) : EndRecording(*this);
 }
 
 int ESerialize::Initialize() {
@@ -113,16 +153,16 @@ int ESerialize::Initialize() {
     }
     FileSettings cSettings(m_cProperties);
     EndRecording(*this);
-    auto* const pWriter = new (std::nothrow) ObjectFileWrite(cSettings.Name(), cSettings.Strict());
-    m_pWriter = pWriter;
+    auto* const pWriter = new (std::nothrow) ObjectFileWrite(cSettings.Strict());
     if (!pWriter) {
         ErrorMessage("Initialize(): No memory\n");
         return 0;
     }
-    if (!pWriter->m_pFile) {
-        pWriter->ReportOnce(); // which this is
-        ErrorMessage("Unable to open %s: %s\n", pWriter->ShownName(), std::strerror(pWriter->Reason()));
+    if (!pWriter->Open(*this, cSettings)) {
+        delete pWriter;
+        return 0;
     }
+    m_pWriter = pWriter;
     return iInitialized;
 }
 

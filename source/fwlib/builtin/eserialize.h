@@ -2,15 +2,22 @@
 // ESerialize: writes every object to a file and hands it on.
 //   sink pads       1
 //   source pads     "Passthrough", none when absent; each gets the object once it is written
-//   "Filename"      the file, emptied by Initialize; standard output when absent. The name is cut to 255 characters
-//   "Strict"        when not 0, an object goes out in one write, a failed write answers 0, and what it left in the
-//                   file is taken out again where the file allows it
+//   "Filename"      the file; standard output when absent. Initialize refuses a name of more than 255 characters
+//   "Existing"      "replace" or absent: Initialize empties the file. "append": it continues a recording behind its last
+//                   whole object, and reports a part of another that it removes there. "refuse": it refuses a file that
+//                   exists. What it refuses stays as it is, is reported, and Initialize returns 0
+//   "Shared"        unless it is not 0, Initialize refuses a file that an EDeserialize or another ESerialize of the
+//                   process has open
+//   "Strict"        when not 0, an object goes out in one write, and a failed write answers 0
 //   answer          1, or that of the last delivery; the first delivery that fails ends the round. 0 for a null object,
 //                   for one that answers 0 to Serialize, and before Initialize; these are reported
-//   losses          a file that cannot be opened, and the first object that could not be stored whole, are reported
-//                   once, with the file's name; so is what is lost when it is closed. Nothing more is stored from
-//                   there on, and unless "Strict" the answers are as if it were. With "Strict", an object that there
-//                   is no memory for is lost alone
+//   losses          a file that cannot be opened, and the first object that could not be stored whole, are reported with
+//                   the file's name; what it left in the file is taken out again. Once an object is stored again, and
+//                   when the recorder ends, "Objects lost: N" is reported. Where a part stays, as in a pipe, nothing
+//                   more is stored. What is lost when the file is closed is reported too. Unless "Strict" the answers
+//                   are as if nothing were lost
+//   lifetime        it reports when it is destroyed, so it should go before its framework; else these reports go to
+//                   standard error, and the framework's error flag is not set
 //   example         element ESerialize  /  property Name recorder  /  property Filename objects.txt
 #ifndef FWLIB_BUILTIN_ESERIALIZE_H
 #define FWLIB_BUILTIN_ESERIALIZE_H

@@ -6,6 +6,7 @@
 #include "fwlib/framework/plugin.h"
 #include "fwlib/internal/growth.h"
 #include "fwlib/internal/guarded.h"
+#include "fwlib/internal/living.h"
 #include "fwlib/internal/texts.h"
 #include "fwlib/internal/watch.h"
 
@@ -53,9 +54,12 @@ struct Origin {
 
 } // namespace
 
-FRAMEWORK::FRAMEWORK() : m_bError(0), m_b2PluginCapacity(0), m_b2PluginCount(0), m_ppPlugins(nullptr) {}
+FRAMEWORK::FRAMEWORK() : m_bError(0), m_b2PluginCapacity(0), m_b2PluginCount(0), m_ppPlugins(nullptr) {
+    BeginLife(this);
+}
 
 FRAMEWORK::~FRAMEWORK() {
+    EndLife(this);
     for (Byte4Type b4 = 0; b4 < m_b2PluginCount; ++b4) {
         delete m_ppPlugins[b4];
     }

@@ -35,7 +35,7 @@ void DecodeRest(const GroupCoder& cCoder, Byte* pData, char* pchText, std::size_
 
 // A recorder must not pass the object for a whole one; the answers are the same.
 void TellLoss(SWrite& cWriter) {
-    if (auto* const pWriter = dynamic_cast<ObjectFileWrite*>(&cWriter)) {
+    if (auto* const pWriter = OwnClass<ObjectFileWrite>::Of(&cWriter)) {
         pWriter->LoseBlock();
     }
 }

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
+// The writer behind ESerialize; objectopen.cpp opens its file.
 #include "fwlib/internal/objectfiles.h"
 
 #include "fwlib/internal/handle.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 #include <cerrno>
-#include <stdio_ext.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,8 +16,9 @@ namespace {
 
 constexpr std::size_t FirstCapacity = 4096; // of the block that an object is gathered in
 constexpr std::size_t LargestObject = INT32_MAX;
+constexpr long long Unknown = -1; // of a position
 
-// Writes in as many calls as the system takes, one unless it cuts or interrupts it, and answers how much it took.
+// Writes in as many calls as the system takes, one unless it cuts or interrupts it, and returns how much it took.
 std::size_t WriteAll(int iFile, const char* pchData, std::size_t uLength) {
     std::size_t uWritten = 0;
     while (uWritten < uLength) {
@@ -29,43 +31,46 @@ std::size_t WriteAll(int iFile, const char* pchData, std::size_t uLength) {
     return uWritten;
 }
 
-// Takes the last bytes, just written, out of the file again, if it is one whose end they are.
-void TakeBack(int iFile, std::size_t uWritten) {
+// What a stream that is no file of the system's took: its flush tells, and all or nothing is known of it.
+std::size_t PrintAll(std::FILE* pFile, const char* pchData, std::size_t uLength) {
+    errno = 0;
+    const std::size_t uWritten = std::fwrite(pchData, 1, uLength, pFile);
+    return std::fflush(pFile) == 0 || uWritten < uLength ? uWritten : uLength - 1;
+}
+
+long long SizeOf(int iFile) {
     struct stat Status;
-    const off_t iEnd = lseek(iFile, 0, SEEK_CUR);
-    const off_t iStart = iEnd - static_cast<off_t>(uWritten);
-    if (uWritten > 0 && iEnd >= 0 && fstat(iFile, &Status) == 0 && S_ISREG(Status.st_mode) &&
-        Status.st_size == iEnd && ftruncate(iFile, iStart) == 0) {
-        lseek(iFile, iStart, SEEK_SET);
-    }
+    return fstat(iFile, &Status) == 0 ? Status.st_size : Unknown;
 }
 
 } // namespace
 
-FileSettings::FileSettings(PROPERTIES& cProperties) {
-    m_bNamed =
-        cProperties.GetProperty(Key::Filename, m_achName, sizeof m_achName, nullptr, Section::Standard);
-    cProperties.GetProperty(Key::Strict, &m_uStrict, 0, Section::Standard);
-}
-
-ObjectFileWrite::ObjectFileWrite(char* pchFileName, bool bStrict)
-    : SFileWrite(pchFileName, 0),
-      m_bStrict(bStrict),
-      m_pFileSeen(m_pFile),
-      m_bOwnFile(pchFileName && m_pFile),
+ObjectFileWrite::ObjectFileWrite(bool bStrict)
+    : m_bStrict(bStrict),
+      m_pFileSeen(nullptr),
+      m_bNamed(false),
+      m_bRegular(false),
+      m_bAppends(false),
       m_bLost(false),
       m_bEnded(false),
       m_bReported(false),
       m_iReason(0),
+      m_ullLost(0),
+      m_llNext(Unknown),
+      m_llStart(Unknown),
+      m_ullDone(0),
+      m_bUsed(false),
+      m_bAtEnd(false),
       m_pchObject(nullptr),
       m_uLength(0),
       m_uCapacity(0) {
-    if (!m_pFile) {
-        Lose(errno);
-    }
+    OwnClass<ObjectFileWrite>::Know(*this);
 }
 
 ObjectFileWrite::~ObjectFileWrite() {
+    for (ObjectAtHand* p = pObjectAtHand; p; p = p->pOuter) {
+        p->pWriter = p->pWriter == this ? nullptr : p->pWriter;
+    }
     fwfree(m_pchObject);
 }
 
@@ -77,7 +82,15 @@ void ObjectFileWrite::NoticeFile() {
 
 void ObjectFileWrite::BeginFile() {
     m_pFileSeen = m_pFile;
-    m_bOwnFile = m_bLost = m_bEnded = m_bReported = false;
+    m_bNamed = m_bLost = m_bEnded = m_bReported = m_bRegular = m_bAppends = false;
+    m_llNext = Unknown;
+    m_cOpen.Note(m_pFile);
+    struct stat Status;
+    const int iFile = m_pFile ? fileno(StreamOf(m_pFile)) : -1;
+    if (iFile >= 0) {
+        m_bRegular = fstat(iFile, &Status) == 0 && S_ISREG(Status.st_mode);
+        m_bAppends = (fcntl(iFile, F_GETFL) & O_APPEND) != 0;
+    }
 }
 
 bool ObjectFileWrite::Close() {
@@ -98,7 +111,7 @@ bool ObjectFileWrite::Close() {
 void ObjectFileWrite::LoseBlock() {
     if (!m_bLost) {
         Lose(ENOMEM);
-        m_bEnded = !m_bStrict; // its first lines are in the file already
+        TakeBack(); // its first lines
     }
 }
 
@@ -108,25 +121,41 @@ Byte4Type ObjectFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
         m_bLost = true;
         return 0;
     }
-    if (m_bStrict) {
-        return Gather(pchData, b4Length);
-    }
-    errno = 0;
-    const Byte4Type b4Written = Pass(pchData, b4Length);
-    if (!m_pFile || std::ferror(StreamOf(m_pFile)) || b4Written < b4Length) {
-        Lose(errno);
-        m_bEnded = true;
-    }
-    return b4Written;
+    return m_bStrict ? Gather(pchData, b4Length) : Put(pchData, b4Length);
 }
 
-// The file that the recorder opened itself is nobody else's, so each line goes to it straight: stdio costs a third of
-// a short write. Where others write too, stdio keeps the order and the position.
-Byte4Type ObjectFileWrite::Pass(char* pchData, Byte4Type b4Length) {
-    if (!m_bOwnFile || __fpending(StreamOf(m_pFile)) > 0) {
-        return SFileWrite::WriteData(pchData, b4Length);
+// Straight to the descriptor: stdio costs a third of a short write, and does not tell how much of one failed. A flush makes
+// the stream and its descriptor agree first, whatever the host did with the stream.
+std::size_t ObjectFileWrite::Pass(const char* pchData, std::size_t uLength) {
+    std::FILE* const pFile = StreamOf(m_pFile);
+    if (!InStep(pFile)) {
+        m_llNext = Unknown;
+        if (std::fflush(pFile) != 0) {
+            return 0;
+        }
     }
-    return static_cast<Byte4Type>(WriteAll(fileno(StreamOf(m_pFile)), pchData, b4Length));
+    const int iFile = fileno(pFile);
+    if (iFile < 0) {
+        return PrintAll(pFile, pchData, uLength);
+    }
+    if (m_ullDone == 0 && !m_bUsed && !m_bStrict) {
+        m_llStart = !m_bRegular           ? Unknown
+                    : m_llNext != Unknown ? m_llNext
+                    : m_bAppends          ? SizeOf(iFile)
+                                          : lseek(iFile, 0, SEEK_CUR);
+    }
+    return WriteAll(iFile, pchData, uLength);
+}
+
+Byte4Type ObjectFileWrite::Put(const char* pchData, std::size_t uLength) {
+    errno = 0;
+    const std::size_t uWritten = m_pFile ? Pass(pchData, uLength) : 0;
+    m_ullDone += uWritten;
+    if (!m_pFile || uWritten < uLength) {
+        Lose(errno);
+        TakeBack();
+    }
+    return static_cast<Byte4Type>(uWritten);
 }
 
 Byte4Type ObjectFileWrite::Gather(const char* pchData, Byte4Type b4Length) {
@@ -161,47 +190,91 @@ void ObjectFileWrite::Lose(int iReason) {
     m_iReason = iReason != 0 ? iReason : EIO;
 }
 
-bool ObjectFileWrite::Store() {
-    if (!m_pFile || fwflush(m_pFile) != 0) {
-        return false;
+// Takes what the file has of the object out of it, if that is its end, or ends the recording. Where the object began
+// and how long it is must agree with what the system tells: a host or another process may have used the file too.
+void ObjectFileWrite::TakeBack() {
+    m_uLength = 0;
+    if (m_ullDone == 0 && !m_bUsed) {
+        return;
     }
-    const int iFile = fileno(StreamOf(m_pFile));
-    if (iFile < 0) { // a stream that is no file of the system's
-        errno = 0;
-        return SFileWrite::WriteData(m_pchObject, static_cast<Byte4Type>(m_uLength)) == m_uLength &&
-               !std::ferror(StreamOf(m_pFile));
+    const int iFile = m_pFile && m_bRegular ? fileno(StreamOf(m_pFile)) : -1;
+    const long long llEnd = iFile >= 0 ? lseek(iFile, 0, SEEK_CUR) : Unknown;
+    const long long llSize = iFile >= 0 ? SizeOf(iFile) : Unknown;
+    const long long llMeant = llEnd - static_cast<long long>(m_ullDone);
+    const long long llStart = m_llStart == Unknown ? llMeant : m_llStart;
+    const bool bOurs = m_bUsed ? m_bAtEnd && llStart <= llSize : llStart == llMeant && llEnd == llSize;
+    m_bEnded = !bOurs || llEnd < 0 || llStart < 0 || ftruncate(iFile, llStart) != 0 ||
+               lseek(iFile, llStart, SEEK_SET) != llStart;
+    m_ullDone = 0;
+}
+
+void ObjectFileWrite::NotePlace() {
+    const int iFile = m_pFile && FlushFile(m_pFile) == 0 ? fileno(StreamOf(m_pFile)) : -1;
+    const long long llNow = iFile >= 0 ? lseek(iFile, 0, SEEK_CUR) : Unknown;
+    m_llStart = llNow < 0 ? Unknown : llNow - static_cast<long long>(m_ullDone);
+    m_bAtEnd = m_bRegular && llNow >= 0 && llNow == SizeOf(iFile);
+    m_bUsed = true;
+}
+
+// What was gathered goes to the file first, so that the host finds the stream as if every line had been written.
+void ObjectFileWrite::BeforeHostUse(ObjectFileWrite& cWriter, char* pFile) {
+    if (pFile != cWriter.m_pFile || cWriter.m_bLost || cWriter.m_bEnded) {
+        return;
     }
-    const std::size_t uWritten = WriteAll(iFile, m_pchObject, m_uLength);
-    if (uWritten == m_uLength) {
-        return true;
+    if (!cWriter.m_bUsed) {
+        cWriter.NotePlace();
     }
-    const int iReason = errno;
-    TakeBack(iFile, uWritten);
-    errno = iReason;
-    return false;
+    if (cWriter.m_uLength > 0) {
+        cWriter.Put(cWriter.m_pchObject, cWriter.m_uLength);
+        cWriter.m_uLength = 0;
+    }
+}
+
+// What a host wrote before the object stays with it when it was gathered, and is the file's otherwise.
+void ObjectFileWrite::BeginObject() {
+    NoticeFile();
+    m_llNext = m_ullDone == 0 ? m_llNext : Unknown;
+    m_ullDone = 0;
+    m_llStart = Unknown;
+    m_bUsed = false;
 }
 
 int ObjectFileWrite::EndObject(bool bKeep) {
     NoticeFile();
-    errno = 0;
-    if (m_bStrict && bKeep && !m_bLost && !Store()) {
-        Lose(errno);
-        m_bEnded = true;
+    m_bLost = m_bLost || m_bEnded;
+    if (m_bStrict && !m_bLost) {
+        bKeep ? static_cast<void>(Put(m_pchObject, m_uLength)) : TakeBack();
     }
-    const int iStored = !m_bLost;
+    const bool bStored = !m_bLost;
+    if (!bStored && bKeep) {
+        ++m_ullLost;
+    }
+    const bool bKnown = m_bNamed && bStored && !m_bUsed && m_llStart != Unknown;
+    m_llNext = bKnown ? m_llStart + static_cast<long long>(m_ullDone) : Unknown;
     m_uLength = 0;
+    m_ullDone = 0;
     m_bLost = false;
-    return iStored;
+    return bStored;
 }
 
 const char* ObjectFileWrite::ShownName() const {
-    return m_achFileName[0] != '\0' ? m_achFileName : m_pFile ? "standard output" : "a file without a name";
+    return m_bNamed                      ? m_achFileName
+           : !m_pFile                    ? "a file without a name"
+           : m_pFile == HandleOf(stdout) ? "standard output"
+                                         : "a stream of the host";
 }
 
 bool ObjectFileWrite::ReportOnce() {
     const bool bFirst = !m_bReported;
     m_bReported = true;
     return bFirst;
+}
+
+unsigned long long ObjectFileWrite::TakeLost() {
+    const unsigned long long ullLost = m_ullLost;
+    m_bReported = m_bReported && ullLost == 0;
+    m_ullLost = 0;
+    return ullLost;
 }
 
 } // namespace VESK

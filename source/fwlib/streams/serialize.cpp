@@ -14,7 +14,7 @@ namespace {
 
 // A strict reader must not pass the object for a whole one; the answers are the same.
 void TellLoss(SRead& cReader) {
-    if (auto* const pReader = dynamic_cast<ObjectFileRead*>(&cReader)) {
+    if (auto* const pReader = OwnClass<ObjectFileRead>::Of(&cReader)) {
         pReader->LoseProperty();
     }
 }

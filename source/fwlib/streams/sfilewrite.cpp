@@ -38,7 +38,7 @@ Byte4Type SFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
 void SFileWrite::SetFile(char* pFile) {
     m_pFile = pFile;
     // Its address would not tell: a file that is opened often gets that of one closed before.
-    if (auto* const pRecording = dynamic_cast<ObjectFileWrite*>(this)) {
+    if (auto* const pRecording = OwnClass<ObjectFileWrite>::Of(this)) {
         pRecording->BeginFile();
     }
 }

@@ -2,6 +2,7 @@
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 #include "fwlib/internal/handle.h"
+#include "fwlib/internal/hostuse.h"
 #include "fwlib/text.h"
 
 #include <cctype>
@@ -20,6 +21,8 @@
 
 namespace VESK {
 
+__thread ObjectAtHand* pObjectAtHand __attribute__((tls_model("initial-exec"))) = nullptr;
+
 namespace {
 
 constexpr unsigned int ScratchSize = 512; // the block that fwfprintf formats into first
@@ -31,10 +34,12 @@ char* fwfopen(char* pchName, char* pchMode) {
 }
 
 int fwfclose(char* pFile) {
+    BeforeHostUse(pFile);
     return std::fclose(StreamOf(pFile));
 }
 
 int fwflush(char* pFile) {
+    BeforeHostUse(pFile);
     return FlushFile(pFile);
 }
 
@@ -43,10 +48,12 @@ int fwfeof(char* pFile) {
 }
 
 long fwftell(char* pFile) {
+    BeforeHostUse(pFile);
     return std::ftell(StreamOf(pFile));
 }
 
 int fwfseek(char* pFile, int iOffset, unsigned char bOrigin) {
+    BeforeHostUse(pFile);
     const int iWhence = bOrigin == 0 ? SEEK_SET : bOrigin == 1 ? SEEK_CUR : SEEK_END;
     return std::fseek(StreamOf(pFile), iOffset, iWhence) == 0;
 }
@@ -56,6 +63,7 @@ unsigned int fwfread(void* pBuffer, unsigned int uSize, unsigned int uCount, cha
 }
 
 unsigned int fwfwrite(void* pBuffer, unsigned int uSize, unsigned int uCount, char* pFile) {
+    BeforeHostUse(pFile);
     return WriteItems(pBuffer, uSize, uCount, pFile);
 }
 
@@ -64,6 +72,7 @@ char* fwfgets(char* pchBuffer, unsigned int uSize, char* pFile) {
 }
 
 int fwfputs(char* pchText, char* pFile) {
+    BeforeHostUse(pFile);
     return std::fputs(pchText, StreamOf(pFile));
 }
 

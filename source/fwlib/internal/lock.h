@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// A lock that needs no construction, no destruction and no memory, and does not fail: std::mutex may throw.
+#ifndef FWLIB_INTERNAL_LOCK_H
+#define FWLIB_INTERNAL_LOCK_H
+
+#include <pthread.h>
+
+#pragma GCC visibility push(hidden)
+
+namespace VESK {
+
+// Holds the lock while it exists.
+class Locked {
+public:
+    explicit Locked(pthread_mutex_t& Lock) : m_Lock(Lock) { pthread_mutex_lock(&m_Lock); }
+    ~Locked() { pthread_mutex_unlock(&m_Lock); }
+    Locked(const Locked&) = delete;
+    Locked& operator=(const Locked&) = delete;
+
+private:
+    pthread_mutex_t& m_Lock;
+};
+
+} // namespace VESK
+
+#pragma GCC visibility pop
+
+#endif

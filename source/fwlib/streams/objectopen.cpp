@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+// How a recorder comes to its file: the settings of the serializing elements, and what becomes of a file that exists.
+#include "fwlib/elements/eobject.h"
+#include "fwlib/internal/filename.h"
+#include "fwlib/internal/handle.h"
+#include "fwlib/internal/objectfiles.h"
+#include "fwlib/stdc/stdc/fwstdcstring.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace VESK {
+
+namespace {
+
+constexpr const char* Existings[] = {"replace", "append", "refuse"}; // in the order of FileSettings::Existing
+
+// The whole objects at the front of a file, and what is behind them.
+struct Front {
+    long long llWhole = 0; // bytes of the objects
+    long long llAll = 0;   // bytes of the file
+    const char* pchReason; // why the rest is neither nothing nor an object that was cut; or null
+};
+
+// Reads the file to the first object that is not whole. A rest that may be anything but a cut object is none: its first
+// line is no type, or, in front of which there is no object that tells of a recording, its second is no count.
+Front FrontOf(std::FILE* pFile) {
+    Front cFront = {};
+    ObjectLines cLines;
+    char* pchLine = nullptr;
+    std::size_t uSize = 0;
+    bool bTyped = true; // the first line of the object at hand may be its type
+    bool bCounted = false;
+    errno = 0;
+    for (ssize_t i; cLines.Now() != ObjectLines::Broken && (i = getline(&pchLine, &uSize, pFile)) > 0;) {
+        const bool bFirst = cLines.Now() == ObjectLines::TypeNext || cLines.Now() == ObjectLines::Whole;
+        bTyped = bFirst ? std::strlen(pchLine) <= TypeTextSize && !std::strchr(pchLine, '=') : bTyped;
+        if (bFirst) {
+            cLines.Restart();
+        }
+        cLines.Take(pchLine, static_cast<std::size_t>(i));
+        cFront.llAll += i;
+        bCounted = cLines.Now() == ObjectLines::PropertyNext || (bCounted && !bFirst);
+        cFront.llWhole = cLines.Now() == ObjectLines::Whole ? cFront.llAll : cFront.llWhole;
+    }
+    std::free(pchLine);
+    cLines.End();
+    const bool bEnded = std::feof(pFile) != 0;
+    const bool bCut = bEnded && bTyped && (bCounted || cFront.llWhole > 0);
+    if (cLines.Now() == ObjectLines::Broken && !bCut) {
+        cFront.pchReason = cLines.Reason();
+    } else if (std::ferror(pFile) || !bEnded) {
+        cFront.pchReason = std::strerror(errno);
+    }
+    return cFront;
+}
+
+} // namespace
+
+FileSettings::FileSettings(PROPERTIES& cProperties) : m_achExisting{} {
+    Byte2Type b2Length = 0;
+    m_bNamed =
+        cProperties.GetProperty(Key::Filename, m_achName, sizeof m_achName, nullptr, Section::Standard);
+    cProperties.GetPropertyLength(Key::Filename, &b2Length, Section::Standard);
+    m_bCut = m_bNamed && b2Length >= sizeof m_achName;
+    cProperties.GetProperty(Key::Strict, &m_uStrict, 0, Section::Standard);
+    cProperties.GetProperty(Key::Shared, &m_uShared, 0, Section::Standard);
+    cProperties.GetProperty(Key::Existing, m_achExisting, sizeof m_achExisting, Text(Existings[0]),
+                            Section::Standard);
+    const char* const* const ppKnown =
+        std::find_if(std::begin(Existings), std::end(Existings),
+                     [this](const char* pchKnown) { return std::strcmp(pchKnown, m_achExisting) == 0; });
+    m_bKnown = ppKnown != std::end(Existings);
+    m_Existing = static_cast<Existing>(ppKnown - Existings);
+}
+
+bool FileSettings::NameFits(EObject& cElement) const {
+    if (m_bCut) {
+        cElement.ErrorMessage("Initialize(): Filename is longer than 255 characters: %s...\n", m_achName);
+    }
+    return !m_bCut;
+}
+
+bool FileSettings::ExistingKnown(EObject& cElement) const {
+    if (!m_bKnown) {
+        cElement.ErrorMessage("Initialize(): Existing is not replace, append or refuse: %s\n", m_achExisting);
+    }
+    return m_bKnown;
+}
+
+// Opens the file by its name: 1, also when it cannot be opened, or 0 with a report when the settings refuse it.
+int ObjectFileWrite::OpenNamed(EObject& cElement, const FileSettings& cSettings) {
+    struct stat Status;
+    const bool bThere = stat(m_achFileName, &Status) == 0;
+    const bool bSpecial = bThere && !S_ISREG(Status.st_mode); // holds no recording that could be lost
+    const bool bReplace = bSpecial || cSettings.WhatExists() == FileSettings::Existing::Replace;
+    const bool bAppend = !bReplace && bThere && cSettings.WhatExists() == FileSettings::Existing::Append;
+    m_pFile = m_cOpen.Open(m_achFileName, Text(bReplace ? "w" : bAppend ? "r+" : "wx"), cSettings.Shared());
+    if (!m_pFile && errno == 0) {
+        cElement.ErrorMessage("Unable to open %s: this process reads or writes it already\n", m_achFileName);
+        return 0;
+    }
+    if (!m_pFile && !bReplace && errno == EEXIST) {
+        cElement.ErrorMessage("Unable to open %s: %s\n", m_achFileName, std::strerror(EEXIST));
+        return 0;
+    }
+    return m_pFile && bAppend ? GoBehindObjects(cElement) : 1;
+}
+
+// The end of the file becomes that of its last whole object: 0 with a report when there is anything behind but a part
+// of another.
+int ObjectFileWrite::GoBehindObjects(EObject& cElement) {
+    std::FILE* const pFile = StreamOf(m_pFile);
+    Front cFront = FrontOf(pFile);
+    const bool bCut = !cFront.pchReason && cFront.llWhole < cFront.llAll;
+    if (!cFront.pchReason &&
+        ((bCut && ftruncate(fileno(pFile), cFront.llWhole) != 0) || std::fseek(pFile, 0, SEEK_END) != 0)) {
+        cFront.pchReason = std::strerror(errno);
+    }
+    if (cFront.pchReason) {
+        cElement.ErrorMessage("Unable to append to %s: no whole object at byte %lld: %s\n", m_achFileName,
+                              cFront.llWhole, cFront.pchReason);
+        return 0;
+    }
+    if (bCut) {
+        cElement.ErrorMessage("Removed a part of an object from %s: %lld bytes at byte %lld\n", m_achFileName,
+                              cFront.llAll - cFront.llWhole, cFront.llWhole);
+    }
+    return 1;
+}
+
+int ObjectFileWrite::Open(EObject& cElement, FileSettings& cSettings) {
+    if (!cSettings.NameFits(cElement) || !cSettings.ExistingKnown(cElement)) {
+        return 0;
+    }
+    if (!cSettings.Name()) {
+        m_pFile = HandleOf(stdout);
+        BeginFile();
+        return 1;
+    }
+    CopyName(m_achFileName, cSettings.Name());
+    const int iAccepted = OpenNamed(cElement, cSettings);
+    const int iReason = errno;
+    BeginFile();
+    m_bNamed = true;
+    if (!m_pFile && iAccepted) {
+        m_iReason = iReason;
+        ReportOnce(); // which this is
+        cElement.ErrorMessage("Unable to open %s: %s\n", m_achFileName, std::strerror(iReason));
+    }
+    return iAccepted;
+}
+
+} // namespace VESK
