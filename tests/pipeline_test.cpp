@@ -4,6 +4,7 @@
 #include "support/capture.h"
 #include "support/support.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <utility>
 
@@ -142,6 +143,7 @@ TEST(PipeLines, EachFormHasItsCurrentElementUntilItDies) {
     Line(pipe, {"element", "ENone"});
     EXPECT_EQ(plain(pipe), "1 ");
     const int count = std::exchange(pipe.m_iElementCount, 65535); // as many as there may be
+    std::fill(pipe.m_ppElements + count, pipe.m_ppElements + pipe.m_iElementCapacity, nullptr);
     EXPECT_EQ(Line(pipe, {"element", "ESink"}), "0 Instantiating ESink\n! Unable to add element.\n");
     EXPECT_EQ(plain(pipe), "1 ");
     EXPECT_EQ(Line(pipe, {"pipe", "/dev/null"}),
