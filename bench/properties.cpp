@@ -113,7 +113,8 @@ void AddReadingRows(Shape eShape, int iEntries) {
     const auto pFilled = std::make_shared<Filled>(eShape, iEntries);
     const std::string Place = ", last of " + std::to_string(iEntries) + ", " + ShapeNames[eShape];
     AddRow(
-        "text" + Place, 1.20, [pFilled](benchmark::State& cState) { LibraryText(cState, *pFilled); },
+        "text" + Place, iEntries == 2 ? 1.30 : 1.20,
+        [pFilled](benchmark::State& cState) { LibraryText(cState, *pFilled); },
         [pFilled](benchmark::State& cState) { BareText(cState, *pFilled); });
     AddRow(
         "integer" + Place, 1.20, [pFilled](benchmark::State& cState) { LibraryInteger(cState, *pFilled); },
@@ -238,7 +239,7 @@ void BareDuplicate(benchmark::State& cState) {
 
 void AddPropertyRows() {
     for (const Shape eShape : {Distinct, ShortPrefix, LongPrefix}) {
-        for (const int iEntries : {16, 256}) {
+        for (const int iEntries : {2, 16, 256}) {
             AddReadingRows(eShape, iEntries);
         }
     }

@@ -16,6 +16,24 @@ void ListModel::SetNumber(char* pchSection, char* pchKey, int iValue, bool wide)
     m_cMap[{pchSection, pchKey}] = std::to_string(iValue) + (wide && iValue != 0 ? "000000000" : "");
 }
 
+void ListModel::PutByHand(char* pchSection, char* pchKey) {
+    VESK::PROPERTIES& list = m_pObject->m_cProperties;
+    VESK::Byte2Type index;
+    if (!list.FindProperty(pchKey, &index, pchSection)) {
+        return;
+    }
+    std::string& value = m_cMap[{pchSection, pchKey}];
+    value.resize((value.size() + 1) / 2);
+    list.m_pachValues[index][value.size()] = '\0'; // a text may end within its block
+    for (char** const table : {list.m_pachSections, list.m_pachKeys, list.m_pachValues}) {
+        char* const text = table[index];
+        if (table != list.m_pachValues || value.size() % 2 == 0) {
+            table[index] = strdup(text);
+            std::free(text);
+        }
+    }
+}
+
 void ListModel::SetPair(char* pchSection, char* pchPair) {
     const std::string pair = pchPair;
     const std::size_t equals = pair.find('=');

@@ -13,6 +13,8 @@ class ListModel {
 public:
     void Set(char* pchSection, char* pchKey, const std::string& value);
     void SetNumber(char* pchSection, char* pchKey, int iValue, bool wide);
+    void PutByHand(char* pchSection,
+                   char* pchKey);                  // the entry's texts, if any, again in blocks of their size
     void SetPair(char* pchSection, char* pchPair); // ends the key with a terminator
     void Get(char* pchSection, char* pchKey, std::size_t size) const;
     void CopyOf(const ListModel& other);

@@ -4,6 +4,7 @@
 #include "support/support.h"
 
 #include <algorithm>
+#include <cstring>
 #include <gtest/gtest.h>
 
 using namespace VESK;
@@ -75,6 +76,94 @@ TEST(Properties, NullsAndMissingEntriesLeaveEverythingAsItWas) {
     }
 }
 
+// The blocks end with their terminators, which a checker of memory watches.
+TEST(Properties, TextsPutInByHandEndAtTheirFirstZeroByte) {
+    const auto put = [](char*& slot, const std::string& text) {
+        std::free(slot);
+        slot = strdup(text.c_str());
+    };
+    for (std::size_t length = 0; length < 20; ++length) {
+        const std::string all = "abcdefghijklmnopqrstuvwxyz", key = all.substr(0, length);
+        PROPERTIES list, copy;
+        for (int i = 0; i < 20; ++i) {
+            Set(list, std::to_string(i).c_str(), all);
+        }
+        put(list.m_pachKeys[3], key);
+        put(list.m_pachSections[3], key);
+        put(list.m_pachValues[3], key);
+        list.m_pachKeys[4][1] = list.m_pachValues[4][length] = '\0'; // shortened in place
+        list.m_pachSections[4][length % 8] = '\0';
+        list.m_pachKeys[4][0] = '_';
+        for (const std::string& other : {key + "0", all.substr(0, length + 1), "-" + key}) {
+            Byte2Type index = 0;
+            EXPECT_EQ(list.FindProperty(Text(other.c_str()), &index, Text(key.c_str())), 0);
+            EXPECT_EQ(list.FindProperty(Text(key.c_str()), &index, Text(other.c_str())), 0);
+        }
+        const std::string section = std::string("Standard").substr(0, length % 8);
+        char value[32] = "?";
+        EXPECT_EQ(list.GetProperty(Text("_"), value, sizeof value, nullptr, Text(section.c_str())), 1);
+        EXPECT_EQ(value, key);
+        EXPECT_EQ(list.GetProperty(Text(key.c_str()), value, sizeof value, nullptr, Text(key.c_str())), 1);
+        EXPECT_EQ(value, key);
+        MemoryWrite writer;
+        EXPECT_EQ(list.Serialize(&writer) + copy.Copy(&list), 2);
+        EXPECT_EQ(writer.pieces[4] + writer.pieces[5], key + "=" + key + "\n_=" + key + "\n");
+        EXPECT_EQ(Entries(copy), Entries(list));
+        for (const int number : {-7, 123456, 1234567890}) {
+            EXPECT_EQ(list.SetProperty(Text(key.c_str()), number, Text(key.c_str())), 1);
+            EXPECT_EQ(list.m_pachValues[3], std::to_string(number));
+        }
+    }
+}
+
+// The writer and the reader change the list while they have a line.
+TEST(Properties, ThatChangeUnderWayKeepTheirCountAndUniqueKeys) {
+    struct Writer : MemoryWrite {
+        Byte4Type WriteData(char* pchData, Byte4Type b4Length) override {
+            reset ? list.Reset() : Set(list, std::to_string(pieces.size()).c_str(), "more");
+            return MemoryWrite::WriteData(pchData, b4Length);
+        }
+        PROPERTIES list;
+        bool reset = false;
+    };
+    struct Reader : MemoryRead {
+        using MemoryRead::MemoryRead;
+        char* ReadLine() override {
+            char* const line = MemoryRead::ReadLine();
+            if (line && ++lines % 16 == 0) {
+                list.Reset();
+            }
+            return Set(list, std::string(line, std::strcspn(line, "=")).c_str(), "before"), line;
+        }
+        PROPERTIES list;
+        int lines = 0;
+    };
+    for (const int entries : {2, 40, 400}) {
+        for (const bool reset : {false, true}) {
+            Writer writer;
+            std::string lines = "m_b2PropertyCount=" + std::to_string(entries) + "\n", kept;
+            for (int i = 0; i < entries; ++i) {
+                lines += "k" + std::to_string(i) + "=v\n";
+                Set(writer.list, ("k" + std::to_string(i)).c_str(), "v");
+                kept += i + 1 < (entries + 1) / 16 * 16 - 1 ? "" : " Standard.k" + std::to_string(i) + "=v";
+            }
+            writer.reset = reset;
+            EXPECT_EQ(writer.list.Serialize(&writer), 1);
+            EXPECT_EQ(writer.all, lines);
+            Reader reader(lines);
+            EXPECT_EQ(reader.list.Deserialize(&reader), 1);
+            EXPECT_EQ(Entries(reader.list),
+                      entries < 16 ? "Standard.m_b2PropertyCount=before" + kept : kept.substr(1));
+        }
+    }
+    PROPERTIES twice, copy; // a key that a host put in by hand
+    Set(twice, "a", "1");
+    Set(twice, "b", "2");
+    twice.m_pachKeys[1][0] = 'a';
+    EXPECT_EQ(copy.Copy(&twice), 1);
+    EXPECT_EQ(Entries(copy), "Standard.a=2");
+}
+
 // The list is filled by hand with one text lent to every slot: appending that many would take a walk each.
 TEST(Properties, TheEntryBeyondTheLimitIsRefused) {
     constexpr unsigned int Limit = 65520;
@@ -100,7 +189,7 @@ TEST(Properties, TheEntryBeyondTheLimitIsRefused) {
 
 TEST(Config, SavesABlockForEachSection) {
     const Scratch scratch;
-    const std::string path = scratch.Path("saved"), section(300, 's'), value(5000, 'v');
+    const std::string path = scratch.Path("saved"), section(1019, 's'), value(1017, 'v');
     PROPERTIES list;
     EXPECT_EQ(list.SaveConfig(Text(path.c_str())), 0);
     EXPECT_FALSE(std::filesystem::exists(path));
@@ -116,6 +205,45 @@ TEST(Config, SavesABlockForEachSection) {
                                   section + "]\nName" + longLine + "Mode" + longLine);
     EXPECT_EQ(Entries(list), before);
     EXPECT_EQ(list.SaveConfig(nullptr) + list.SaveConfig(scratch.Path("no/folder").data()), 0);
+}
+
+// Written tells whether the plain form takes the entry, which it leaves out when its section has no name.
+TEST(Config, RefusesWhatWouldNotComeBack) {
+    const Scratch scratch;
+    const auto text = [](std::size_t length) { return std::string(length, 't'); };
+    const struct {
+        std::string section, key, value;
+        bool written, whole;
+    } rows[] = {
+        {"S", "k", " v=[w]\r", true, true},  {"S", "", "", true, true},
+        {"S", "k", text(253), true, true},   {"S", "k", text(254), true, false},
+        {"S", text(253), "v", true, true},   {"S", text(254), "v", true, false},
+        {"S", "k", text(1020), true, false}, {"S", "k", text(1021), false, false},
+        {text(253), "k", "v", true, true},   {text(254), "k", "v", true, false},
+        {text(1019), "k", "v", true, false}, {text(1020), "k", "v", false, false},
+        {"S", "a=b", "v", true, false},      {"S", "[k", "v", true, false},
+        {"", "k", "v", true, false},         {"S", "k", "v\nw", false, false},
+        {"S", "k\nl", "v", false, false},    {"S\nT", "k", "v", false, false},
+    };
+    for (const auto& row : rows) {
+        PROPERTIES list, read;
+        Byte2Type lost = 99;
+        const std::string path = scratch.Write("saved", "before");
+        Set(list, "first", "1", "S");
+        Set(list, row.key.c_str(), row.value, row.section.c_str());
+        EXPECT_EQ(list.SaveConfig(Text(path.c_str()), &lost), row.whole) << row.section + row.key + row.value;
+        EXPECT_EQ(lost, row.whole ? 2 : 1);
+        if (row.whole) {
+            EXPECT_EQ(read.ReadConfig(Text(path.c_str()), list.m_pachSections[0]) +
+                          read.ReadConfig(Text(path.c_str()), list.m_pachSections[1]),
+                      2);
+            EXPECT_EQ(Entries(read), Entries(list));
+            continue;
+        }
+        EXPECT_EQ(FileText(path), "before");
+        EXPECT_EQ(list.SaveConfig(Text(path.c_str())), row.written);
+        EXPECT_EQ(FileText(path) == "before", !row.written);
+    }
 }
 
 TEST(Config, AnOpenFileIsReadByLinesAndSections) {

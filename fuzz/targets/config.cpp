@@ -14,6 +14,7 @@ void fuzz::Config(Input& in) {
     CLAIM(Holds(read, expected));
 
     const bool kept = !expected.empty() && section.Size() > 1; // the section without a name is left out
+    CLAIM(read.SaveConfig(VESK::Text("saved"), nullptr) == kept);
     CLAIM(read.SaveConfig(VESK::Text("saved")) == !expected.empty());
     CLAIM(again.ReadConfig(VESK::Text("saved"), section.Chars()) == kept);
     CLAIM(!kept || Same(again, read));

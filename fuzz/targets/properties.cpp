@@ -14,6 +14,9 @@ void fuzz::Properties(Input& in) {
         case 0:
         case 1:
             one.Set(section.Chars(), text.Chars(), in.UpTo(0));
+            if (operation == 1) {
+                one.PutByHand(section.Chars(), text.Chars());
+            }
             break;
         case 2:
         case 3:

@@ -40,6 +40,7 @@ struct Place : Scratch {
 
     QPicture objects[200];
     PROPERTIES& settings = objects[1].m_cProperties;
+    PROPERTIES saved;                  // to a configuration file
     std::vector<std::string> texts;    // of the objects, as they are recorded
     std::size_t first = 0, behind = 4; // of those that a recorder gets
     std::string front;                 // what its file holds before that
@@ -60,6 +61,8 @@ struct Place : Scratch {
             object.Serialize(&writer);
             texts.push_back(writer.all);
         }
+        saved.Copy(&settings);
+        Set(saved, "Data", std::string(1000, 'd'));
     }
 };
 
@@ -167,7 +170,7 @@ inline void Copies(Account& told, Place& place) {
 }
 
 inline void SaveConfig(Account& told, Place& place) {
-    told.Answer(place.settings.SaveConfig(Text(Written)));
+    told.Answer(place.saved.SaveConfig(Text(Written)));
 }
 
 // Behind a front, that another has written, some objects.

@@ -3,8 +3,9 @@
 //
 // EFeed: each Run sends one object through each of its pads and answers what the last one answered.
 //   source pads   "TotalSourcePads", 1 when absent
-//   properties    those of its section "Object" are the object's, in section "Standard"; a "^" in them stands for "="
-//                 and a "~" for a newline, which a configuration file cannot give
+//   properties    those of its section "Object" are the object's, in section "Standard", and those of "Other" are in
+//                 that section; a "^" in them stands for "=" and a "~" for a newline, which a configuration file
+//                 cannot give
 //                 "Kind": Null sends no object, Empty one without a type, End a QEOF, Refuse one that answers 0 to
 //                 Serialize once it is written; a plain one when absent
 //                 "Turns": behind each object the pads exchange their receivers, and the first is made anew
@@ -78,8 +79,11 @@ public:
         }
         char key[4096], value[4096];
         for (Byte2Type b2 = 0; b2 < m_cProperties.GetNumberOfProperties(); ++b2) {
-            if (m_cProperties.GetKeyValuePair(b2, Text("Object"), key, value)) {
-                Set(object.m_cProperties, Given(key).c_str(), Given(value));
+            for (const char* section : {"Object", "Other"}) {
+                if (m_cProperties.GetKeyValuePair(b2, Text(section), key, value)) {
+                    Set(object.m_cProperties, Given(key).c_str(), Given(value),
+                        section[1] == 'b' ? "Standard" : section);
+                }
             }
         }
         int answer = 0;

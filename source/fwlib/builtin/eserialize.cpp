@@ -5,6 +5,7 @@
 #include "fwlib/elements/qobject.h"
 #include "fwlib/framework/framework.h"
 #include "fwlib/internal/elementwork.h"
+#include "fwlib/internal/list.h"
 #include "fwlib/internal/living.h"
 #include "fwlib/internal/objectfiles.h"
 #include "fwlib/internal/texts.h"
@@ -27,17 +28,6 @@ struct TypeText {
 // The writer that Initialize made; a host may have put one of its own in its place.
 ObjectFileWrite* OwnWriter(ESerialize& cElement) {
     return OwnClass<ObjectFileWrite>::Of(cElement.m_pWriter);
-}
-
-// Whether the object's lines would be read back as they are written.
-bool Storable(const PROPERTIES& cProperties) {
-    for (Byte4Type b4 = 0; b4 < cProperties.m_b2PropertyCount; ++b4) {
-        if (std::strpbrk(cProperties.m_pachKeys[b4], "=\n") ||
-            std::strchr(cProperties.m_pachValues[b4], '\n')) {
-            return false;
-        }
-    }
-    return true;
 }
 
 void ReportLost(ESerialize& cElement, ObjectFileWrite& cWriter) {
@@ -75,7 +65,7 @@ int Store(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
     ObjectFileWrite* pWriter = OwnWriter(cElement);
     const bool bOwn = pWriter != nullptr;
     const bool bStrict = bOwn && pWriter->IsStrict();
-    if (bStrict && !Storable(cObject.m_cProperties)) {
+    if (bStrict && !ReadsBack(cObject.m_cProperties)) {
         cElement.ErrorMessage("DataArrived(%d): a line cannot hold a key or value: QObjectType = %s\n",
                               b2Index, TypeText(cObject).achType);
         return 0;

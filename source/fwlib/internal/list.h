@@ -16,20 +16,20 @@ namespace VESK {
 // names is then no longer true.
 inline std::atomic<Byte4Type> NameChanges{0};
 
-// The index of the first of the list's first b4Count entries with this key and section, or b4Count.
-inline Byte4Type FindEntry(const PROPERTIES& cList, Byte4Type b4Count, const SoughtText& cKey,
-                           const SoughtText& cSection) {
-    for (Byte4Type b4 = 0; b4 < b4Count; ++b4) {
-        if (cKey.Equals(cList.m_pachKeys[b4]) && cSection.Equals(cList.m_pachSections[b4])) {
+// The index of the first entry with this key and section, or the list's count.
+inline Byte4Type FindEntry(const PROPERTIES& cList, const char* pchKey, const char* pchSection) {
+    TextMatch cKey(pchKey);
+    for (Byte4Type b4 = 0; b4 < cList.m_b2PropertyCount; ++b4) {
+        if (cKey.Equals(cList.m_pachKeys[b4]) && TextEquals(cList.m_pachSections[b4], pchSection)) {
             return b4;
         }
     }
-    return b4Count;
+    return cList.m_b2PropertyCount;
 }
 
 // The value in section "Standard", lent until the list changes; null when the key is missing.
 inline const char* FindStandard(const PROPERTIES& cList, const SoughtText& cKey) {
-    const Byte4Type b4Index = FindEntry(cList, cList.m_b2PropertyCount, cKey, SoughtText(Section::Standard));
+    const Byte4Type b4Index = FindEntry(cList, cKey.Begin(), Section::Standard);
     return b4Index < cList.m_b2PropertyCount ? cList.m_pachValues[b4Index] : nullptr;
 }
 
@@ -37,39 +37,60 @@ inline const char* FindStandard(const PROPERTIES& cList, const SoughtText& cKey)
 int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::size_t uLength,
              const char* pchSection);
 
-// The same for a key that can only stand among the first b4Searched entries.
-int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
-             const SoughtText& cSection, Byte4Type b4Searched);
+// The same for an entry that is not in the list.
+int AddEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
+             const SoughtText& cSection);
 
 // Which keys a list may hold. A key that is not marked is not in the list, and need not be looked for: so a list is
 // read in a time that grows with its length, not with its square, up to some thousands of entries.
 class KeyFilter {
 public:
-    explicit KeyFilter(const PROPERTIES& cList) : m_aWords{} {
+    explicit KeyFilter(Byte4Type b4Keys) : m_uPower(LeastPower) {
+        while (m_uPower < MostPower && 1U << m_uPower < BitsForKey * b4Keys) {
+            ++m_uPower;
+        }
+        Clear();
+    }
+    KeyFilter(const PROPERTIES& cList, Byte4Type b4Coming) : KeyFilter(cList.m_b2PropertyCount + b4Coming) {
+        MarkAll(cList);
+    }
+    void Clear() { std::memset(m_aWords, 0, (1U << m_uPower) / CHAR_BIT); }
+    void MarkAll(const PROPERTIES& cList) {
         for (Byte4Type b4 = 0; b4 < cList.m_b2PropertyCount; ++b4) {
-            Mark(SoughtText(cList.m_pachKeys[b4], StoredLength(cList.m_pachKeys[b4])));
+            Mark(SoughtText(cList.m_pachKeys[b4]));
         }
     }
-    bool MayHold(const SoughtText& cKey) const {
-        const Byte4Type b4Bit = BitOf(cKey);
-        return (m_aWords[b4Bit / WordBits] >> b4Bit % WordBits & 1) != 0;
-    }
-    void Mark(const SoughtText& cKey) {
-        const Byte4Type b4Bit = BitOf(cKey);
-        m_aWords[b4Bit / WordBits] |= Byte4Type{1} << b4Bit % WordBits;
+    // Answers whether it was marked before.
+    bool Mark(const SoughtText& cKey) {
+        const Byte4Type b4Bit = cKey.Hash() >> (WordBits - m_uPower);
+        Byte4Type& b4Word = m_aWords[b4Bit / WordBits];
+        const Byte4Type b4Mark = Byte4Type{1} << b4Bit % WordBits;
+        const bool bMarked = (b4Word & b4Mark) != 0;
+        b4Word |= b4Mark;
+        return bMarked;
     }
 
 private:
     static constexpr unsigned int WordBits = 32;
-    static constexpr unsigned int Power = 12; // of two: the bits; 512 bytes
+    static constexpr unsigned int BitsForKey = 16;
+    static constexpr unsigned int LeastPower = 7; // of two: the bits
+    static constexpr unsigned int MostPower = 12; // 512 bytes
 
-    static Byte4Type BitOf(const SoughtText& cKey) { return cKey.Hash() >> (WordBits - Power); }
-
-    Byte4Type m_aWords[(1U << Power) / WordBits];
+    unsigned int m_uPower;
+    Byte4Type m_aWords[(1U << MostPower) / WordBits];
 };
 
 // PROPERTIES::Copy, but tells whether every entry of the source arrived.
 int MergeEntries(PROPERTIES& cTarget, const PROPERTIES& cSource);
+
+// What a configuration file would do to an entry: it may hold lines that a reader takes for others.
+enum class ConfigLoss { None, Reading, Writing };
+
+// The worst loss, and where it first is.
+ConfigLoss LossInConfig(const PROPERTIES& cList, Byte4Type* pb4Entry);
+
+// Whether the lines of a stream would be read back as the entries are, but for their sections.
+bool ReadsBack(const PROPERTIES& cList);
 
 } // namespace VESK
 

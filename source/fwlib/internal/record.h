@@ -23,18 +23,26 @@ inline void WriteText(SWrite& cWriter, const char* pchText, std::size_t uLength)
     cWriter.WriteData(Text(pchText), static_cast<Byte4Type>(uLength));
 }
 
+// Composes key=value and a newline, without a terminator.
+inline void ComposeRecord(char* pchLine, const char* pchKey, std::size_t uKeyLength, const char* pchValue,
+                          std::size_t uValueLength) {
+    CopyShort(pchLine, pchKey, uKeyLength);
+    pchLine[uKeyLength] = '=';
+    CopyShort(pchLine + uKeyLength + 1, pchValue, uValueLength);
+    pchLine[uKeyLength + 1 + uValueLength] = '\n';
+}
+
 // Composes the line in a buffer of Size bytes, or on the heap when it is longer, and writes it in one call.
 // When a longer line finds no memory, or is longer than one call takes, it goes out in pieces: it is whole
-// all the same. The value is copied in whole words, which a stored text and a number's have behind them.
+// all the same.
 template <std::size_t Size>
 void WriteRecord(SWrite& cWriter, const char* pchKey, std::size_t uKeyLength, const char* pchValue,
                  std::size_t uValueLength) {
     const std::size_t uLength = uKeyLength + 1 + uValueLength + 1;
-    const std::size_t uRoom = uLength + WordSize;
-    char achLine[Size + WordSize];
-    char* const pchHeap = uLength < Size || uRoom > UINT32_MAX
+    char achLine[Size];
+    char* const pchHeap = uLength < Size || uLength > UINT32_MAX
                               ? nullptr
-                              : static_cast<char*>(fwmalloc(static_cast<unsigned int>(uRoom)));
+                              : static_cast<char*>(fwmalloc(static_cast<unsigned int>(uLength)));
     char* const pchLine = uLength < Size ? achLine : pchHeap;
     if (!pchLine) {
         WriteText(cWriter, pchKey, uKeyLength);
@@ -43,14 +51,7 @@ void WriteRecord(SWrite& cWriter, const char* pchKey, std::size_t uKeyLength, co
         WriteText(cWriter, "\n", 1);
         return;
     }
-    std::memcpy(pchLine, pchKey, uKeyLength);
-    pchLine[uKeyLength] = '=';
-    if (uValueLength <= WordSize) { // most are, and a loop costs 32-bit code as much again as the whole line
-        std::memcpy(pchLine + uKeyLength + 1, pchValue, WordSize);
-    } else {
-        CopyWords(pchLine + uKeyLength + 1, pchValue, uValueLength);
-    }
-    pchLine[uLength - 1] = '\n';
+    ComposeRecord(pchLine, pchKey, uKeyLength, pchValue, uValueLength);
     cWriter.WriteData(pchLine, static_cast<Byte4Type>(uLength));
     if (pchHeap) { // seldom, and a call for nothing is a tenth of a short line's cost
         fwfree(pchHeap);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Texts inside the library: bounded copies, decimal numbers, and stored texts that compare a word at a time.
+// Texts inside the library: bounded copies, comparing, and decimal numbers.
 #ifndef FWLIB_INTERNAL_TEXTS_H
 #define FWLIB_INTERNAL_TEXTS_H
 
@@ -18,20 +18,7 @@ namespace VESK {
 constexpr unsigned int TypeTextSize = 32;  // a type or element name shown in a message
 constexpr unsigned int NameTextSize = 256; // an element's name, a file's name, a line of a pipe file
 
-// Copies at most uSize - 1 characters and terminates. The text may overlap the buffer.
-inline void CopyBounded(char* pchBuffer, std::size_t uSize, const char* pchText) {
-    const std::size_t uLength = strnlen(pchText, uSize - 1);
-    std::memmove(pchBuffer, pchText, uLength);
-    pchBuffer[uLength] = '\0';
-}
-
-template <std::size_t Size>
-void CopyBounded(char (&achBuffer)[Size], const char* pchText) {
-    CopyBounded(achBuffer, Size, pchText);
-}
-
-// A stored text lies in a block of whole words, the last one filled up with zero bytes: it holds at least the
-// terminator, and its last byte is always zero. So stored texts are compared and copied a word at a time.
+// Texts are hashed and numbers composed a word at a time.
 using TextWord = std::uint64_t;
 constexpr std::size_t WordSize = sizeof(TextWord);
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "a word's lowest byte is its first character");
@@ -42,7 +29,7 @@ inline TextWord LoadWord(const char* pch) {
     return Word;
 }
 
-// The last word of a text: what is behind its whole words, at most 7 characters.
+// A word of at most 7 characters.
 inline TextWord LoadTail(const char* pch, std::size_t uLength) {
     constexpr std::size_t Half = sizeof(Byte4Type);
     Byte4Type b4First = 0;
@@ -59,111 +46,119 @@ inline TextWord LoadTail(const char* pch, std::size_t uLength) {
     return TextWord{b4Second} << Half * CHAR_BIT | b4First;
 }
 
-// Texts are many and small, so they come from malloc itself: the way round by fwmalloc costs 32-bit code a sixth of
-// a duplicate. Released with free.
-inline char* AllocateWords(std::size_t uSize) {
-    return uSize > UINT32_MAX ? nullptr : static_cast<char*>(std::malloc(uSize));
-}
-
-inline void CopyWords(char* pchTo, const char* pchFrom, std::size_t uSize) {
-    for (std::size_t u = 0; u < uSize; u += WordSize) {
-        std::memcpy(pchTo + u, pchFrom + u, WordSize);
+// Copies exactly so many bytes; the places may overlap. Most texts are short, and a call costs more than two words.
+inline void CopyShort(char* pchTo, const char* pchFrom, std::size_t uLength) {
+    constexpr std::size_t Half = sizeof(Byte4Type);
+    if (uLength > 2 * WordSize) {
+        std::memmove(pchTo, pchFrom, uLength);
+    } else if (uLength >= WordSize) {
+        const TextWord First = LoadWord(pchFrom);
+        const TextWord Last = LoadWord(pchFrom + uLength - WordSize);
+        std::memcpy(pchTo, &First, WordSize);
+        std::memcpy(pchTo + uLength - WordSize, &Last, WordSize);
+    } else if (uLength >= Half) {
+        Byte4Type b4First;
+        Byte4Type b4Last;
+        std::memcpy(&b4First, pchFrom, Half);
+        std::memcpy(&b4Last, pchFrom + uLength - Half, Half);
+        std::memcpy(pchTo, &b4First, Half);
+        std::memcpy(pchTo + uLength - Half, &b4Last, Half);
+    } else if (uLength > 0) {
+        const char chFirst = pchFrom[0];
+        const char chMiddle = pchFrom[uLength / 2];
+        pchTo[uLength - 1] = pchFrom[uLength - 1];
+        pchTo[uLength / 2] = chMiddle;
+        pchTo[0] = chFirst;
     }
 }
 
-// The length of a stored text, which shows in its last word.
-inline std::size_t StoredLength(const char* pchStored) {
-    std::size_t uWhole = 0;
-    while (pchStored[uWhole + WordSize - 1] != '\0') {
-        uWhole += WordSize;
-    }
-    const TextWord Tail = LoadWord(pchStored + uWhole);
-    const int iZeroBits = Tail != 0 ? __builtin_clzll(Tail) : static_cast<int>(WordSize) * CHAR_BIT;
-    return uWhole + WordSize - static_cast<std::size_t>(iZeroBits / CHAR_BIT);
+// Copies at most uSize - 1 characters and terminates. The text may overlap the buffer.
+inline void CopyBounded(char* pchBuffer, std::size_t uSize, const char* pchText) {
+    const std::size_t uLength = strnlen(pchText, uSize - 1);
+    CopyShort(pchBuffer, pchText, uLength);
+    pchBuffer[uLength] = '\0';
 }
 
-// A fresh stored copy of a text, or null when memory is out.
+template <std::size_t Size>
+void CopyBounded(char (&achBuffer)[Size], const char* pchText) {
+    CopyBounded(achBuffer, Size, pchText);
+}
+
+// A fresh copy of a text in a block of its size, or null when memory is out. Texts are many and small, so they come
+// from malloc itself: a call of fwmalloc costs 32-bit code a sixth of a duplicate. Released with free.
 inline char* StoreText(const char* pchText, std::size_t uLength) {
-    const std::size_t uWhole = uLength / WordSize * WordSize;
-    char* const pchStored = AllocateWords(uWhole + WordSize);
+    char* const pchStored = uLength < UINT32_MAX ? static_cast<char*>(std::malloc(uLength + 1)) : nullptr;
     if (pchStored) {
-        CopyWords(pchStored, pchText, uWhole);
-        const TextWord Tail = LoadTail(pchText + uWhole, uLength - uWhole);
-        std::memcpy(pchStored + uWhole, &Tail, WordSize);
+        CopyShort(pchStored, pchText, uLength);
+        pchStored[uLength] = '\0';
     }
     return pchStored;
 }
 
-// The same of a stored text.
-inline char* StoreAgain(const char* pchStored) {
-    std::size_t uSize = WordSize;
-    while (pchStored[uSize - 1] != '\0') {
-        uSize += WordSize;
-    }
-    char* const pchCopy = AllocateWords(uSize);
-    if (pchCopy) {
-        CopyWords(pchCopy, pchStored, uSize);
-    }
-    return pchCopy;
-}
+// Compares one text with many. A host may put texts of its own into a list, in blocks that end with their terminator,
+// so no byte behind the first difference is read: the first characters are compared one by one, which tells nearly
+// all texts apart without a call. Once that many were alike, the texts most likely share a prefix.
+class TextMatch {
+public:
+    explicit TextMatch(const char* pchText) : m_pchText(pchText), m_bAlike(false) {}
 
-inline bool StoredEqual(const char* pchLeft, const char* pchRight) {
-    for (std::size_t u = 0; LoadWord(pchLeft + u) == LoadWord(pchRight + u); u += WordSize) {
-        if (pchLeft[u + WordSize - 1] == '\0') {
-            return true;
+    bool Equals(const char* pchOther) {
+        return *pchOther == *m_pchText &&
+               (m_bAlike ? std::strcmp(pchOther, m_pchText) == 0 : EqualsStepwise(pchOther));
+    }
+
+private:
+    static constexpr std::size_t Steps = 9; // "Standard" and its end
+
+    bool EqualsStepwise(const char* pchOther) {
+        for (std::size_t u = 0; u < Steps; ++u) {
+            if (pchOther[u] != m_pchText[u]) {
+                return false;
+            }
+            if (m_pchText[u] == '\0') {
+                return true;
+            }
         }
+        m_bAlike = true;
+        return std::strcmp(pchOther, m_pchText) == 0;
     }
-    return false;
+
+    const char* m_pchText;
+    bool m_bAlike;
+};
+
+inline bool TextEquals(const char* pchLeft, const char* pchRight) {
+    return TextMatch(pchLeft).Equals(pchRight);
 }
 
-// A text, lent, that is looked for among stored texts. Where whole words are equal there is another one
-// behind them, since the end of a stored text shows in its last word.
+// A text, lent, of known length.
 class SoughtText {
 public:
     explicit SoughtText(const char* pchText) : SoughtText(pchText, std::strlen(pchText)) {}
-    SoughtText(const char* pchText, std::size_t uLength)
-        : m_pchText(pchText),
-          m_uLength(uLength),
-          m_uWhole(m_uLength / WordSize * WordSize),
-          m_Tail(LoadTail(pchText + m_uWhole, m_uLength - m_uWhole)),
-          m_First(m_uWhole > 0 ? LoadWord(pchText) : m_Tail) {}
+    SoughtText(const char* pchText, std::size_t uLength) : m_pchText(pchText), m_uLength(uLength) {}
 
     const char* Begin() const { return m_pchText; }
     std::size_t Length() const { return m_uLength; }
 
     // Of the first word and the last; its upper bits are the best mixed.
     Byte4Type Hash() const {
-        const TextWord Mixed = m_First ^ (m_Tail << 7 | m_Tail >> (WordSize * CHAR_BIT - 7));
+        const TextWord Mixed = m_uLength < WordSize
+                                   ? LoadTail(m_pchText, m_uLength)
+                                   : LoadWord(m_pchText) ^ Turned(LoadWord(m_pchText + m_uLength - WordSize));
         return (static_cast<Byte4Type>(Mixed) ^ static_cast<Byte4Type>(Mixed >> 32)) * 0x9E3779B1U;
     }
 
-    bool Equals(const char* pchStored) const {
-        return LoadWord(pchStored) == m_First && (m_uWhole == 0 || RestEquals(pchStored));
-    }
-
-    // Whether the stored text, cut to uCut characters, equals this one.
-    bool EqualsCut(const char* pchStored, std::size_t uCut) const {
-        if (m_uLength < uCut) {
-            return Equals(pchStored);
-        }
-        return m_uLength == uCut && std::strncmp(pchStored, m_pchText, uCut) == 0;
+    // Whether the other text, cut to uCut characters, equals this one.
+    bool EqualsCut(const char* pchOther, std::size_t uCut) const {
+        return m_uLength < uCut ? TextEquals(pchOther, m_pchText)
+                                : m_uLength == uCut && std::strncmp(pchOther, m_pchText, uCut) == 0;
     }
 
 private:
-    bool RestEquals(const char* pchStored) const {
-        for (std::size_t u = WordSize; u < m_uWhole; u += WordSize) {
-            if (LoadWord(pchStored + u) != LoadWord(m_pchText + u)) {
-                return false;
-            }
-        }
-        return LoadWord(pchStored + m_uWhole) == m_Tail;
-    }
+    static TextWord Turned(TextWord Word) { return Word << 7 | Word >> (WordSize * CHAR_BIT - 7); }
 
     const char* m_pchText;
     std::size_t m_uLength;
-    std::size_t m_uWhole; // the characters in whole words
-    TextWord m_Tail;
-    TextWord m_First;
 };
 
 // The digits of the numbers below 100, in words: the first digit lowest.
@@ -177,8 +172,7 @@ struct DigitPairs {
 };
 inline constexpr DigitPairs Pairs;
 
-// A number in decimal. 20 digits, a sign and a terminator hold every 64-bit number; a word more, so that it can be
-// copied a word at a time.
+// A number in decimal. 20 digits, a sign and a terminator hold every 64-bit number.
 class DecimalText {
 public:
     explicit DecimalText(int iValue) { Format(MagnitudeOf(iValue), iValue < 0); }
@@ -245,7 +239,7 @@ private:
         std::memcpy(m_achText, &Word, WordSize);
     }
 
-    char m_achText[Size + WordSize];
+    char m_achText[Size];
     std::size_t m_uBegin;
     std::size_t m_uLength;
 };

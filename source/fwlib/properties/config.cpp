@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/properties/properties.h"
 
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/cutnames.h"
+#include "fwlib/internal/list.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 #include <cstdio>
@@ -30,7 +31,7 @@ int NextLine(char* pFile, char* pchBuffer, unsigned int uSize) {
 
 // Whether the section of this entry already stood at an earlier one.
 bool SectionSeen(const PROPERTIES& cList, Byte4Type b4Entry) {
-    const SoughtText cSection(cList.m_pachSections[b4Entry]);
+    TextMatch cSection(cList.m_pachSections[b4Entry]);
     for (Byte4Type b4 = 0; b4 < b4Entry; ++b4) {
         if (cSection.Equals(cList.m_pachSections[b4])) {
             return true;
@@ -48,13 +49,32 @@ int PutTexts(char* pFile, Texts... pchTexts) {
 // Writes the block of the section that the entry begins.
 int WriteSection(const PROPERTIES& cList, Byte4Type b4First, char* pFile) {
     const char* const pchSection = cList.m_pachSections[b4First];
-    const SoughtText cSection(pchSection);
+    TextMatch cSection(pchSection);
     int iWritten = PutTexts(pFile, "\n[", pchSection, "]\n");
     for (Byte4Type b4 = b4First; iWritten && b4 < cList.m_b2PropertyCount; ++b4) {
         if (cSection.Equals(cList.m_pachSections[b4])) {
             iWritten = PutTexts(pFile, cList.m_pachKeys[b4], "=", cList.m_pachValues[b4], "\n");
         }
     }
+    return iWritten;
+}
+
+int WriteConfig(const PROPERTIES& cList, char* pchFileName) {
+    if (cList.m_b2PropertyCount == 0 || !pchFileName) {
+        return 0;
+    }
+    char* const pFile = fwfopen(pchFileName, Text("w"));
+    if (!pFile) {
+        return 0;
+    }
+    int iWritten = 1;
+    for (Byte4Type b4 = 0; iWritten && b4 < cList.m_b2PropertyCount; ++b4) {
+        if (cList.m_pachSections[b4][0] != '\0' && !SectionSeen(cList, b4)) {
+            iWritten = WriteSection(cList, b4, pFile);
+        }
+    }
+    iWritten &= fwflush(pFile) == 0;
+    iWritten &= fwfclose(pFile) == 0;
     return iWritten;
 }
 
@@ -84,30 +104,33 @@ int PROPERTIES::ReadConfig(char* pchFileName, char* pchSection) {
     }
     const int iFound = FindSection(pFile, pchSection);
     char achLine[LineSize];
-    while (iFound && NextLine(pFile, achLine, LineSize) && achLine[0] != '[') {
-        AddKeyValuePair(pchSection, achLine);
+    int iRead = iFound && NextLine(pFile, achLine, LineSize);
+    while (iRead && achLine[0] != '[') {
+        char achNext[LineSize];
+        const bool bFull = std::strlen(achLine) == LineSize - 1;
+        iRead = NextLine(pFile, achNext, LineSize);
+        const bool bCut = bFull && iRead && achNext[0] != '\0';
+        if (!bCut || KeepCutName(achLine)) {
+            AddKeyValuePair(pchSection, achLine);
+        }
+        CopyBounded(achLine, achNext);
     }
     fwfclose(pFile);
     return iFound;
 }
 
 int PROPERTIES::SaveConfig(char* pchFileName) {
-    if (m_b2PropertyCount == 0 || !pchFileName) {
-        return 0;
+    Byte4Type b4Lost;
+    return LossInConfig(*this, &b4Lost) == ConfigLoss::Writing ? 0 : WriteConfig(*this, pchFileName);
+}
+
+int PROPERTIES::SaveConfig(char* pchFileName, Byte2Type* pb2Lost) {
+    Byte4Type b4Lost = m_b2PropertyCount;
+    const bool bLost = LossInConfig(*this, &b4Lost) != ConfigLoss::None;
+    if (pb2Lost) {
+        *pb2Lost = static_cast<Byte2Type>(b4Lost);
     }
-    char* const pFile = fwfopen(pchFileName, Text("w"));
-    if (!pFile) {
-        return 0;
-    }
-    int iWritten = 1;
-    for (Byte4Type b4 = 0; iWritten && b4 < m_b2PropertyCount; ++b4) {
-        if (m_pachSections[b4][0] != '\0' && !SectionSeen(*this, b4)) {
-            iWritten = WriteSection(*this, b4, pFile);
-        }
-    }
-    iWritten &= fwflush(pFile) == 0;
-    iWritten &= fwfclose(pFile) == 0;
-    return iWritten;
+    return bLost ? 0 : WriteConfig(*this, pchFileName);
 }
 
 } // namespace VESK

@@ -5,6 +5,7 @@
 #include "fwlib/internal/growth.h"
 
 #include <cstdlib>
+#include <cstring>
 
 namespace VESK {
 
@@ -43,25 +44,10 @@ int ReplaceValue(PROPERTIES& cList, Byte4Type b4Index, char* pchOwnValue) {
     }
     std::free(cList.m_pachValues[b4Index]);
     cList.m_pachValues[b4Index] = pchOwnValue;
-    if (SoughtText(Key::Name).Equals(cList.m_pachKeys[b4Index])) {
+    if (std::strcmp(cList.m_pachKeys[b4Index], Key::Name) == 0) {
         NameChanges.fetch_add(1, std::memory_order_relaxed);
     }
     return 1;
-}
-
-// Sets the source's entry in the target, where it can only stand among the first b4Searched.
-int MergeEntry(PROPERTIES& cTarget, Byte4Type b4Searched, const PROPERTIES& cSource, Byte4Type b4Entry) {
-    const char* const pchKey = cSource.m_pachKeys[b4Entry];
-    const char* const pchValue = cSource.m_pachValues[b4Entry];
-    const char* const pchSection = cSource.m_pachSections[b4Entry];
-    for (Byte4Type b4 = 0; b4 < b4Searched; ++b4) {
-        if (StoredEqual(cTarget.m_pachKeys[b4], pchKey) &&
-            StoredEqual(cTarget.m_pachSections[b4], pchSection)) {
-            return ReplaceValue(cTarget, b4, StoreAgain(pchValue));
-        }
-    }
-    return RoomForEntry(cTarget) &&
-           AppendEntry(cTarget, {StoreAgain(pchKey), StoreAgain(pchValue), StoreAgain(pchSection)});
 }
 
 } // namespace
@@ -71,31 +57,33 @@ int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::s
     if (!pchKey || !pchSection) {
         return 0;
     }
-    return SetEntry(cList, SoughtText(pchKey), pchValue, uLength, SoughtText(pchSection),
-                    cList.m_b2PropertyCount);
+    const Byte4Type b4Index = FindEntry(cList, pchKey, pchSection);
+    return b4Index < cList.m_b2PropertyCount
+               ? ReplaceValue(cList, b4Index, StoreText(pchValue, uLength))
+               : AddEntry(cList, SoughtText(pchKey), pchValue, uLength, SoughtText(pchSection));
 }
 
-int SetEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
-             const SoughtText& cSection, Byte4Type b4Searched) {
-    const Byte4Type b4Index = FindEntry(cList, b4Searched, cKey, cSection);
-    if (b4Index < b4Searched) {
-        return ReplaceValue(cList, b4Index, StoreText(pchValue, uLength));
-    }
+int AddEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
+             const SoughtText& cSection) {
     return RoomForEntry(cList) &&
            AppendEntry(cList, {StoreText(cKey.Begin(), cKey.Length()), StoreText(pchValue, uLength),
                                StoreText(cSection.Begin(), cSection.Length())});
 }
 
-// A list holds each pair of key and section once, so what the source brings is looked for only among the
-// entries that the target had before.
+// Each entry is set as by SetProperty, but a key that is surely new is not looked for.
 int MergeEntries(PROPERTIES& cTarget, const PROPERTIES& cSource) {
     if (&cTarget == &cSource) {
         return 1;
     }
     int iAll = 1;
-    const Byte4Type b4Before = cTarget.m_b2PropertyCount;
+    KeyFilter cHeld(cTarget, cSource.m_b2PropertyCount);
     for (Byte4Type b4 = 0; b4 < cSource.m_b2PropertyCount; ++b4) {
-        iAll &= MergeEntry(cTarget, b4Before, cSource, b4);
+        const SoughtText cKey(cSource.m_pachKeys[b4]);
+        const SoughtText cSection(cSource.m_pachSections[b4]);
+        const SoughtText cValue(cSource.m_pachValues[b4]);
+        iAll &= cHeld.Mark(cKey)
+                    ? SetEntry(cTarget, cKey.Begin(), cValue.Begin(), cValue.Length(), cSection.Begin())
+                    : AddEntry(cTarget, cKey, cValue.Begin(), cValue.Length(), cSection);
     }
     return iAll;
 }

@@ -17,8 +17,7 @@ char* FindValue(const PROPERTIES& cList, const char* pchKey, const char* pchSect
     if (!pchKey || !pchSection) {
         return nullptr;
     }
-    const Byte4Type b4Index =
-        FindEntry(cList, cList.m_b2PropertyCount, SoughtText(pchKey), SoughtText(pchSection));
+    const Byte4Type b4Index = FindEntry(cList, pchKey, pchSection);
     return b4Index < cList.m_b2PropertyCount ? cList.m_pachValues[b4Index] : nullptr;
 }
 
@@ -37,21 +36,22 @@ long long ToLong(char* pchText) {
     return std::strtoll(pchText, nullptr, 10);
 }
 
-// Writes a number over a value, when each is one word, and answers whether it did. Numbers are set once for every
-// object sent, and a fresh copy is most of the cost. A name is replaced where that is noticed.
-bool OverwriteWord(const PROPERTIES& cList, const char* pchKey, const DecimalText& cText,
-                   const char* pchSection) {
-    char* const pchValue = cText.Length() < WordSize ? FindValue(cList, pchKey, pchSection) : nullptr;
-    if (!pchValue || pchValue[WordSize - 1] != '\0' ||
+// Writes a number over a value that is no shorter, since only that much of its block is known to be there. Numbers are
+// set once for every object sent, and a fresh copy is most of the cost. A name is replaced where that is noticed.
+bool Overwrite(const PROPERTIES& cList, const char* pchKey, const DecimalText& cText,
+               const char* pchSection) {
+    char* const pchValue = FindValue(cList, pchKey, pchSection);
+    if (!pchValue || strnlen(pchValue, cText.Length()) < cText.Length() ||
         (*pchKey == *Key::Name && fwstrcmp(pchKey, Key::Name) == 0)) {
         return false;
     }
-    std::memcpy(pchValue, cText.Begin(), WordSize);
+    CopyShort(pchValue, cText.Begin(), cText.Length());
+    pchValue[cText.Length()] = '\0';
     return true;
 }
 
 int SetNumber(PROPERTIES& cList, const char* pchKey, const DecimalText& cText, const char* pchSection) {
-    return OverwriteWord(cList, pchKey, cText, pchSection) ||
+    return Overwrite(cList, pchKey, cText, pchSection) ||
            SetEntry(cList, pchKey, cText.Begin(), cText.Length(), pchSection);
 }
 
@@ -100,7 +100,7 @@ int PROPERTIES::FindProperty(char* pchKey, Byte2Type* pb2Index, char* pchSection
     if (!pchKey || !pb2Index || !pchSection) {
         return 0;
     }
-    const Byte4Type b4Index = FindEntry(*this, m_b2PropertyCount, SoughtText(pchKey), SoughtText(pchSection));
+    const Byte4Type b4Index = FindEntry(*this, pchKey, pchSection);
     if (b4Index >= m_b2PropertyCount) {
         return 0;
     }

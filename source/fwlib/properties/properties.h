@@ -87,20 +87,29 @@ public:
     // cannot be read, holds no such section, or the name is longer than 253 characters.
     int ReadConfig(char* pchFileName, char* pchSection);
 
-    // Writes all entries, a block for each section; those of the section "" are left out. 0 for an empty
-    // list, which leaves the file alone, and when the file could not be written whole: it then holds the front of
-    // the text, since it is emptied first.
+    // Writes all entries, a block for each section; those of the section "" are left out. 0, with the file left
+    // alone, for an empty list and for one with an entry that the format cannot hold: a newline, a key and value
+    // of more than 1,021 characters together, or a section's name of more than 1,019. 0 also when the file could
+    // not be written whole: it then holds the front of the text, since it is emptied first. 1 does not say that
+    // all comes back: a key with "=" or a "[" in front, a line of more than 255 characters and a section's name of
+    // more than 253 are written, and read as something else.
     int SaveConfig(char* pchFileName);
 
+    // The same for a list that ReadConfig would give back as it is, section by section. 0 for any other, with the
+    // file left alone and in *pb2Lost, which may be null, the index of an entry that would be lost; if none
+    // would, it is the number of entries.
+    int SaveConfig(char* pchFileName, Byte2Type* pb2Lost);
+
     // The list in an object stream: a count line, then a line key=value for each entry, without sections.
-    // Writing hands each line to one WriteData call and answers 1. Reading sets every entry in "Standard",
+    // Writing hands each line to one WriteData call and answers 1; the lines are those of the list as it was when
+    // writing began, whatever WriteData does to it. Reading sets every entry in "Standard",
     // keeps what is there, and answers 0 when the stream ends or a line holds no "=", with the entries before
     // it set.
     int Serialize(SWrite* pWriter);
     int Deserialize(SRead* pReader);
 
-    // The fields in their order are part of the binary interface. Only the list itself writes them: its texts
-    // lie in blocks of whole 8-byte words, and its lookup counts on that.
+    // The fields in their order are part of the binary interface. A host may put texts of its own into the arrays,
+    // in blocks of malloc, which the list then owns: a text ends at its first zero byte.
     Byte2Type m_b2PropertyCapacity; // slots in each array; 0 while there are none
     Byte2Type m_b2PropertyCount;
     char** m_pachSections;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How a recorder comes to its file: the settings of the serializing elements, and what becomes of a file that exists.
 #include "fwlib/elements/eobject.h"
+#include "fwlib/internal/cutnames.h"
 #include "fwlib/internal/filename.h"
 #include "fwlib/internal/handle.h"
 #include "fwlib/internal/objectfiles.h"
@@ -80,8 +81,14 @@ FileSettings::FileSettings(PROPERTIES& cProperties) : m_achExisting{} {
 bool FileSettings::NameFits(EObject& cElement) const {
     if (m_bCut) {
         cElement.ErrorMessage("Initialize(): Filename is longer than 255 characters: %s...\n", m_achName);
+        return false;
     }
-    return !m_bCut;
+    if (m_bNamed && IsCutName(m_achName)) {
+        cElement.ErrorMessage("Initialize(): a configuration file holds a longer Filename than %s\n",
+                              m_achName);
+        return false;
+    }
+    return true;
 }
 
 bool FileSettings::ExistingKnown(EObject& cElement) const {

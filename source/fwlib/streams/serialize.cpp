@@ -8,6 +8,8 @@
 #include "fwlib/streams/sread.h"
 #include "fwlib/streams/swrite.h"
 
+#include <cstdlib>
+
 namespace VESK {
 
 namespace {
@@ -19,16 +21,91 @@ void TellLoss(SRead& cReader) {
     }
 }
 
+// What a reader that changes the list while it hands out a line leaves different.
+struct ListState {
+    explicit ListState(const PROPERTIES& cList)
+        : b4Count(cList.m_b2PropertyCount),
+          pKeys(cList.m_pachKeys),
+          b4NameChanges(NameChanges.load(std::memory_order_relaxed)) {}
+    bool IsNow(const PROPERTIES& cList) const {
+        const ListState cNow(cList);
+        return b4Count == cNow.b4Count && pKeys == cNow.pKeys && b4NameChanges == cNow.b4NameChanges;
+    }
+
+    Byte4Type b4Count;
+    char* const* pKeys;
+    Byte4Type b4NameChanges; // a reset is one
+};
+
+// The lines of all entries, each behind its length, on the heap when they are many.
+class ComposedLines {
+public:
+    explicit ComposedLines(const PROPERTIES& cList) : m_pchLines(m_achLines) {
+        m_uSize = Compose(cList, sizeof m_achLines);
+        if (m_uSize > sizeof m_achLines) {
+            m_pchLines = m_uSize > UINT32_MAX ? nullptr : static_cast<char*>(std::malloc(m_uSize));
+            m_uSize = m_pchLines ? Compose(cList, m_uSize) : 0;
+        }
+    }
+    ~ComposedLines() {
+        if (m_pchLines != m_achLines) {
+            std::free(m_pchLines);
+        }
+    }
+    ComposedLines(const ComposedLines&) = delete;
+    ComposedLines& operator=(const ComposedLines&) = delete;
+
+    // False when there is no memory for them.
+    bool WriteTo(SWrite& cWriter) {
+        Byte4Type b4Line;
+        for (char* pch = m_pchLines; pch && pch < m_pchLines + m_uSize; pch += b4Line) {
+            std::memcpy(&b4Line, pch, sizeof b4Line);
+            pch += sizeof b4Line;
+            cWriter.WriteData(pch, b4Line);
+        }
+        return m_pchLines != nullptr;
+    }
+
+private:
+    // Answers the size of all, also where they do not fit.
+    std::size_t Compose(const PROPERTIES& cList, std::size_t uSize) {
+        std::size_t uUsed = 0;
+        for (Byte4Type b4 = 0; b4 < cList.m_b2PropertyCount; ++b4) {
+            const SoughtText cKey(cList.m_pachKeys[b4]);
+            const SoughtText cValue(cList.m_pachValues[b4]);
+            const std::size_t uLine = cKey.Length() + 1 + cValue.Length() + 1;
+            const auto b4Line = static_cast<Byte4Type>(uLine);
+            const std::size_t uStart = uUsed;
+            uUsed += sizeof b4Line + uLine;
+            if (uUsed <= uSize) {
+                char* const pch = m_pchLines + uStart;
+                std::memcpy(pch, &b4Line, sizeof b4Line);
+                ComposeRecord(pch + sizeof b4Line, cKey.Begin(), cKey.Length(), cValue.Begin(),
+                              cValue.Length());
+            }
+        }
+        return uUsed;
+    }
+
+    char* m_pchLines; // owned, when it is not the array; null without memory
+    std::size_t m_uSize;
+    char m_achLines[PropertyLineSize];
+};
+
 } // namespace
 
 int PROPERTIES::Serialize(SWrite* pWriter) {
-    const DecimalText cCount(Byte4Type{m_b2PropertyCount});
+    const Byte4Type b4Count = m_b2PropertyCount;
+    const DecimalText cCount(b4Count);
+    ComposedLines cLines(*this); // now, since whoever takes them may change the list
     WriteRecord<PropertyLineSize>(*pWriter, CountKey, std::strlen(CountKey), cCount.Begin(), cCount.Length());
-    for (Byte4Type b4 = 0; b4 < m_b2PropertyCount; ++b4) {
-        const char* const pchKey = m_pachKeys[b4];
-        const char* const pchValue = m_pachValues[b4];
-        WriteRecord<PropertyLineSize>(*pWriter, pchKey, StoredLength(pchKey), pchValue,
-                                      StoredLength(pchValue));
+    if (cLines.WriteTo(*pWriter)) {
+        return 1;
+    }
+    for (Byte4Type b4 = 0; b4 < b4Count && b4 < m_b2PropertyCount; ++b4) {
+        const SoughtText cKey(m_pachKeys[b4]);
+        const SoughtText cValue(m_pachValues[b4]);
+        WriteRecord<PropertyLineSize>(*pWriter, cKey.Begin(), cKey.Length(), cValue.Begin(), cValue.Length());
     }
     return 1;
 }
@@ -41,19 +118,23 @@ int PROPERTIES::Deserialize(SRead* pReader) {
     }
     const auto b2Count = static_cast<Byte2Type>(fwatoi(pchCount));
     const SoughtText cSection(Section::Standard);
-    KeyFilter cHeld(*this);
+    KeyFilter cHeld(*this, b2Count);
     for (Byte4Type b4 = 0; b4 < b2Count; ++b4) {
+        const ListState cBefore(*this);
         pchLine = pReader->ReadLine();
         char* const pchValue = pchLine ? SplitRecord(pchLine) : nullptr;
         if (!pchValue) {
             return 0;
         }
+        if (!cBefore.IsNow(*this)) {
+            cHeld.MarkAll(*this);
+        }
         const SoughtText cKey(pchLine, static_cast<std::size_t>(pchValue - 1 - pchLine));
-        const Byte4Type b4Searched = cHeld.MayHold(cKey) ? m_b2PropertyCount : 0;
-        if (!SetEntry(*this, cKey, pchValue, std::strlen(pchValue), cSection, b4Searched)) {
+        const std::size_t uLength = std::strlen(pchValue);
+        if (!(cHeld.Mark(cKey) ? SetEntry(*this, pchLine, pchValue, uLength, Section::Standard)
+                               : AddEntry(*this, cKey, pchValue, uLength, cSection))) {
             TellLoss(*pReader);
         }
-        cHeld.Mark(cKey);
     }
     return 1;
 }

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// Names of files that a configuration file holds in a line that is longer than its readers take. Their lists keep what
+// was read, as any other value; whoever opens a file must know that it is the front of another name.
+#ifndef FWLIB_INTERNAL_CUTNAMES_H
+#define FWLIB_INTERNAL_CUTNAMES_H
+
+#pragma GCC visibility push(hidden)
+
+namespace VESK {
+
+// Keeps the name of a "Filename=" line that was cut, for the life of the process: 1, or 0 when memory is out. Other
+// lines need not be kept.
+int KeepCutName(const char* pchLine);
+
+// Whether the value of "Filename" is one that was cut.
+bool IsCutName(const char* pchName);
+
+} // namespace VESK
+
+#pragma GCC visibility pop
+
+#endif
