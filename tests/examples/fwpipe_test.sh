@@ -10,6 +10,7 @@ shopt -s extglob
 export LC_ALL=C
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+export fwpipe
 fwpipe=$(realpath "$2")
 plugin=$(realpath "$3")
 probe=$(realpath "$4")
@@ -67,6 +68,8 @@ write() { # TIMES TYPE LINE...: so many objects; "%d" in a line is their number
 source "$here/running.sh"
 # shellcheck source-path=SCRIPTDIR
 source "$here/recordings.sh"
+# shellcheck source-path=SCRIPTDIR
+source "$here/recovering.sh"
 # shellcheck source-path=SCRIPTDIR
 source "$here/failing.sh"
 # shellcheck source-path=SCRIPTDIR

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# The groups of fwpipe_test.sh on recordings: "fwpipe dump", "fwpipe recover", and the progress of long runs.
+# The groups of fwpipe_test.sh on recordings: "fwpipe dump", and the progress of long runs.
 # shellcheck disable=SC2034,SC2154,SC2053 # names and patterns of fwpipe_test.sh
 dump() {
     local form value all status
@@ -127,87 +127,6 @@ END
     exec 3>&-
     wait "$runner" || status=$?
     [[ $status == 1 ]] || fail "dump went on"
-}
-
-recover() {
-    local ends=(0) i object reason place
-    for object in 'QObject\nm_b2PropertyCount=2\nQObjectType=QObject\nCount=7\n' 'QObject\nm_b2PropertyCount=0\n' \
-        '\nm_b2PropertyCount=3\n=\nexpression=a=b\n\xff\x80=\xc3\x28\r\n' \
-        'ttttttttttttttttttttttttttttttt\nm_b2PropertyCount=1\nlong=xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\n'; do
-        printf '%b' "$object" >>all
-        ends+=("$(wc -c <all)")
-    done
-    for ((cut = 0, whole = 0; cut <= ends[4]; ++cut)); do # a file that is cut anywhere
-        ((whole == 4 || cut < ends[whole + 1])) || ((++whole))
-        head -c "$cut" all >file
-        reason='its last line is cut'
-        [[ -n $(tail -c 1 file) ]] || reason='its last lines are missing'
-        place="file: cut at byte ${ends[whole]}, $((cut - ends[whole])) bytes: no whole object there: $reason"
-        ((cut != ends[whole])) || place='file: nothing to cut'
-        check 0 "file: $whole whole object$([[ $whole == 1 ]] || echo s), ${ends[whole]} bytes, kept in kept"$'\n'"$place" \
-            '' recover --force file -o kept
-        cmp -s kept <(head -c "${ends[whole]}" all) || fail "cut at byte $cut"
-    done
-    check 0 '*nothing to cut' '' recover kept
-    cmp kept.recovered all || fail "not the whole file"
-
-    # The tools and the strict element agree on what is whole, and on the reason why the rest is not.
-    pipe replay "${replay[@]}" 'element ESerialize' 'property Name record' 'property Filename kept' 'connect replay 0 record 0'
-    write 1 QObject QObjectType=QObject Count=7 >front
-    while IFS='|' read -r object reason; do
-        { cat front && printf '%b' "$object" && cat front front; } >file
-        place="$(wc -c <front) of file: $reason"
-        check 3 $'0 @0 QObject QObjectType=QObject Count=7\n1 object' "fwpipe: no whole object at byte $place" dump --oneline file
-        check 1 '' "ERROR: EDeserialize - replay: Run(): no whole object at byte $place"$'\n*' run --drain --quiet replay.pipe
-        cmp front kept || fail "replayed: $object"
-        check 0 "*: ${place#* file: }" '' recover file -o kept --force
-        cmp front kept || fail "recovered: $object"
-    done <<'END'
-QObject\nm_b2PropertyCount=1\na=\0\n|a line holds a zero byte
-QObject\nm_b2PropertyCount=1\nab\n|a property line holds no "="
-QObject\nm_b2PropertyCount=2\na=b\n|a property line holds no "="
-QObject\nm_b2PropertyCount=65521\n|a count line holds no number that a list may have
-QObject\nm_b2PropertyCount=1x\na=b\n|a count line holds no number that a list may have
-QObject\nm_b2PropertyCount=\n|a count line is not one
-QObject\nm_b2PropertyCount=-1\n|a count line is not one
-QObject\nm_b2PropertyCoun=0\n|a count line is not one
-tttttttttttttttttttttttttttttttt\nm_b2PropertyCount=0\n|a type line is longer than 31 characters
-END
-
-    rm -- * && write 1 QObject a=b >whole && { cat whole && echo QObject; } >file && chmod 640 file && ln -s file link
-    check 0 '*' '' recover --in-place link
-    cmp file whole || fail "not the whole objects"
-    [[ -L link && $(stat -c %a file) == 640 ]] || fail "not in place"
-    i=$(stat -c %i file)
-    check 0 '*nothing to cut' '' recover --in-place file
-    [[ $i == $(stat -c %i file) ]] || fail "replaced although nothing was to be cut"
-    echo a picture >file
-    check 1 '' "fwpipe: file holds no whole object at its begin (its last lines are missing) and stays as it is; --force would empty it" \
-        recover --in-place file
-    [[ $(<file) == 'a picture' ]] || fail "a picture is no recording"
-    check 0 '*' '' recover --in-place --force file
-    [[ ! -s file ]] || fail "not emptied"
-    check 0 '*nothing to cut' '' recover --in-place file
-    { cat whole && echo QObject; } >file && chmod 600 file && ln file other && echo precious >kept
-    mkfifo fifo # never a device: a faulty program would replace it for the whole machine
-    while IFS='|' read -r object reason; do
-        read -ra object <<<"$object"
-        check 1 '' "fwpipe: $reason" recover "${object[@]}"
-    done <<'END'
-file -o kept|kept exists; --force would replace it
-file -o file --force|file is the input itself; --in-place would replace it
-file -o other --force|other is the input itself; --in-place would replace it
-file -o missing/out|cannot write missing/out: No such file or directory
-file -o kept/out|cannot write kept/out: Not a directory
-missing|cannot read missing: No such file or directory
-.|. is not a regular file
-file -o fifo --force|fifo is not a regular file
-END
-    [[ $(<kept) == precious && $(tail -n 1 file) == QObject ]] || fail "something changed"
-    check 0 '*' '' recover file -o kept --force
-    cmp kept whole || fail "not the whole objects"
-    [[ $(stat -c %a kept) == 600 ]] || fail "more readable than the input"
-    [[ $(echo *) == 'err fifo file kept link other out whole' ]] || fail "left: $(echo *)"
 }
 
 # On a terminal, with longer and longer files until one takes the tenth of a second after which the line appears.

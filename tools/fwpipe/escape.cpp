@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "escape.h"
 
+#include <algorithm>
+
 namespace FwPipe {
 
 namespace {
@@ -40,6 +42,17 @@ Character::Character(std::string_view cBytes)
     m_uLength = m_uNumber < uSmallest || bSurrogate || m_uNumber > 0x10ffff ? 0 : m_uLength;
 }
 
+// Moves to the text what stands for itself in every form, which is nearly all there is.
+void TakePlain(std::string_view& cBytes, std::string& cText) {
+    const auto* const pEnd = std::find_if(cBytes.begin(), cBytes.end(), [](char chByte) {
+        return chByte < ' ' || chByte > '~' || chByte == '\\' ||
+               chByte == '"'; // beyond ASCII it may be negative
+    });
+    const auto uLength = static_cast<std::size_t>(pEnd - cBytes.begin());
+    cText += cBytes.substr(0, uLength);
+    cBytes.remove_prefix(uLength);
+}
+
 void AppendBytes(std::string_view cBytes, const char* pchPrefix, std::string& cText) {
     for (const char chByte : cBytes) {
         const auto uchByte = static_cast<unsigned char>(chByte);
@@ -65,7 +78,7 @@ void AppendNumber(char32_t uNumber, std::string& cText) {
 } // namespace
 
 void AppendEscaped(std::string_view cBytes, std::string& cText) {
-    while (!cBytes.empty()) {
+    for (TakePlain(cBytes, cText); !cBytes.empty(); TakePlain(cBytes, cText)) {
         const Character cCharacter(cBytes);
         const std::string_view cTaken = cBytes.substr(0, cCharacter.m_uLength ? cCharacter.m_uLength : 1);
         if (cCharacter.m_uLength == 0 || cCharacter.Acts()) {
@@ -79,7 +92,7 @@ void AppendEscaped(std::string_view cBytes, std::string& cText) {
 
 void AppendJson(std::string_view cBytes, bool bBytes, bool bRaw, std::string& cText) {
     cText += '"';
-    while (!cBytes.empty()) {
+    for (TakePlain(cBytes, cText); !cBytes.empty(); TakePlain(cBytes, cText)) {
         const Character cCharacter(cBytes);
         const std::string_view cTaken = cBytes.substr(0, cCharacter.m_uLength ? cCharacter.m_uLength : 1);
         if (cCharacter.m_uLength == 0 && !bRaw) {

@@ -2,8 +2,6 @@
 #include "file.h"
 
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <unistd.h>
@@ -12,45 +10,29 @@ namespace FwPipe {
 
 namespace {
 
-constexpr mode_t Permissions = 0777;
-constexpr mode_t AllModes = 07777;
-
-// The name, or what it leads to, so that a link stays when the file is replaced. Empty, with the reason in errno, when
-// that cannot be told.
-std::string Resolved(const std::string& cName) {
+// Empty, with the reason in errno, when it cannot be told.
+std::string Resolved(const std::string& cPath) {
     char chEnd;
-    if (readlink(cName.c_str(), &chEnd, sizeof chEnd) < 0) {
-        return errno == EINVAL || errno == ENOENT ? cName : ""; // no link, or who knows
+    if (readlink(cPath.c_str(), &chEnd, sizeof chEnd) < 0) {
+        return errno == EINVAL || errno == ENOENT ? cPath : ""; // no link, or who knows
     }
     std::error_code cError;
-    std::string cResolved = std::filesystem::canonical(cName, cError).string();
+    std::string cResolved = std::filesystem::canonical(cPath, cError).string();
     errno = cError.value();
     return cResolved;
 }
 
-bool Rename(const std::string& cFrom, const std::string& cTo, bool bReplace) {
-    if (bReplace) {
-        return std::rename(cFrom.c_str(), cTo.c_str()) == 0;
-    }
-    if (renameat2(AT_FDCWD, cFrom.c_str(), AT_FDCWD, cTo.c_str(), RENAME_NOREPLACE) == 0) {
-        return true;
-    }
-    // A file system that does not know the flag; that the name is free was then true a moment ago.
-    return errno == EINVAL && access(cTo.c_str(), F_OK) != 0 && std::rename(cFrom.c_str(), cTo.c_str()) == 0;
+std::size_t NameBegin(const std::string& cPath) {
+    return cPath.rfind('/') + 1; // 0 when there is none
 }
 
-// With its slash.
-std::string FolderOf(const std::string& cName) {
-    const std::size_t uSlash = cName.rfind('/');
-    return uSlash == std::string::npos ? "./" : cName.substr(0, uSlash + 1);
+std::string FolderOf(const std::string& cPath) {
+    const std::size_t uName = NameBegin(cPath);
+    return uName == 0 ? "." : cPath.substr(0, uName);
 }
 
-// So that the new name outlives a power failure. Not every file system can, and the file is whole without it.
-void SyncFolderOf(const std::string& cName) {
-    const File cFolder(open(FolderOf(cName).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (cFolder.Get() >= 0) {
-        fsync(cFolder.Get());
-    }
+int OpenFolder(const std::string& cPath) {
+    return cPath.empty() ? -1 : open(FolderOf(cPath).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
 }
 
 } // namespace
@@ -66,49 +48,32 @@ void File::Close() {
     m_iFile = -1;
 }
 
-NewFile::NewFile(const std::string& cName)
-    : m_cName(Resolved(cName)),
-      m_cTemporary(FolderOf(m_cName) +
-                   ".fwpipe-XXXXXX"), // short, as the name may have the longest length there is
-      m_cFile(m_cName.empty() ? -1 : mkostemp(m_cTemporary.data(), O_CLOEXEC)) {
-    if (m_cFile.Get() < 0) {
-        m_cTemporary.clear();
+Place::Place(const std::string& cPath)
+    : m_cPath(Resolved(cPath)), m_cName(m_cPath.substr(NameBegin(m_cPath))), m_cFolder(OpenFolder(m_cPath)) {}
+
+bool Place::Stat(struct stat& Status) const {
+    return fstatat(Folder(), Name(), &Status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+int Place::OpenToRead() const {
+    return openat(Folder(), m_cName.empty() ? "." : Name(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+}
+
+// Not every file system can, and the file is whole without it.
+void Place::Sync() const {
+    const File cFolder(openat(Folder(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (cFolder.Get() >= 0) {
+        fsync(cFolder.Get());
     }
 }
 
-NewFile::~NewFile() {
-    if (!m_cTemporary.empty()) {
-        unlink(m_cTemporary.c_str());
-    }
+bool IsSame(const struct stat& One, const struct stat& Other) {
+    return One.st_dev == Other.st_dev && One.st_ino == Other.st_ino;
 }
 
-bool NewFile::Write(const char* pchData, std::size_t uLength) {
-    while (uLength > 0) {
-        const ssize_t iWritten = write(m_cFile.Get(), pchData, uLength);
-        if (iWritten < 0 && errno != EINTR) {
-            return false;
-        }
-        if (iWritten > 0) {
-            pchData += iWritten;
-            uLength -= static_cast<std::size_t>(iWritten);
-        }
-    }
-    return true;
-}
-
-bool NewFile::TakeAfter(const struct stat& Model) {
-    const bool bOwned = fchown(m_cFile.Get(), Model.st_uid, Model.st_gid) == 0;
-    // The bits beyond the permissions lend the owner's rights, so they go only with the owner.
-    return fchmod(m_cFile.Get(), Model.st_mode & (bOwned ? AllModes : Permissions)) == 0;
-}
-
-bool NewFile::PutInPlace(bool bReplace) {
-    if (fsync(m_cFile.Get()) != 0 || !Rename(m_cTemporary, m_cName, bReplace)) {
-        return false;
-    }
-    m_cTemporary.clear();
-    SyncFolderOf(m_cName);
-    return true;
+bool IsUnchanged(const struct stat& Before, const struct stat& After) {
+    return Before.st_size == After.st_size && Before.st_mtim.tv_sec == After.st_mtim.tv_sec &&
+           Before.st_mtim.tv_nsec == After.st_mtim.tv_nsec;
 }
 
 } // namespace FwPipe

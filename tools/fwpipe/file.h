@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files by their descriptors: one that closes itself, and a new one that appears under its name only when it is whole.
+// Files by their descriptors, and places for files that stay the same whoever renames folders meanwhile.
 #ifndef FWPIPE_FILE_H
 #define FWPIPE_FILE_H
 
@@ -23,28 +23,26 @@ private:
     int m_iFile;
 };
 
-// Written beside its name, or beside what a link of that name leads to, as a temporary that goes when the object
-// does, unless it was put in place.
-class NewFile {
+// A name in a folder that is open: the file's own, or that of what a link leads to, so that the link stays when the
+// file is replaced. Links are followed once, when it is made.
+class Place {
 public:
-    explicit NewFile(const std::string& cName);
-    ~NewFile();
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
+    explicit Place(const std::string& cPath);
 
-    bool IsOpen() const { return m_cFile.Get() >= 0; } // else the reason is in errno
-    bool Write(const char* pchData, std::size_t uLength);
-    bool TakeAfter(const struct stat& Model); // mode, or false; where it is allowed owner and group
-
-    // Brings the contents to the disk, then the name, in one step: whoever opens the name gets all of the old file or
-    // all of the new one. False, with the reason in errno, also when the name is taken and must not be.
-    bool PutInPlace(bool bReplace);
+    int Folder() const { return m_cFolder.Get(); } // -1 for none, with the reason in errno
+    const char* Name() const { return m_cName.c_str(); }
+    bool Stat(struct stat& Status) const; // of what has the name, or false with the reason in errno
+    int OpenToRead() const;               // without waiting for a pipe
+    void Sync() const;                    // so that a new name outlives a power failure
 
 private:
+    const std::string m_cPath;
     const std::string m_cName;
-    std::string m_cTemporary; // empty for none
-    File m_cFile;
+    File m_cFolder;
 };
+
+bool IsSame(const struct stat& One, const struct stat& Other);         // file
+bool IsUnchanged(const struct stat& Before, const struct stat& After); // size and time of the last change
 
 } // namespace FwPipe
 

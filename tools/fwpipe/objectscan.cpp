@@ -2,57 +2,14 @@
 #include "objectscan.h"
 
 #include "interrupt.h"
-#include "output.h"
-
-#include <cerrno>
-#include <cstring>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace FwPipe {
 
 namespace {
 
-constexpr std::size_t BufferSize = 0x40000;
 constexpr std::size_t KeptCapacity = 0x100000; // a larger object's memory goes with it
 
 } // namespace
-
-ObjectScan::ObjectScan(int iFile) : m_iFile(iFile), m_cBuffer(BufferSize) {
-    struct stat Status = {};
-    m_bFed = fstat(iFile, &Status) == 0 && !S_ISREG(Status.st_mode);
-}
-
-bool ObjectScan::Fill() {
-    if (m_bFed) {
-        SendOn();
-    }
-    ssize_t iRead;
-    do {
-        iRead = Interrupt() ? 0 : read(m_iFile, m_cBuffer.data(), m_cBuffer.size());
-    } while (iRead < 0 && errno == EINTR);
-    m_iError = iRead < 0 ? errno : 0;
-    m_uNext = 0;
-    m_uFilled = iRead > 0 ? static_cast<std::size_t>(iRead) : 0;
-    return iRead > 0;
-}
-
-bool ObjectScan::AppendLine() {
-    m_cLines.push_back(m_cText.size());
-    while (m_uNext < m_uFilled || Fill()) {
-        const char* const pchFrom = m_cBuffer.data() + m_uNext;
-        const std::size_t uAhead = m_uFilled - m_uNext;
-        const void* const pEnd = std::memchr(pchFrom, '\n', uAhead);
-        const std::size_t uLength =
-            pEnd ? static_cast<std::size_t>(static_cast<const char*>(pEnd) - pchFrom) + 1 : uAhead;
-        m_cText.append(pchFrom, uLength);
-        m_uNext += uLength;
-        if (pEnd) {
-            return true;
-        }
-    }
-    return m_cText.size() > m_cLines.back();
-}
 
 bool ObjectScan::Next() {
     m_ullOffset = End();
@@ -63,16 +20,25 @@ bool ObjectScan::Next() {
     }
     m_cState.Restart();
     while (m_cState.Now() != VESK::ObjectLines::Whole && m_cState.Now() != VESK::ObjectLines::Broken) {
-        const bool bLine = AppendLine();
-        if (m_iError != 0 || Interrupt()) {
+        const std::size_t uBegin = m_cText.size();
+        m_cLines.push_back(uBegin);
+        const bool bLine = m_cScan.Append(m_cText);
+        if (ReadError() != 0 || Interrupt()) {
             return false;
         }
         if (!bLine) {
             m_cState.End();
             return false;
         }
-        const std::size_t uBegin = m_cLines.back();
-        m_cState.Take(m_cText.c_str() + uBegin, m_cText.size() - uBegin);
+        const char* const pchLine = m_cText.c_str() + uBegin;
+        const std::size_t uLength = m_cText.size() - uBegin;
+        const bool bCount = m_cState.Now() == VESK::ObjectLines::CountNext;
+        m_cState.Take(pchLine, uLength);
+        unsigned long ulCount;
+        if (bCount && !VESK::ObjectLines::LineFault(pchLine, uLength) &&
+            m_cState.Now() == VESK::ObjectLines::Broken) {
+            m_cState.Break(CountFaultOf(pchLine, uLength, &ulCount));
+        }
     }
     const bool bWhole = m_cState.Now() == VESK::ObjectLines::Whole;
     m_ullWhole += bWhole;

@@ -3,6 +3,8 @@
 #ifndef FWPIPE_OBJECTSCAN_H
 #define FWPIPE_OBJECTSCAN_H
 
+#include "linescan.h"
+
 #include <fwlib/internal/objectlines.h>
 
 #include <string>
@@ -14,8 +16,7 @@ namespace FwPipe {
 
 class ObjectScan {
 public:
-    // Lends the descriptor. When other programs feed it, what was printed so far is sent on before each wait.
-    explicit ObjectScan(int iFile);
+    explicit ObjectScan(int iFile) : m_cScan(iFile) {} // lends the descriptor
 
     // Takes the next object. False at the end of the stream, at a broken object, when reading failed, and when a
     // signal asked for an end; there is nothing more then.
@@ -27,27 +28,20 @@ public:
     std::size_t Properties() const { return m_cLines.size() - FirstProperty; }
     std::pair<std::string_view, std::string_view> Property(std::size_t uIndex) const; // key and value
 
-    unsigned long long Offset() const { return m_ullOffset; }               // of its first byte
-    unsigned long long End() const { return m_ullOffset + m_cText.size(); } // the offset behind it
-    unsigned long long Whole() const { return m_ullWhole; }                 // objects taken so far
+    unsigned long long Offset() const { return m_ullOffset; }  // of its first byte
+    unsigned long long End() const { return m_cScan.Taken(); } // the offset behind it
+    unsigned long long Whole() const { return m_ullWhole; }    // objects taken so far
 
     // Why there is no further object: null for the end of the stream behind a whole one.
     const char* Reason() const { return m_cState.Reason(); }
-    int ReadError() const { return m_iError; } // 0, or what errno told
+    int ReadError() const { return m_cScan.ReadError(); } // 0, or what errno told
 
 private:
     static constexpr std::size_t FirstProperty = 2; // behind the type line and the count line
 
-    bool Fill();
-    bool AppendLine(); // false when the stream is over
     std::string_view Line(std::size_t uIndex) const;
 
-    const int m_iFile;
-    bool m_bFed = false;
-    int m_iError = 0;
-    std::vector<char> m_cBuffer; // bytes read ahead lie from m_uNext to m_uFilled
-    std::size_t m_uNext = 0;
-    std::size_t m_uFilled = 0;
+    LineScan m_cScan;
     std::string m_cText;               // the object's lines, each with its newline
     std::vector<std::size_t> m_cLines; // where each begins
     unsigned long long m_ullOffset = 0;

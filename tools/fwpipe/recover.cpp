@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
-// fwpipe recover: the whole objects at the front of a damaged object stream, as a file of their own.
+// fwpipe recover: the whole objects of a damaged object stream, as a file of their own.
 #include "command.h"
 #include "file.h"
+#include "found.h"
 #include "interrupt.h"
 #include "message.h"
-#include "objectscan.h"
-#include "progress.h"
+#include "newfile.h"
+#include "rights.h"
+#include "watch.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -14,6 +16,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <unistd.h>
+#include <vector>
 
 namespace FwPipe {
 
@@ -24,29 +27,30 @@ struct Options {
     std::string cOut;
     bool bInPlace = false;
     bool bForce = false;
-};
-
-// What was found: ullEnd is where the whole objects end.
-struct Found {
-    unsigned long long ullObjects = 0;
-    unsigned long long ullEnd = 0;
-    const char* pchReason = nullptr; // null when nothing stands behind them
+    bool bResync = false;
 };
 
 const char* const Examples =
     R"(Keeps every whole object from the front and cuts off the rest; the input is left as it is unless --in-place
-says otherwise. Recovering a recovered file changes nothing.
+says otherwise. Recovering a recovered file changes nothing. Whole objects behind the damage are counted. --resync
+keeps them, too: it goes on at the next line where a whole object begins that another one, or the end of the file,
+follows, and whose QObjectType property, if it has one, is what its first line says.
+
+--in-place refuses a file that is open for writing, that changes meanwhile, or whose name another file has in the end.
+The new file gets its owner, mode, access control list and extended attributes.
 
 Examples:
   fwpipe recover objects.txt                  writes objects.txt.recovered
+  fwpipe recover --resync objects.txt         also with what is whole behind damage
   fwpipe recover objects.txt -o whole.txt     writes whole.txt, which must not exist
   fwpipe recover --in-place objects.txt       puts the whole objects in the place of the file, in one step
 
 Exit status:
-  0         the whole objects are in the file, whether something was cut or not
-  1         the file could not be read, or the result not written: nothing was changed; or only the report of it
-            could not be written
+  0         all of the file is whole
+  1         nothing whole was found, the file could not be read, or the result not written: nothing was changed, unless
+            --in-place --force emptied the file; or only the report of it could not be written
   2         wrong usage
+  3         the whole objects are kept, and something was cut
   130, 143  ended by SIGINT or SIGTERM; nothing was changed
 )";
 
@@ -55,31 +59,28 @@ int Refuse(const std::string& cComplaint) {
     return ExitFailed;
 }
 
-int ComplainErrno(const char* pchWhat, const std::string& cName) {
+int RefuseErrno(const char* pchWhat, const std::string& cName) {
     ReportErrno(pchWhat, cName);
     return ExitFailed;
 }
 
+std::string Objects(unsigned long long ullCount) {
+    return std::to_string(ullCount) + (ullCount == 1 ? " whole object" : " whole objects");
+}
+
 int Scan(const Options& cOptions, const File& cInput, unsigned long long ullSize, Found& cFound) {
-    ObjectScan cScan(cInput.Get());
-    Progress cProgress(true, "objects");
-    while (cScan.Next()) {
-        if (cProgress.Due()) {
-            cProgress.Show(cScan.Whole(), cScan.End(), ullSize);
-        }
-    }
-    cProgress.Stop();
-    cFound = {cScan.Whole(), cScan.Offset(), cScan.Reason()};
-    if (cScan.ReadError() != 0) {
-        errno = cScan.ReadError();
-        return ComplainErrno("cannot read", cOptions.cFile);
+    cFound = FindWhole(cInput.Get(), ullSize, cOptions.bResync);
+    if (cFound.iReadError != 0) {
+        errno = cFound.iReadError;
+        return RefuseErrno("cannot read", cOptions.cFile);
     }
     return Interrupt() ? ExitSignal + Interrupt() : ExitDone;
 }
 
-int Copy(const Options& cOptions, const File& cInput, unsigned long long ullEnd, NewFile& cOutput) {
-    std::vector<char> cPiece(0x40000);
-    for (unsigned long long ull = 0; ull < ullEnd;) {
+int CopyPart(const Options& cOptions, const File& cInput, unsigned long long ullBegin,
+             unsigned long long ullEnd, NewFile& cOutput) {
+    std::vector<char> cPiece(static_cast<std::size_t>(std::min(0x40000ULL, ullEnd - ullBegin)));
+    for (unsigned long long ull = ullBegin; ull < ullEnd;) {
         const auto uLength =
             static_cast<std::size_t>(std::min<unsigned long long>(cPiece.size(), ullEnd - ull));
         const ssize_t iRead = pread(cInput.Get(), cPiece.data(), uLength, static_cast<off_t>(ull));
@@ -90,60 +91,121 @@ int Copy(const Options& cOptions, const File& cInput, unsigned long long ullEnd,
             return Refuse(cOptions.cFile + " became shorter while it was read");
         }
         if (iRead < 0) {
-            return ComplainErrno("cannot read", cOptions.cFile);
+            return RefuseErrno("cannot read", cOptions.cFile);
         }
         if (!cOutput.Write(cPiece.data(), static_cast<std::size_t>(iRead))) {
-            return ComplainErrno("cannot write", cOptions.cOut);
+            return RefuseErrno("cannot write", cOptions.cOut);
         }
         ull += static_cast<unsigned long long>(iRead);
     }
     return ExitDone;
 }
 
-// A whole copy of the input's first ullEnd bytes under the name, or an error and no change.
-int WriteOut(const Options& cOptions, const File& cInput, unsigned long long ullEnd) {
-    struct stat Model = {};
-    NewFile cOutput(cOptions.cOut);
-    if (!cOutput.IsOpen() || fstat(cInput.Get(), &Model) != 0) {
-        return ComplainErrno("cannot write", cOptions.cOut);
+int Copy(const Options& cOptions, const File& cInput, const Found& cFound, NewFile& cOutput) {
+    unsigned long long ullBegin = 0;
+    for (const Gap& cGap : cFound.cGaps) {
+        const int iCopied = CopyPart(cOptions, cInput, ullBegin, cGap.ullBegin, cOutput);
+        if (iCopied != ExitDone) {
+            return iCopied;
+        }
+        ullBegin = cGap.ullEnd;
     }
-    const int iCopied = Copy(cOptions, cInput, ullEnd, cOutput);
-    if (iCopied != ExitDone) {
-        return iCopied;
-    }
-    const bool bTaken = cOutput.TakeAfter(Model) || !cOptions.bInPlace; // not every file system has all modes
-    return bTaken && cOutput.PutInPlace(cOptions.bInPlace || cOptions.bForce)
-               ? ExitDone
-               : ComplainErrno("cannot write", cOptions.cOut);
+    return CopyPart(cOptions, cInput, ullBegin, cFound.ullSize, cOutput);
 }
 
-void Report(const Options& cOptions, const Found& cFound, const File& cInput, struct stat Status) {
-    fstat(cInput.Get(), &Status); // now, as the file may have grown
-    const char* const pchFile = cOptions.cFile.c_str();
-    std::printf("%s: %llu whole object%s, %llu bytes, kept in %s\n", pchFile, cFound.ullObjects,
-                cFound.ullObjects == 1 ? "" : "s", cFound.ullEnd, cOptions.cOut.c_str());
-    if (cFound.pchReason) {
-        // It may have shrunk as well.
-        const auto ullSize = std::max(static_cast<unsigned long long>(Status.st_size), cFound.ullEnd);
-        std::printf("%s: cut at byte %llu, %llu bytes: no whole object there: %s\n", pchFile, cFound.ullEnd,
-                    ullSize - cFound.ullEnd, cFound.pchReason);
-    } else {
+// An error when somebody wrote, or came to write, since the file was opened.
+int CheckUnchanged(const Options& cOptions, const File& cInput, const struct stat& Before,
+                   const char* pchConsequence) {
+    struct stat Now = {};
+    if (HasWriter(cInput.Get())) {
+        return Refuse(cOptions.cFile + " was opened for writing meanwhile" + pchConsequence);
+    }
+    const bool bChanged = fstat(cInput.Get(), &Now) == 0 && !IsUnchanged(Before, Now);
+    return !bChanged ? ExitDone : Refuse(cOptions.cFile + " was changed meanwhile" + pchConsequence);
+}
+
+// The same before the file is replaced, and when its name is another file's.
+int CheckReplaceable(const Options& cOptions, const Place& cPlace, const File& cInput,
+                     const struct stat& Before) {
+    struct stat Named = {};
+    const int iStatus = CheckUnchanged(cOptions, cInput, Before, " and stays as it is");
+    if (iStatus == ExitDone && (!cPlace.Stat(Named) || !IsSame(Before, Named))) {
+        return Refuse(cOptions.cFile + " is another file by now; nothing is changed");
+    }
+    return iStatus;
+}
+
+// A copy of what is to be kept under the name, or an error and no change.
+int WriteOut(const Options& cOptions, const Place& cPlace, const File& cInput, const struct stat& Before,
+             const Found& cFound) {
+    NewFile cOutput(cPlace);
+    if (cOutput.Get() < 0) {
+        return RefuseErrno("cannot write", cOptions.cOut);
+    }
+    int iStatus = Copy(cOptions, cInput, cFound, cOutput);
+    if (iStatus != ExitDone) {
+        return iStatus;
+    }
+    const std::string cLost = TakeAttributes(cOutput.Get(), cInput.Get());
+    if (!TakeRights(cOutput.Get(), cInput.Get()) &&
+        cOptions.bInPlace) { // not every file system has all rights
+        return RefuseErrno("cannot keep the owner, mode and access control list of", cOptions.cFile);
+    }
+    if (!cOutput.Sync()) {
+        return RefuseErrno("cannot write", cOptions.cOut);
+    }
+    iStatus = Interrupt() ? ExitSignal + Interrupt() : ExitDone;
+    if (iStatus == ExitDone && cOptions.bInPlace) {
+        iStatus = CheckReplaceable(cOptions, cPlace, cInput, Before);
+    }
+    if (iStatus != ExitDone) {
+        return iStatus;
+    }
+    if (!cOutput.PutInPlace(cOptions.bInPlace || cOptions.bForce)) {
+        return RefuseErrno("cannot write", cOptions.cOut);
+    }
+    if (!cLost.empty()) {
+        Complain(cOptions.cOut + " has lost extended attributes: " + cLost);
+    }
+    return cOptions.bInPlace ? CheckUnchanged(cOptions, cInput, Before,
+                                              ", just as it was replaced: what was written is lost")
+                             : ExitDone;
+}
+
+void Report(const Options& cOptions, const Found& cFound) {
+    const std::string cShown = ShownOn(stdout, cOptions.cFile);
+    const char* const pchFile = cShown.c_str();
+    unsigned long long ullBytes = cFound.ullSize;
+    for (const Gap& cGap : cFound.cGaps) {
+        ullBytes -= cGap.ullEnd - cGap.ullBegin;
+    }
+    std::printf("%s: %s, %llu bytes, kept in %s\n", pchFile, Objects(cFound.ullKept).c_str(), ullBytes,
+                ShownOn(stdout, cOptions.cOut).c_str());
+    for (const Gap& cGap : cFound.cGaps) {
+        std::printf("%s: cut at byte %llu, %llu bytes: no whole object there: %s\n", pchFile, cGap.ullBegin,
+                    cGap.ullEnd - cGap.ullBegin, cGap.pchReason);
+    }
+    if (cFound.cGaps.empty()) {
         std::printf("%s: nothing to cut\n", pchFile);
+    }
+    if (cFound.ullBehind > 0) {
+        std::printf("%s: cut with it: %s behind the damage; --resync keeps them\n", pchFile,
+                    Objects(cFound.ullBehind).c_str());
     }
 }
 
 // An error when the result must not go where it was asked for.
-int CheckPlace(const Options& cOptions, const struct stat& Input) {
+int CheckPlace(const Options& cOptions, const Place& cPlace, const struct stat& Input) {
     const std::string& cOut = cOptions.cOut;
     struct stat Status = {};
     if (cOptions.bInPlace) {
         return ExitDone;
     }
     if (lstat(cOut.c_str(), &Status) != 0) {
-        return errno == ENOENT ? ExitDone : ComplainErrno("cannot write", cOut);
+        return errno == ENOENT && cPlace.Folder() >= 0 ? ExitDone : RefuseErrno("cannot write", cOut);
     }
-    const bool bKnown = stat(cOut.c_str(), &Status) == 0; // else a link to nothing
-    if (bKnown && Status.st_dev == Input.st_dev && Status.st_ino == Input.st_ino) {
+    const bool bKnown = cPlace.Folder() >= 0 && cPlace.Stat(Status); // else a link to nothing
+    if (bKnown && IsSame(Status, Input)) {
         return Refuse(cOut + " is the input itself; --in-place would replace it");
     }
     if (!cOptions.bForce) {
@@ -152,35 +214,59 @@ int CheckPlace(const Options& cOptions, const struct stat& Input) {
     return bKnown && S_ISREG(Status.st_mode) ? ExitDone : Refuse(cOut + " is not a regular file");
 }
 
+// An error when what was found must not be written.
+int CheckFound(const Options& cOptions, const Found& cFound) {
+    const bool bForced = cOptions.bInPlace && cOptions.bForce;
+    const std::string cBehind =
+        cFound.ullBehind > 0 ? "; --resync keeps " + Objects(cFound.ullBehind) + " behind the damage" : "";
+    if (cFound.cGaps.empty() || bForced) {
+        return ExitDone;
+    }
+    if (cFound.ullKept == 0) {
+        return Refuse(cOptions.cFile + " holds no whole object " + (cOptions.bResync ? "" : "at its begin ") +
+                      "(" + cFound.cGaps.front().pchReason + ")" +
+                      (cOptions.bInPlace ? " and stays as it is; --force would empty it" : "") + cBehind);
+    }
+    if (cOptions.bInPlace && cFound.ullBehind > 0) {
+        return Refuse(cOptions.cFile + " is damaged at byte " +
+                      std::to_string(cFound.cGaps.front().ullBegin) + " (" + cFound.cGaps.front().pchReason +
+                      ") and stays as it is; --force would cut it off there" + cBehind);
+    }
+    return ExitDone;
+}
+
 int Recover(const Options& cOptions) {
     CatchInterrupts();
-    const File cInput(
-        open(cOptions.cFile.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // a pipe must not wait
+    const Place cPlace(cOptions.cOut);
+    const File cInput(cOptions.bInPlace ? cPlace.OpenToRead()
+                                        : open(cOptions.cFile.c_str(),
+                                               O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // not for a pipe
     struct stat Status = {};
     if (cInput.Get() < 0 || fstat(cInput.Get(), &Status) != 0) {
-        return ComplainErrno("cannot read", cOptions.cFile);
+        return RefuseErrno("cannot read", cOptions.cFile);
     }
     if (!S_ISREG(Status.st_mode)) {
         return Refuse(cOptions.cFile + " is not a regular file");
     }
+    if (cOptions.bInPlace && !WatchForWriters(cInput.Get())) {
+        return Refuse(cOptions.cFile + " is open for writing and stays as it is");
+    }
     Found cFound;
-    int iStatus = CheckPlace(cOptions, Status);
+    int iStatus = CheckPlace(cOptions, cPlace, Status);
     if (iStatus == ExitDone) {
         iStatus = Scan(cOptions, cInput, static_cast<unsigned long long>(Status.st_size), cFound);
     }
-    if (iStatus == ExitDone && cOptions.bInPlace && cFound.ullObjects == 0 && cFound.pchReason &&
-        !cOptions.bForce) {
-        return Refuse(cOptions.cFile + " holds no whole object at its begin (" + cFound.pchReason +
-                      ") and stays as it is; --force would empty it");
-    }
-    const bool bWrite = !cOptions.bInPlace || cFound.pchReason;
-    if (iStatus == ExitDone && bWrite) {
-        iStatus = WriteOut(cOptions, cInput, cFound.ullEnd);
-    }
     if (iStatus == ExitDone) {
-        Report(cOptions, cFound, cInput, Status);
+        iStatus = CheckFound(cOptions, cFound);
     }
-    return iStatus;
+    if (iStatus == ExitDone && (!cOptions.bInPlace || !cFound.cGaps.empty())) {
+        iStatus = WriteOut(cOptions, cPlace, cInput, Status, cFound);
+    }
+    if (iStatus != ExitDone) {
+        return iStatus;
+    }
+    Report(cOptions, cFound);
+    return cFound.cGaps.empty() ? ExitDone : cFound.ullKept > 0 ? ExitCut : ExitFailed;
 }
 
 } // namespace
@@ -193,8 +279,11 @@ void AddRecover(CLI::App& cApp, Action& cChosen) {
     CLI::Option* const pOut =
         cRecover.add_option("-o,--output", pOptions->cOut, "The new file; FILE.recovered when absent")
             ->type_name("OUT");
-    cRecover.add_flag("--in-place", pOptions->bInPlace, "Replace FILE, keeping its mode")->excludes(pOut);
-    cRecover.add_flag("--force", pOptions->bForce, "Replace an OUT that exists; let --in-place empty FILE");
+    cRecover.add_flag("--resync", pOptions->bResync, "Keep whole objects behind damage, too");
+    cRecover.add_flag("--in-place", pOptions->bInPlace, "Replace FILE, keeping its owner, mode and lists")
+        ->excludes(pOut);
+    cRecover.add_flag("--force", pOptions->bForce,
+                      "Replace an OUT that exists; let --in-place empty FILE, or cut off whole objects");
     cRecover.callback([pOptions, &cChosen] {
         if (pOptions->cOut.empty()) {
             pOptions->cOut = pOptions->cFile + (pOptions->bInPlace ? "" : ".recovered");

@@ -26,31 +26,58 @@ public:
     // The next line begins an object; after a broken one, nothing does.
     void Restart() { m_State = m_State == Broken ? Broken : TypeNext; }
 
-    // The next line, as it was read: uLength characters, of which the last may be a newline, and a terminator. A line
-    // behind the property list is a class's own.
+    // Why a line cannot stand in an object at all, at its begin, as the count line, as a property line; or null. A line
+    // is uLength characters, of which the last may be a newline, and a terminator. What is a line at all is asked first.
+    static const char* LineFault(const char* pchLine, std::size_t uLength) {
+        return uLength == 0 || pchLine[uLength - 1] != '\n' ? "its last line is cut"
+               : std::strlen(pchLine) != uLength            ? "a line holds a zero byte"
+                                                            : nullptr;
+    }
+    static const char* TypeFault(std::size_t uLength) {
+        return uLength > TypeTextSize ? "a type line is longer than 31 characters" : nullptr;
+    }
+    static const char* CountFault(const char* pchLine, unsigned long* pulCount) {
+        const std::size_t uKey = std::strlen(CountKey);
+        const char* const pchDigits = pchLine + uKey + 1;
+        if (std::strncmp(pchLine, CountKey, uKey) != 0 || pchLine[uKey] != '=' || *pchDigits < '0' ||
+            *pchDigits > '9') {
+            return "a count line is not one";
+        }
+        char* pchEnd;
+        *pulCount = std::strtoul(pchDigits, &pchEnd, 10);
+        return *pchEnd != '\n' || *pulCount > LargestCapacity
+                   ? "a count line holds no number that a list may have"
+                   : nullptr;
+    }
+    static const char* PropertyFault(const char* pchLine) {
+        return std::strchr(pchLine, '=') ? nullptr : "a property line holds no \"=\"";
+    }
+
+    // What the object lacks when the stream ends within it.
+    static const char* EndFault() { return "its last lines are missing"; }
+
+    // The next line, as it was read. A line behind the property list is a class's own.
     void Take(const char* pchLine, std::size_t uLength) {
-        if (uLength == 0 || pchLine[uLength - 1] != '\n') {
-            Break("its last line is cut");
-        } else if (std::strlen(pchLine) != uLength) {
-            Break("a line holds a zero byte");
-        } else if (m_State == TypeNext) {
+        const char* pchFault = LineFault(pchLine, uLength);
+        if (!pchFault && m_State == TypeNext) {
             m_State = CountNext;
-            if (uLength > TypeTextSize) {
-                Break("a type line is longer than 31 characters");
-            }
-        } else if (m_State == CountNext) {
-            TakeCount(pchLine);
-        } else if (m_State == PropertyNext && !std::strchr(pchLine, '=')) {
-            Break("a property line holds no \"=\"");
-        } else if (m_State == PropertyNext && --m_uAwaited == 0) {
-            m_State = Whole;
+            pchFault = TypeFault(uLength);
+        } else if (!pchFault && m_State == CountNext) {
+            pchFault = CountFault(pchLine, &m_ulAwaited);
+            m_State = m_ulAwaited > 0 ? PropertyNext : Whole;
+        } else if (!pchFault && m_State == PropertyNext) {
+            pchFault = PropertyFault(pchLine);
+            m_State = --m_ulAwaited == 0 ? Whole : PropertyNext;
+        }
+        if (pchFault) {
+            Break(pchFault);
         }
     }
 
     // The stream is over: an object that has begun is broken.
     void End() {
         if (m_State == CountNext || m_State == PropertyNext) {
-            Break("its last lines are missing");
+            Break(EndFault());
         }
     }
 
@@ -60,26 +87,8 @@ public:
     }
 
 private:
-    void TakeCount(const char* pchLine) {
-        const std::size_t uKey = std::strlen(CountKey);
-        const char* const pchDigits = pchLine + uKey + 1;
-        if (std::strncmp(pchLine, CountKey, uKey) != 0 || pchLine[uKey] != '=' || *pchDigits < '0' ||
-            *pchDigits > '9') {
-            Break("a count line is not one");
-            return;
-        }
-        char* pchEnd;
-        const unsigned long ulCount = std::strtoul(pchDigits, &pchEnd, 10);
-        if (*pchEnd != '\n' || ulCount > LargestCapacity) {
-            Break("a count line holds no number that a list may have");
-            return;
-        }
-        m_uAwaited = ulCount;
-        m_State = ulCount > 0 ? PropertyNext : Whole;
-    }
-
     State m_State = TypeNext;
-    unsigned long m_uAwaited = 0; // property lines that are to come
+    unsigned long m_ulAwaited = 0; // property lines that are to come
     const char* m_pchReason = nullptr;
 };
 

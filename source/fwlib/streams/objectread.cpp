@@ -128,7 +128,7 @@ void ObjectFileRead::EndLines() {
         m_iReadError = errno != 0 ? errno : EIO;
     }
     if (m_cLines.Now() != ObjectLines::TypeNext) { // a class's own lines may be missing too
-        m_cLines.Break("its last lines are missing");
+        m_cLines.Break(ObjectLines::EndFault());
     }
 }
 

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+#include "newfile.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <functional>
+#include <unistd.h>
+
+namespace FwPipe {
+
+namespace {
+
+constexpr mode_t OwnerOnly = 0600;
+constexpr unsigned int MostTries = 10000;
+
+// Signals that end a process and can be caught, but for those that tell of its own faults.
+constexpr int Ending[] = {SIGHUP,  SIGINT,  SIGQUIT,   SIGALRM, SIGTERM, SIGUSR1,  SIGUSR2,
+                          SIGXCPU, SIGPROF, SIGVTALRM, SIGPOLL, SIGPWR,  SIGSTKFLT};
+
+// The temporary that a signal removes. Only one is there at a time.
+char achTemporary[40];
+int iTemporaryFolder = -1;
+
+void RemoveAndEnd(int iSignal) {
+    unlinkat(iTemporaryFolder, achTemporary, 0);
+    std::signal(iSignal, SIG_DFL);
+    std::raise(iSignal); // which waits until this returns
+}
+
+void RemoveOnSignals(int iFolder, const std::string& cName) {
+    std::snprintf(achTemporary, sizeof achTemporary, "%s", cName.c_str());
+    iTemporaryFolder = iFolder;
+    for (const int iSignal : Ending) {
+        std::signal(iSignal, RemoveAndEnd);
+    }
+}
+
+// No signal comes between what is done while it lives.
+class Undisturbed {
+public:
+    Undisturbed() {
+        sigset_t All;
+        sigfillset(&All);
+        sigprocmask(SIG_SETMASK, &All, &m_Before);
+    }
+    ~Undisturbed() { sigprocmask(SIG_SETMASK, &m_Before, nullptr); }
+    Undisturbed(const Undisturbed&) = delete;
+    Undisturbed& operator=(const Undisturbed&) = delete;
+
+private:
+    sigset_t m_Before;
+};
+
+// A name that nothing had when Make took it, short, as the other name may have the longest length there is. Empty,
+// with the reason in errno, when that fails.
+std::string Named(const std::function<bool(const char*)>& Make) {
+    for (unsigned int u = 0; u < MostTries; ++u) {
+        std::string cName = ".fwpipe-" + std::to_string(getpid()) + '-' + std::to_string(u);
+        if (Make(cName.c_str())) {
+            return cName;
+        }
+        if (errno != EEXIST) {
+            break;
+        }
+    }
+    return "";
+}
+
+// A file without a name gets one through the folder of the process's descriptors.
+std::string SelfOf(int iFile) {
+    return "/proc/self/fd/" + std::to_string(iFile);
+}
+
+int OpenUnnamed(int iFolder) {
+    const bool bMayBeNamed = access(SelfOf(iFolder).c_str(), F_OK) == 0;
+    return bMayBeNamed ? openat(iFolder, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, OwnerOnly) : -1;
+}
+
+int OpenNamed(int iFolder, std::string& cName) {
+    const Undisturbed cUndisturbed;
+    int iFile = -1;
+    cName = Named([iFolder, &iFile](const char* pchName) {
+        iFile = openat(iFolder, pchName, O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW | O_CLOEXEC, OwnerOnly);
+        return iFile >= 0;
+    });
+    if (iFile >= 0) {
+        RemoveOnSignals(iFolder, cName);
+    }
+    return iFile;
+}
+
+int OpenEither(int iFolder, std::string& cName) {
+    const int iFile = OpenUnnamed(iFolder);
+    return iFile >= 0 ? iFile : OpenNamed(iFolder, cName);
+}
+
+} // namespace
+
+NewFile::NewFile(const Place& cPlace)
+    : m_cPlace(cPlace), m_cFile(OpenEither(cPlace.Folder(), m_cTemporary)) {}
+
+NewFile::~NewFile() {
+    if (!m_cTemporary.empty()) {
+        unlinkat(m_cPlace.Folder(), m_cTemporary.c_str(), 0);
+        achTemporary[0] = '\0'; // nothing has this name
+    }
+}
+
+bool NewFile::Write(const char* pchData, std::size_t uLength) {
+    while (uLength > 0) {
+        const ssize_t iWritten = write(m_cFile.Get(), pchData, uLength);
+        if (iWritten < 0 && errno != EINTR) {
+            return false;
+        }
+        if (iWritten > 0) {
+            pchData += iWritten;
+            uLength -= static_cast<std::size_t>(iWritten);
+        }
+    }
+    return true;
+}
+
+bool NewFile::GiveName(bool bReplace) {
+    const int iFolder = m_cPlace.Folder();
+    const char* const pchName = m_cPlace.Name();
+    const std::string cSelf = SelfOf(Get());
+    if (m_cTemporary.empty() && !bReplace) {
+        return linkat(AT_FDCWD, cSelf.c_str(), iFolder, pchName, AT_SYMLINK_FOLLOW) == 0;
+    }
+    if (m_cTemporary.empty()) {
+        m_cTemporary = Named([iFolder, &cSelf](const char* pchOther) {
+            return linkat(AT_FDCWD, cSelf.c_str(), iFolder, pchOther, AT_SYMLINK_FOLLOW) == 0;
+        });
+    }
+    const char* const pchTemporary = m_cTemporary.c_str();
+    if (m_cTemporary.empty()) {
+        return false;
+    }
+    if (bReplace) {
+        return renameat(iFolder, pchTemporary, iFolder, pchName) == 0;
+    }
+    if (renameat2(iFolder, pchTemporary, iFolder, pchName, RENAME_NOREPLACE) == 0) {
+        return true;
+    }
+    // A file system that does not know the flag; that the name is free was then true a moment ago.
+    return errno == EINVAL && faccessat(iFolder, pchName, F_OK, AT_SYMLINK_NOFOLLOW) != 0 &&
+           renameat(iFolder, pchTemporary, iFolder, pchName) == 0;
+}
+
+bool NewFile::Sync() {
+    return fsync(m_cFile.Get()) == 0;
+}
+
+bool NewFile::PutInPlace(bool bReplace) {
+    const Undisturbed cUndisturbed; // while it has a second name
+    const bool bNamed = GiveName(bReplace);
+    if (!bNamed && !m_cTemporary.empty()) {
+        const int iReason = errno;
+        unlinkat(m_cPlace.Folder(), m_cTemporary.c_str(), 0);
+        errno = iReason;
+    }
+    m_cTemporary.clear();
+    achTemporary[0] = '\0';
+    if (bNamed) {
+        m_cPlace.Sync();
+    }
+    return bNamed;
+}
+
+} // namespace FwPipe
