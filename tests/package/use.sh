@@ -5,6 +5,8 @@
 #   cmake        the host programs and the plugin, which find the CMake package
 #   pkgconfig    a host program, compiled by hand with what pkg-config says
 #   fwpipe       the installed tool
+#   plain        a host program and the plugin without run-time type information and exceptions, in the oldest and newest C++;
+#                with sanitizers, which read the type information and take long, with it and in the oldest alone
 # None of them is told where the library lies: "plugin libfwlib.so" has to find it.
 set -euo pipefail
 unset LD_LIBRARY_PATH
@@ -37,6 +39,21 @@ pkgconfig)
     "$compiler" "$@" -std=c++17 -o "$work/sum" "$root/examples/host/sum.cpp" "${package[@]}" \
         "-Wl,-rpath,$(pkg-config --variable=libdir fwlib)"
     "$check" examples/host/sum.cpp "$work/sum"
+    ;;
+plain)
+    library=$(dirname "$(find "$stage" -name libfwlib.so)")
+    plain=("$@" -fno-exceptions -Wall -Wextra -Wpedantic -Werror "-I$stage/include")
+    standards=(c++11)
+    [[ $flags == *fsanitize* ]] || plain+=(-fno-rtti) standards+=(c++2b)
+    for standard in "${standards[@]}"; do
+        "$compiler" "${plain[@]}" "-std=$standard" -o "$work/plain" "$root/tests/package/plain.cpp" \
+            -L"$library" -lfwlib "-Wl,-rpath,$library"
+        (cd "$work" && ./plain)
+        "$compiler" "${plain[@]}" "-std=$standard" -fPIC -shared -o "$work/libcountdown.so" \
+            "$root/examples/plugin/countdown.cpp"
+        "$check" examples/plugin/countdown.pipe "$stage/bin/fwpipe" \
+            "build/plugin/libcountdown.so=$work/libcountdown.so"
+    done
     ;;
 fwpipe) "$check" examples/counter.pipe "$stage/bin/fwpipe" ;;
 *) exit 2 ;;

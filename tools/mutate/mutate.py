@@ -30,7 +30,7 @@ COPIED = ("CMakeLists.txt", "cmake", "docs", "examples", "fuzz", "packaging", "s
 # The programs stop at their first failure; then everything else but what builds the installed tree's users.
 STEPS = (
     ("-R", r"^(fwlib_|pipes\.)"),
-    ("-E", r"^(fwlib_.*|pipes\..*|fwpipe\..*|failures\..*|package\.(headers|install|cmake|pkgconfig|fwpipe))$"),
+    ("-E", r"^(fwlib_.*|pipes\..*|fwpipe\..*|failures\..*|package\.(headers|install|cmake|pkgconfig|fwpipe|plain))$"),
     ("-R", r"^(fwpipe\..*|failures\..*)$"),
 )
 

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+// A program in C++11 without run-time type information and exceptions, which passes streams and elements of its own
+// wherever the library looks for those it made itself.
+#include <fwlib/fwlib.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+using namespace VESK;
+
+namespace {
+
+char* const File = Text("plain.txt");
+
+void Claim(bool bHolds, const char* pchWhat) {
+    if (!bHolds) {
+        std::fprintf(stderr, "plain: %s\n", pchWhat);
+        std::_Exit(1);
+    }
+}
+
+struct Writer : SFileWrite {
+    Byte4Type WriteData(char* pchData, Byte4Type b4Length) override {
+        m_b4Written += b4Length;
+        return SFileWrite::WriteData(pchData, b4Length);
+    }
+
+    Byte4Type m_b4Written = 0;
+};
+
+struct Reader : SFileRead {
+    Reader() { SetFile(fwfopen(File, Text("r"))); }
+};
+
+// The lines of an object with more properties than a list takes.
+struct LongObject : SRead {
+    char* ReadLine() override {
+        std::snprintf(m_achLine, sizeof m_achLine, m_iLine ? "%d=" : "m_b2PropertyCount=65530", m_iLine);
+        ++m_iLine;
+        return m_achLine;
+    }
+
+    char m_achLine[64];
+    int m_iLine = 0;
+};
+
+struct Recorder : ESerialize {};
+struct Replay : EDeserialize {};
+
+struct Receiver : EObject {
+    int DataArrived(QObject* pObject, Byte2Type) override {
+        return pObject->m_cProperties.GetProperty(Key::Count, &m_iCount, 0, Section::Standard);
+    }
+
+    int m_iCount = 0;
+};
+
+void SendBlock() {
+    unsigned char abSent[] = {1, 2, 250};
+    unsigned char abReceived[sizeof abSent] = {};
+    {
+        Writer cWriter;
+        cWriter.SetFile(fwfopen(File, Text("w")));
+        cWriter.SerializeBlock(Text("key"), abSent, sizeof abSent);
+        Claim(cWriter.m_b4Written == 9, "a block passes through the stream");
+    }
+    Reader cReader;
+    Claim(cReader.DeserializeBlock(abReceived, sizeof abReceived) &&
+              std::equal(abSent, abSent + sizeof abSent, abReceived),
+          "a block comes back");
+}
+
+void Record(int iStrict) {
+    Recorder cRecorder;
+    cRecorder.m_cProperties.SetProperty(Key::Filename, Text("/dev/null"), Section::Standard);
+    cRecorder.m_cProperties.SetProperty(Key::Strict, iStrict, Section::Standard);
+    Claim(cRecorder.Initialize() == 1, "a recorder begins");
+    delete cRecorder.m_pWriter;
+    cRecorder.m_pWriter = new Writer;
+    cRecorder.m_pWriter->SetFile(fwfopen(File, Text("w")));
+    QObject cObject;
+    cObject.m_cProperties.SetProperty(Key::Count, 7, Section::Standard);
+    Claim(cRecorder.DataArrived(&cObject, 0) == 1, "an object passes into the program's stream");
+}
+
+void ReplayWhatWasRecorded(FRAMEWORK& cFramework, int iStrict) {
+    Replay cReplay;
+    Receiver cReceiver;
+    SINKPAD cPad(&cReceiver, 0);
+    cReplay.m_pFramework = &cFramework;
+    cReplay.m_cProperties.SetProperty(Key::Filename, File, Section::Standard);
+    cReplay.m_cProperties.SetProperty(Key::Strict, iStrict, Section::Standard);
+    Claim(cReplay.Initialize() == 1, "a replay begins");
+    delete cReplay.m_pReader;
+    cReplay.m_pReader = new Reader;
+    cReplay.GetSourcePad(0)->m_pSinkPad = &cPad;
+    Claim(cReplay.Run() == 1 && cReceiver.m_iCount == 7, "an object comes from the program's stream");
+    Claim(cReplay.Run() == 0, "the stream ends");
+}
+
+} // namespace
+
+int main() {
+    FRAMEWORK cFramework;
+    Claim(cFramework.AddPlugin(Text("libfwlib.so")) == 1, "the library is found");
+    SendBlock();
+    for (int iStrict = 0; iStrict < 2; ++iStrict) {
+        Record(iStrict);
+        ReplayWhatWasRecorded(cFramework, iStrict);
+    }
+    LongObject cLines;
+    QObject cObject;
+    cObject.Deserialize(&cLines);
+    Claim(cObject.m_cProperties.m_b2PropertyCount == 65520, "a list takes what it can hold");
+    // By reference, for which a C++ before inline variables needs the definition.
+    Claim(std::max(SFileRead::FileNameSize, std::max(SFileWrite::FileNameSize, MFColorTable::FileNameSize)) <
+              std::max(Byte4Type{1}, SFileRead::LineBufferSize),
+          "a line is longer than a name");
+}
