@@ -57,7 +57,8 @@ Exit status:
   1         no whole object is at the begin of the stream, or it could not be read, or standard output not be written
   2         wrong usage
   3         the stream is damaged behind whole objects: they are shown, and standard error tells where
-  130, 143  ended by SIGINT or SIGTERM
+  129, 130, 143
+            ended by SIGHUP, SIGINT or SIGTERM
 )";
 
 bool Holds(const ObjectScan& cScan, const std::string& cCondition) {

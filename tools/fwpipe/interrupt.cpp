@@ -1,34 +1,67 @@
 // SPDX-License-Identifier: MIT
 #include "interrupt.h"
 
+#include <cerrno>
 #include <csignal>
+#include <ctime>
 
 namespace FwPipe {
 
 namespace {
 
-constexpr int Signals[] = {SIGINT, SIGTERM};
+constexpr int Signals[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr long Repetition = 100'000'000; // nanoseconds
+constexpr long Second = 1'000'000'000;
 
 volatile std::sig_atomic_t iInterrupt = 0;
+struct timespec First; // when it came
+
+bool Repeated() {
+    struct timespec Now = {};
+    clock_gettime(CLOCK_MONOTONIC, &Now);
+    const std::time_t iSeconds = Now.tv_sec - First.tv_sec;
+    return iSeconds <= 1 && static_cast<long>(iSeconds) * Second + Now.tv_nsec - First.tv_nsec < Repetition;
+}
+
+void End(int iSignal) {
+    std::signal(iSignal, SIG_DFL);
+    std::raise(iSignal); // comes when the handler returns
+}
 
 void Remember(int iSignal) {
-    iInterrupt = iSignal;
-    for (const int iOther : Signals) {
-        std::signal(iOther, SIG_DFL);
+    const int iErrno = errno;
+    if (!iInterrupt) {
+        clock_gettime(CLOCK_MONOTONIC, &First);
+        iInterrupt = iSignal;
+    } else if (!Repeated()) {
+        End(iSignal);
     }
+    errno = iErrno;
+}
+
+void Handle(int iSignal, void (*pHandler)(int)) {
+    struct sigaction Action = {};
+    Action.sa_handler = pHandler;
+    Action.sa_flags = 0; // no SA_RESTART: a read that waits must end
+    for (const int iOther : Signals) {
+        sigaddset(&Action.sa_mask, iOther);
+    }
+    sigaction(iSignal, &Action, nullptr);
+}
+
+void (*Handler(int iSignal))(int) {
+    struct sigaction Action = {};
+    sigaction(iSignal, nullptr, &Action);
+    return Action.sa_handler;
 }
 
 } // namespace
 
 void CatchInterrupts() {
-    struct sigaction Action = {};
-    Action.sa_handler = Remember;
-    Action.sa_flags = 0; // no SA_RESTART: a read that waits must end
     for (const int iSignal : Signals) {
-        sigaddset(&Action.sa_mask, iSignal);
-    }
-    for (const int iSignal : Signals) {
-        sigaction(iSignal, &Action, nullptr);
+        if (iSignal != SIGHUP || Handler(iSignal) != SIG_IGN) {
+            Handle(iSignal, Remember);
+        }
     }
 }
 

@@ -51,7 +51,8 @@ Exit status:
             --in-place --force emptied the file; or only the report of it could not be written
   2         wrong usage
   3         the whole objects are kept, and something was cut
-  130, 143  ended by SIGINT or SIGTERM; nothing was changed
+  129, 130, 143
+            ended by SIGHUP, SIGINT or SIGTERM; nothing was changed
 )";
 
 int Refuse(const std::string& cComplaint) {

@@ -56,7 +56,8 @@ Exit status:
             its data, a recorder would write a file that another element uses, or standard output could not be
             written
   2         wrong usage
-  130, 143  ended by SIGINT or SIGTERM: a loop ends after the current run, a second signal ends it at once
+  129, 130, 143
+            ended by SIGHUP, SIGINT or SIGTERM: a loop ends after the current run, a second signal ends it at once
 )";
 
 int Build(Options& cOptions, VESK::EPipeline& cPipeline) {
