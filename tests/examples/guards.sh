@@ -114,6 +114,21 @@ END
     check 1 '*' 'fwpipe: "second" would write recording, which "replay" uses *' run outer.pipe
     pipe readers "${replaying[@]/file/recording}" "${replay[@]:0:1}" 'property Filename recording'
     check 0 '*' '' run --repeat 2 readers.pipe
+    # With leave, and what is there is kept unless its recorder says otherwise.
+    cp kept recording
+    pair EDeserialize recording hard
+    check 0 '*' '' run --shared-files pair.pipe
+    [[ $(grep -c Count recording) != 0 ]] || fail "not shared"
+    cp kept recording
+    pair ESerialize recording other
+    check 1 '*' '*Unable to open recording: File exists*' run --keep pair.pipe
+    cmp kept recording || fail "not kept"
+    rm -f other
+    pipe own "${produce[@]}" 'element ESerialize' 'property Name first' 'property Filename recording' \
+        'property Existing replace' 'connect counter 0 first 0'
+    check 0 '*' '' run --keep own.pipe
+    ! cmp -s kept recording || fail "kept against its property"
+    cp kept recording
     pipe standard 'element EDeserialize' 'property Name replay' 'element ESerialize' 'property Name record' \
         'connect replay 0 record 0' 'sink replay'
     # shellcheck disable=SC2094 # it is what is tested
