@@ -141,4 +141,13 @@ output() {
         { sleep 0.1 && "$fwpipe" "${arguments[@]}" 2>err; } | true
         [[ ${PIPESTATUS[0]} == 1 && $(<err) == *"${message}Broken pipe" ]] || fail "${arguments[*]} | true"
     done
+    # Where both streams go to one file or pipe, their lines stand in the order they were printed.
+    pipe mixed "${produce[@]}" 'element ETee' 'property Name tee' "${print[@]}" 'element EPassthrough' \
+        'property Name loose' 'connect counter 0 tee 0' 'connect tee 0 printer 0' 'connect tee 1 loose 0'
+    "$fwpipe" run --quiet mixed.pipe >log 2>&1
+    "$fwpipe" run --quiet mixed.pipe 2>&1 | cat >piped
+    for arguments in log piped; do
+        [[ $(grep -c broken "$arguments") == 1000 && $(head -n 2000 "$arguments" | cut -c 1-5 | uniq | wc -l) == 2000 ]] ||
+            fail "lines out of order: $arguments"
+    done
 }

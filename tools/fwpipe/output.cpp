@@ -7,6 +7,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace FwPipe {
@@ -27,6 +28,15 @@ bool Remember() {
     return false;
 }
 
+// Whether both standard streams go to one file, in which their lines have to stand in the order they were printed. A
+// device keeps none.
+bool SharesErrors() {
+    struct stat Output = {};
+    struct stat Errors = {};
+    return fstat(STDOUT_FILENO, &Output) == 0 && fstat(STDERR_FILENO, &Errors) == 0 &&
+           Output.st_dev == Errors.st_dev && Output.st_ino == Errors.st_ino && !S_ISCHR(Output.st_mode);
+}
+
 } // namespace
 
 void PrepareStreams() {
@@ -41,6 +51,8 @@ void PrepareStreams() {
     if (isatty(STDOUT_FILENO)) {
         // The stream would decide this at its first line, which may be one that is held back.
         std::setvbuf(stdout, achLines, _IOLBF, sizeof achLines);
+    } else if (SharesErrors()) {
+        std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
     }
 }
 

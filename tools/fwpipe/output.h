@@ -10,7 +10,7 @@ namespace FwPipe {
 
 // Prepares the standard streams, before anything else: a closed pipe becomes an error of the stream instead
 // of a signal, and a stream that was closed at the start is occupied, so that no file the pipeline opens
-// takes its place and receives what is printed.
+// takes its place and receives what is printed. Where both go to one file, lines are written as they are printed.
 void PrepareStreams();
 
 // Prints the text; sends on what was printed. False once standard output fails, for which OutputArrived then tells the
