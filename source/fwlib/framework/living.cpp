@@ -12,8 +12,8 @@ namespace VESK {
 namespace {
 
 pthread_mutex_t Lock = PTHREAD_MUTEX_INITIALIZER;
-const FRAMEWORK** ppLiving =
-    nullptr; // owned while there are any; the array has their size exactly: they are few
+// Owned while there are any. The array has their size exactly: they are few.
+const FRAMEWORK** ppLiving = nullptr;
 std::size_t uLiving = 0;
 
 } // namespace

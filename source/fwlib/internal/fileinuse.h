@@ -18,9 +18,8 @@ public:
     FileInUse& operator=(const FileInUse&) = delete;
     ~FileInUse() { Note(nullptr); }
 
-    void
-    Note(char*
-             pFile); // the handle in place of the one before; null and what is no regular file are not listed
+    // Lists the handle in place of the one before; null and what is no regular file are not listed.
+    void Note(char* pFile);
 
     // Opens the file, emptied unless it is opened with "r+", and notes it. Null with errno as fopen leaves it, or,
     // when an element of the process has the file open and it is not to be shared, with errno 0.

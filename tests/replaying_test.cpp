@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+// EDeserialize on files, pipes and streams that a host gives it.
+#include "support/capture.h"
+#include "support/stage.h"
+#include "support/support.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+using namespace VESK;
+
+namespace {
+
+std::string Runs(EDeserialize& player) {
+    return Told([&] { return player.Run(); });
+}
+
+TEST(Replaying, PlayersHaveTheirStreamsFromInitializeOrFromTheHost) {
+    const Scratch scratch;
+    const std::string path = scratch.Write("objects", Object);
+    FRAMEWORK framework;
+    EDeserialize element;
+    EXPECT_EQ(element.Run(), 0); // and nobody to tell it to
+    element.m_pFramework = &framework;
+    EXPECT_EQ(Runs(element), "0 ! ERROR: EDeserialize - [No Element Name]: Run(): not initialized\n");
+    framework.AddPlugin(Text("libfwlib.so"));
+    element.m_pReader = new SFileRead(Text(path.c_str()));
+    EXPECT_EQ(Runs(element) + Runs(element), "0 0 "); // no pad, and then no object
+    element.m_pFramework = nullptr;
+    delete element.m_pReader;
+    element.m_pReader = new SFileRead(Text(path.c_str()));
+    EXPECT_EQ(element.Run(), 0); // no type is known without a framework
+}
+
+TEST(Replaying, AReadThatFailsIsToldAlsoWithoutAReason) {
+    cookie_io_functions_t calls = {};
+    calls.read = [](void*, char*, std::size_t) -> ssize_t { return -1; };
+    for (const char* const strict : BothWays) {
+        Deck<EDeserialize> player("", strict);
+        player.element.m_pReader->SetFile(reinterpret_cast<char*>(fopencookie(nullptr, "r", calls)));
+        EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no whole object at byte 0 of "
+                                        "a stream of the host: Input/output error\n");
+    }
+}
+
+// Also within a line: the object comes whole once the rest has arrived.
+TEST(Replaying, WhatHasNotArrivedYetIsTriedAgain) {
+    for (const char* const strict : BothWays) {
+        int ends[2];
+        ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+        Deck<EDeserialize> player("", strict);
+        Probe sink("sink");
+        sink.AddSinkPad(new SINKPAD(&sink, Byte2Type{0}));
+        player.element.GetSourcePad(0)->m_pSinkPad = sink.GetSinkPad(0);
+        player.element.m_pReader->SetFile(reinterpret_cast<char*>(fdopen(ends[0], "r")));
+        for (int object = 0; object < 2; ++object) {
+            for (std::size_t cut = 0; cut < Object.size(); cut += 7) {
+                EXPECT_EQ(Runs(player.element), "0 ");
+                const std::string part = Object.substr(cut, 7);
+                ASSERT_EQ(write(ends[1], part.data(), part.size()), static_cast<ssize_t>(part.size()));
+            }
+            EXPECT_EQ(Runs(player.element)[0], '1');
+        }
+        EXPECT_EQ(Runs(player.element), "0 ");
+        close(ends[1]);
+        EXPECT_EQ(Runs(player.element), "0 ");
+    }
+}
+
+TEST(Replaying, AHostMayReadOnBehindAnObject) {
+    const Scratch scratch;
+    const std::string path = scratch.Write("objects", Object + "own\nlast");
+    Deck<EDeserialize> player(path, "1");
+    SFileRead& reader = *player.element.m_pReader;
+    EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: SourcePad: No sink pad (broken pipe)\n");
+    EXPECT_STREQ(reader.ReadLine(), "own");
+    EXPECT_EQ(reader.ReadLine(), nullptr);
+    fwfclose(reader.m_pFile);
+    reader.m_pFile = nullptr;
+    EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no whole object at byte 0 of " +
+                                        path + ": its last line is cut\n");
+}
+
+} // namespace
