@@ -68,7 +68,7 @@ for line in open("out", "rb"):
 assert text == open("hostile", "rb").read()
 END
     check 0 $'object 0 at byte 0: Q\x1b\\[2J\n*say "hi" \\\\ \xc2\x9bm\x7f\n*' '' dump --raw hostile
-    script -qec "'$fwpipe' dump $'missing\e[2J'" /dev/null </dev/null >terminal
+    script -qec "'$fwpipe' dump 'missing"$'\e'"[2J'" /dev/null </dev/null >terminal
     grep -qF 'cannot read missing\x1b[2J: ' terminal || fail "a message acts on the terminal"
 
     write 10 QObject Count=%d x=a=b >ten
