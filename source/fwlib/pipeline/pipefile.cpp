@@ -25,16 +25,9 @@ struct Build {
     BuildForm Form;
     Byte2Type b2ReadConfig;
     char* pchConfigFile;
-
-    int File(EPipeline& cOther, char* pchPath) const {
-        return Form == PlainForm ? cOther.BuildPipe(pchPath)
-                                 : cOther.BuildPipe(pchPath, b2ReadConfig, pchConfigFile);
-    }
-    int Line(char** ppchTokens) const {
-        return Form == PlainForm ? cPipeline.ProcessTokens(ppchTokens)
-                                 : cPipeline.ProcessTokens(ppchTokens, b2ReadConfig, pchConfigFile);
-    }
 };
+
+int BuildFile(const Build& cBuild, char* pchPath);
 
 Byte2Type PadNumber(char* pchText) {
     return static_cast<Byte2Type>(fwatoi(pchText));
@@ -83,7 +76,8 @@ int PipeLine(const Build& cBuild, char** ppchArguments) {
     if (pInner) {
         pInner->m_pFramework = cBuild.cPipeline.m_pFramework;
     }
-    if (!pInner || !cBuild.File(*pInner, ppchArguments[0])) {
+    if (!pInner ||
+        !BuildFile({*pInner, cBuild.Form, cBuild.b2ReadConfig, cBuild.pchConfigFile}, ppchArguments[0])) {
         delete pInner;
         std::fprintf(stderr, "Could not build pipe %s\n", ppchArguments[0]);
         return 0;
@@ -236,7 +230,7 @@ int ExecuteFile(const Build& cBuild, char* pFile, const char* pchPath) {
             achLine[--uLength] = '\0';
         }
         SplitLine(achLine, apchTokens);
-        if (apchTokens[0] && apchTokens[0][0] != '#' && !cBuild.Line(apchTokens)) {
+        if (apchTokens[0] && apchTokens[0][0] != '#' && !ExecuteLine(cBuild, apchTokens)) {
             return 0;
         }
     }
