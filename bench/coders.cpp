@@ -4,7 +4,7 @@
 #include "rows.h"
 
 #include <fwlib/fwlib.h>
-#include <fwlib/internal/asciize.h>
+#include <fwlib/streams/asciize.h>
 
 #include <cstring>
 #include <memory>

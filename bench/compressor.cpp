@@ -3,7 +3,7 @@
 #include "rows.h"
 
 #include <fwlib/fwlib.h>
-#include <fwlib/internal/suppress.h>
+#include <fwlib/streams/suppress.h>
 
 #include <cstring>
 #include <memory>

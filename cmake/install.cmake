@@ -5,9 +5,7 @@ include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/fwlib)
 set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(DIRECTORY source/fwlib DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-  FILES_MATCHING PATTERN "*.h" PATTERN internal EXCLUDE)
-install(TARGETS fwlib EXPORT fwlib)
+install(TARGETS fwlib EXPORT fwlib FILE_SET HEADERS)
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 if(TARGET fwpipe)

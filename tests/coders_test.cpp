@@ -2,8 +2,8 @@
 // The 3-to-4 coding, its records, and the compressor with its inverse: each coder of the library's against the models
 // of the formats, between fences.
 #include "../fuzz/models.h"
-#include "fwlib/internal/asciize.h"
-#include "fwlib/internal/suppress.h"
+#include "fwlib/streams/asciize.h"
+#include "fwlib/streams/suppress.h"
 #include "support/support.h"
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 #include "../models.h"
 #include "../targets.h"
 
-#include "fwlib/internal/asciize.h"
+#include "fwlib/streams/asciize.h"
 
 void fuzz::Blocks(Input& in) {
     const int count = static_cast<short>(in.Short()) % 4096;

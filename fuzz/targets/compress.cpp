@@ -3,7 +3,7 @@
 // as long as the format says and within its room, and reads back.
 #include "../targets.h"
 
-#include "fwlib/internal/suppress.h"
+#include "fwlib/streams/suppress.h"
 
 #include <algorithm>
 

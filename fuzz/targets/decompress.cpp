@@ -4,7 +4,7 @@
 #include "../models.h"
 #include "../targets.h"
 
-#include "fwlib/internal/suppress.h"
+#include "fwlib/streams/suppress.h"
 
 #include <algorithm>
 

@@ -24,6 +24,7 @@
 #include "fwlib/properties/properties.h"
 #include "fwlib/stdc/stdc/byteorder.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/streams/objectlines.h"
 #include "fwlib/streams/sfileread.h"
 #include "fwlib/streams/sfilewrite.h"
 #include "fwlib/streams/sread.h"

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <fwlib/internal/objectlines.h>
+#include <fwlib/fwlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 

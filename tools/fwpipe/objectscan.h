@@ -5,7 +5,7 @@
 
 #include "linescan.h"
 
-#include <fwlib/internal/objectlines.h>
+#include <fwlib/fwlib.h>
 
 #include <string>
 #include <string_view>

@@ -54,7 +54,7 @@ void Add(Uses& cUses, VESK::EObject& cElement) {
 }
 
 // Reports the first pair of which one must have the file for itself. True when there is none.
-bool Apart(const std::vector<Use>& cUses) {
+bool Compatible(const std::vector<Use>& cUses) {
     for (const Use& cAlone : cUses) {
         if (!cAlone.bAlone) {
             continue;
@@ -85,7 +85,8 @@ bool PrepareRecorders(const RecorderOptions& cOptions, VESK::EPipeline& cPipelin
         Complain("not enough memory for the properties of the recorders");
         return false;
     }
-    return std::all_of(cUses.begin(), cUses.end(), [](const auto& cEntry) { return Apart(cEntry.second); });
+    return std::all_of(cUses.begin(), cUses.end(),
+                       [](const auto& cEntry) { return Compatible(cEntry.second); });
 }
 
 } // namespace FwPipe

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <functional>
-#include <fwlib/internal/objectlines.h>
+#include <fwlib/fwlib.h>
 #include <string_view>
 
 namespace FwPipe {

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/builtin/edeserialize.h"
 
+#include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
 #include "fwlib/elements/qobject.h"
 #include "fwlib/framework/framework.h"
-#include "fwlib/internal/elementwork.h"
 #include "fwlib/internal/handle.h"
-#include "fwlib/internal/objectfiles.h"
 #include "fwlib/internal/texts.h"
+#include "fwlib/streams/objectfiles.h"
 
 #include <cerrno>
 #include <new>
@@ -42,10 +42,7 @@ QObject* CreateNamed(EDeserialize& cElement, char* pchType) {
 
 int Deliver(EDeserialize& cElement, QObject& cObject) {
     if (cElement.m_iDebug != 0) {
-        char achType[TypeTextSize];
-        cObject.m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType, nullptr,
-                                          Section::Standard);
-        cElement.Message(1, "Run(): QObjectType = %s\n", achType);
+        cElement.Message(1, "Run(): QObjectType = %s\n", ObjectTypeText(cObject).achText);
     }
     SOURCEPAD* const pPad = cElement.GetSourcePad(0);
     return pPad ? pPad->Push(&cObject) : 0;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/builtin/edevnull.h"
 
+#include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/qobject.h"
-#include "fwlib/internal/elementwork.h"
 #include "fwlib/internal/texts.h"
 
 namespace VESK {
@@ -23,10 +23,8 @@ int EDevNull::DataArrived(QObject* pObject, Byte2Type b2Index) {
         return ReportNullObject(*this, b2Index);
     }
     if (m_iDebug != 0) {
-        char achType[TypeTextSize];
-        pObject->m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType,
-                                           Text("[No QObject Type]"), Section::Standard);
-        Message(1, "DataArrived(%d): QObjectType = %s\n", b2Index, achType);
+        Message(1, "DataArrived(%d): QObjectType = %s\n", b2Index,
+                ObjectTypeText(*pObject, "[No QObject Type]").achText);
     }
     return 1;
 }

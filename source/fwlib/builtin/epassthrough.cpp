@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/builtin/epassthrough.h"
 
+#include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
 #include "fwlib/elements/qobject.h"
-#include "fwlib/internal/elementwork.h"
 #include "fwlib/internal/texts.h"
 
 #include <cstdio>
@@ -18,23 +18,21 @@ int Deliver(EPassthrough& cElement, QObject* pObject) {
 
 // The names as they are at this moment: what is downstream may change the object's.
 struct Trace {
-    Trace(EPassthrough& cElement, QObject& cObject) {
+    Trace(EPassthrough& cElement, QObject& cObject) : cType(cObject) {
         cElement.m_cProperties.GetProperty(Key::Name, achName, sizeof achName, nullptr, Section::Standard);
-        cObject.m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType, nullptr,
-                                          Section::Standard);
     }
 
     char achName[TypeTextSize];
-    char achType[TypeTextSize];
+    const ObjectTypeText cType;
 };
 
 // A delivery with its two trace lines, kept out of the way of those without.
 __attribute__((cold, noinline)) int DeliverTraced(EPassthrough& cElement, QObject& cObject) {
     const Trace cBefore(cElement, cObject);
-    std::printf("EPassthrough::%s: %s\n", cBefore.achName, cBefore.achType);
+    std::printf("EPassthrough::%s: %s\n", cBefore.achName, cBefore.cType.achText);
     const int iAnswer = Deliver(cElement, &cObject);
     const Trace cAfter(cElement, cObject);
-    std::printf("EPassthrough::%s: %s, rv=%d\n", cAfter.achName, cAfter.achType, iAnswer);
+    std::printf("EPassthrough::%s: %s, rv=%d\n", cAfter.achName, cAfter.cType.achText, iAnswer);
     return iAnswer;
 }
 

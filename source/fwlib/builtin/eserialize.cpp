@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/builtin/eserialize.h"
 
+#include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
 #include "fwlib/elements/qobject.h"
 #include "fwlib/framework/framework.h"
-#include "fwlib/internal/elementwork.h"
-#include "fwlib/internal/list.h"
-#include "fwlib/internal/living.h"
-#include "fwlib/internal/objectfiles.h"
+#include "fwlib/framework/living.h"
 #include "fwlib/internal/texts.h"
+#include "fwlib/properties/list.h"
+#include "fwlib/streams/objectfiles.h"
 
 #include <new>
 
@@ -16,14 +16,9 @@ namespace VESK {
 
 namespace {
 
-struct TypeText {
-    explicit TypeText(QObject& cObject) {
-        cObject.m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType,
-                                          Text("[No QObject Type]"), Section::Standard);
-    }
-
-    char achType[TypeTextSize];
-};
+ObjectTypeText TypeText(QObject& cObject) {
+    return ObjectTypeText(cObject, "[No QObject Type]");
+}
 
 // The writer that Initialize made; a host may have put one of its own in its place.
 ObjectFileWrite* OwnWriter(ESerialize& cElement) {
@@ -41,9 +36,9 @@ void ReportLost(ESerialize& cElement, ObjectFileWrite& cWriter) {
 void ReportLoss(ESerialize& cElement, QObject& cObject, ObjectFileWrite& cWriter, int iStored) {
     if (iStored) {
         ReportLost(cElement, cWriter);
-    } else if (cWriter.ReportOnce()) {
+    } else if (cWriter.ClaimReport()) {
         cElement.ErrorMessage("Unable to store an object in %s: %s: QObjectType = %s\n", cWriter.ShownName(),
-                              std::strerror(cWriter.Reason()), TypeText(cObject).achType);
+                              std::strerror(cWriter.Reason()), TypeText(cObject).achText);
     }
 }
 
@@ -67,19 +62,19 @@ int Store(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
     const bool bStrict = bOwn && pWriter->IsStrict();
     if (bStrict && !ReadsBack(cObject.m_cProperties)) {
         cElement.ErrorMessage("DataArrived(%d): a line cannot hold a key or value: QObjectType = %s\n",
-                              b2Index, TypeText(cObject).achType);
+                              b2Index, TypeText(cObject).achText);
         return 0;
     }
     int iStored;
     const int iSerialized = Serialize(cElement, cObject, pWriter, iStored);
     if (!iSerialized) {
         cElement.ErrorMessage("DataArrived(%d): QObject failed to serialize: QObjectType = %s\n", b2Index,
-                              TypeText(cObject).achType);
+                              TypeText(cObject).achText);
         return 0;
     }
     if (bOwn && !pWriter) {
         cElement.ErrorMessage("DataArrived(%d): m_pWriter was exchanged within an object: QObjectType = %s\n",
-                              b2Index, TypeText(cObject).achType);
+                              b2Index, TypeText(cObject).achText);
     } else if (pWriter) {
         ReportLoss(cElement, cObject, *pWriter, iStored);
     }
@@ -91,7 +86,7 @@ void EndRecording(ESerialize& cElement) {
     ObjectFileWrite* const pWriter = OwnWriter(cElement);
     if (pWriter) {
         const char* const pchName = pWriter->ShownName();
-        if (!pWriter->Close() && pWriter->ReportOnce()) {
+        if (!pWriter->Close() && pWriter->ClaimReport()) {
             cElement.ErrorMessage("Unable to store all objects in %s: %s\n", pchName,
                                   std::strerror(pWriter->Reason()));
         }
@@ -165,7 +160,7 @@ int ESerialize::DataArrived(QObject* pObject, Byte2Type b2Index) {
         return 0;
     }
     if (m_iDebug != 0) {
-        Message(1, "DataArrived(%d): QObjectType = %s\n", b2Index, TypeText(*pObject).achType);
+        Message(1, "DataArrived(%d): QObjectType = %s\n", b2Index, TypeText(*pObject).achText);
     }
     const int iStored = Store(*this, *pObject, b2Index);
     return iStored && m_b2Passthrough > 0 ? PassOn(*this, *pObject, b2Index) : iStored;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/builtin/esink.h"
 
+#include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/qobject.h"
-#include "fwlib/internal/elementwork.h"
 #include "fwlib/internal/texts.h"
 
 #include <cstdio>
@@ -23,9 +23,7 @@ int ESink::DataArrived(QObject* pObject, Byte2Type b2Index) {
     if (!pObject) {
         return ReportNullObject(*this, b2Index);
     }
-    char achType[TypeTextSize];
-    pObject->m_cProperties.GetProperty(Key::QObjectType, achType, sizeof achType, nullptr, Section::Standard);
-    std::printf("ESink::DataArrived: %s\n", achType);
+    std::printf("ESink::DataArrived: %s\n", ObjectTypeText(*pObject).achText);
     return 1;
 }
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/builtin/esource.h"
 
+#include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
 #include "fwlib/elements/qobject.h"
-#include "fwlib/internal/elementwork.h"
 #include "fwlib/text.h"
 
 namespace VESK {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/builtin/etee.h"
 
+#include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
-#include "fwlib/internal/elementwork.h"
 #include "fwlib/text.h"
 
 namespace VESK {

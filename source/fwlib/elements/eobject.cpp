@@ -2,10 +2,10 @@
 #include "fwlib/elements/eobject.h"
 
 #include "fwlib/elements/pad.h"
+#include "fwlib/elements/watch.h"
 #include "fwlib/framework/framework.h"
 #include "fwlib/internal/currentelement.h"
 #include "fwlib/internal/growth.h"
-#include "fwlib/internal/watch.h"
 #include "fwlib/text.h"
 
 #include <cstdarg>

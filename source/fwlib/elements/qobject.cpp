@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/elements/qobject.h"
 
-#include "fwlib/internal/list.h"
-#include "fwlib/internal/watch.h"
+#include "fwlib/elements/watch.h"
+#include "fwlib/properties/list.h"
 #include "fwlib/text.h"
 
 #include <new>

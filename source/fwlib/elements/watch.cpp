@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "fwlib/internal/watch.h"
+#include "fwlib/elements/watch.h"
 
 #ifdef FWLIB_WATCH
 

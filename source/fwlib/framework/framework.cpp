@@ -2,13 +2,13 @@
 #include "fwlib/framework/framework.h"
 
 #include "fwlib/elements/eobject.h"
+#include "fwlib/elements/watch.h"
 #include "fwlib/framework/factory.h"
+#include "fwlib/framework/guarded.h"
+#include "fwlib/framework/living.h"
 #include "fwlib/framework/plugin.h"
 #include "fwlib/internal/growth.h"
-#include "fwlib/internal/guarded.h"
-#include "fwlib/internal/living.h"
 #include "fwlib/internal/texts.h"
-#include "fwlib/internal/watch.h"
 
 #include <cstdio>
 #include <new>

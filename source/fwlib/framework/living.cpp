@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "fwlib/internal/living.h"
+#include "fwlib/framework/living.h"
 
 #include "fwlib/internal/lock.h"
 

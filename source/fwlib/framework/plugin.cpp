@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/framework/plugin.h"
 
+#include "fwlib/elements/watch.h"
 #include "fwlib/framework/entry.h"
 #include "fwlib/framework/factory.h"
-#include "fwlib/internal/guarded.h"
+#include "fwlib/framework/guarded.h"
 #include "fwlib/internal/texts.h"
-#include "fwlib/internal/watch.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 #include <cstdio>

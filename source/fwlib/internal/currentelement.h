@@ -8,13 +8,12 @@
 #ifndef FWLIB_INTERNAL_CURRENTELEMENT_H
 #define FWLIB_INTERNAL_CURRENTELEMENT_H
 
+#include "fwlib/internal/hidden.h"
 #include "fwlib/types.h"
 
 #include <atomic>
 
-#pragma GCC visibility push(hidden) // so that calls need no procedure table, whose register costs 32-bit code
-
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 enum BuildForm { PlainForm, ConfiguredForm, BuildForms }; // without and with a configuration file
 
@@ -67,7 +66,5 @@ inline void ForgetElement(const EObject* pElement) {
 }
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

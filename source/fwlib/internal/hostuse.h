@@ -4,9 +4,9 @@
 #ifndef FWLIB_INTERNAL_HOSTUSE_H
 #define FWLIB_INTERNAL_HOSTUSE_H
 
-#pragma GCC visibility push(hidden) // so that calls need no procedure table, whose register costs 32-bit code
+#include "fwlib/internal/hidden.h"
 
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 class ObjectFileWrite;
 
@@ -41,7 +41,5 @@ inline void BeforeHostUse(char* pFile) {
 }
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

@@ -3,11 +3,11 @@
 #ifndef FWLIB_INTERNAL_LOCK_H
 #define FWLIB_INTERNAL_LOCK_H
 
+#include "fwlib/internal/hidden.h"
+
 #include <pthread.h>
 
-#pragma GCC visibility push(hidden)
-
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 // Holds the lock while it exists.
 class Locked {
@@ -22,7 +22,5 @@ private:
 };
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

@@ -4,7 +4,7 @@
 #include "fwlib/elements/pad.h"
 #include "fwlib/internal/currentelement.h"
 #include "fwlib/internal/growth.h"
-#include "fwlib/internal/nameindex.h"
+#include "fwlib/pipeline/nameindex.h"
 
 #include <cstdio>
 #include <new>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "fwlib/internal/nameindex.h"
+#include "fwlib/pipeline/nameindex.h"
 
 #include "fwlib/internal/growth.h"
-#include "fwlib/internal/list.h"
+#include "fwlib/properties/list.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 #include <atomic>
@@ -48,8 +48,8 @@ public:
             return -1; // for one name a walk is faster
         }
         m_iSeen = cPipeline.m_iElementCount;
-        TakeIn(cPipeline);
-        const Slot* const pSlot = Known(cPipeline, HashOf(cName.Begin(), cName.Length()), cName);
+        IndexNew(cPipeline);
+        const Slot* const pSlot = FindSlot(cPipeline, HashOf(cName.Begin(), cName.Length()), cName);
         return pSlot ? static_cast<int>(pSlot->b4Place) - 1 : -1;
     }
     void Adding(const EPipeline& cPipeline) {
@@ -72,7 +72,7 @@ public:
 private:
     Slot& At(Byte4Type b4) const { return m_pSlots[b4 & (m_b4Slots - 1)]; }
 
-    Slot* Known(const EPipeline& cPipeline, Byte4Type b4Hash, const SoughtText& cName) const {
+    Slot* FindSlot(const EPipeline& cPipeline, Byte4Type b4Hash, const SoughtText& cName) const {
         for (Byte4Type b4 = b4Hash; m_b4Slots > 0 && At(b4).b4Place > 0; ++b4) {
             const auto iPlace = static_cast<int>(At(b4).b4Place) - 1;
             if (At(b4).b4Hash == b4Hash &&
@@ -84,7 +84,7 @@ private:
     }
 
     // What got its name since, and what was added.
-    void TakeIn(const EPipeline& cPipeline) {
+    void IndexNew(const EPipeline& cPipeline) {
         Byte2Type b2Left = 0;
         for (Byte4Type b4 = 0; b4 < m_b2Unnamed; ++b4) {
             if (!Enter(cPipeline, m_piUnnamed[b4])) {
@@ -108,11 +108,11 @@ private:
         }
         const SoughtText cName(pchName, strnlen(pchName, NameTextSize - 1));
         const Slot cSlot = {HashOf(cName.Begin(), cName.Length()), static_cast<Byte4Type>(iPlace) + 1};
-        Slot* const pKnown = Known(cPipeline, cSlot.b4Hash, cName);
-        if (!pKnown) {
+        Slot* const pFound = FindSlot(cPipeline, cSlot.b4Hash, cName);
+        if (!pFound) {
             Put(cSlot);
-        } else if (pKnown->b4Place > cSlot.b4Place) {
-            *pKnown = cSlot;
+        } else if (pFound->b4Place > cSlot.b4Place) {
+            *pFound = cSlot;
         }
         return true;
     }
@@ -158,21 +158,21 @@ private:
 NameIndex cIndex;
 
 // Pipelines may live on threads of their own, each of which can do without the index.
-class Turn {
+class IndexLock {
 public:
-    Turn() : m_bMine(!TryAgain.test_and_set(std::memory_order_acquire)) {}
-    ~Turn() {
-        if (m_bMine) {
-            TryAgain.clear(std::memory_order_release);
+    IndexLock() : m_bHeld(!Taken.test_and_set(std::memory_order_acquire)) {}
+    ~IndexLock() {
+        if (m_bHeld) {
+            Taken.clear(std::memory_order_release);
         }
     }
-    Turn(const Turn&) = delete;
-    Turn& operator=(const Turn&) = delete;
-    bool IsMine() const { return m_bMine; }
+    IndexLock(const IndexLock&) = delete;
+    IndexLock& operator=(const IndexLock&) = delete;
+    bool Held() const { return m_bHeld; }
 
 private:
-    static inline std::atomic_flag TryAgain = ATOMIC_FLAG_INIT;
-    const bool m_bMine;
+    static inline std::atomic_flag Taken = ATOMIC_FLAG_INIT;
+    const bool m_bHeld;
 };
 
 // -1 when a walk has to tell.
@@ -180,8 +180,8 @@ int FindIndexed(const EPipeline& cPipeline, const SoughtText& cName) {
     if (cPipeline.m_iElementCount < LeastElements) {
         return -1;
     }
-    const Turn cTurn;
-    return cTurn.IsMine() ? cIndex.Find(cPipeline, cName) : -1;
+    const IndexLock cLock;
+    return cLock.Held() ? cIndex.Find(cPipeline, cName) : -1;
 }
 
 } // namespace
@@ -201,8 +201,8 @@ int FindNamed(const EPipeline& cPipeline, const SoughtText& cName) {
 }
 
 void TellIndexOfAdding(const EPipeline& cPipeline) {
-    const Turn cTurn;
-    if (cTurn.IsMine()) {
+    const IndexLock cLock;
+    if (cLock.Held()) {
         cIndex.Adding(cPipeline);
     } else {
         NameChanges.fetch_add(1, std::memory_order_relaxed);
@@ -210,8 +210,8 @@ void TellIndexOfAdding(const EPipeline& cPipeline) {
 }
 
 void ForgetIndex(const EPipeline& cPipeline) {
-    const Turn cTurn;
-    if (!cTurn.IsMine()) {
+    const IndexLock cLock;
+    if (!cLock.Held()) {
         // To wait for the turn could last for ever, after a fork for one.
         NameChanges.fetch_add(1, std::memory_order_relaxed);
     } else if (cIndex.IsOf(cPipeline)) {

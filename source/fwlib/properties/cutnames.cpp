@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "fwlib/internal/cutnames.h"
+#include "fwlib/properties/cutnames.h"
 
 #include "fwlib/internal/texts.h"
 

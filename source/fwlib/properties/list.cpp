@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // How entries get into a list.
-#include "fwlib/internal/list.h"
+#include "fwlib/properties/list.h"
 
 #include "fwlib/internal/growth.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/properties/properties.h"
 
-#include "fwlib/internal/list.h"
 #include "fwlib/internal/texts.h"
+#include "fwlib/properties/list.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 #include <cstdio>

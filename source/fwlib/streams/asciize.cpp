@@ -3,7 +3,7 @@
 // lane's bytes by two masks and one shift; a space added to each makes them characters. The same arithmetic runs
 // in a register of the machine (one lane, or two in 64 bits) and in a wide one (eight lanes); which, the processor is
 // asked.
-#include "fwlib/internal/asciize.h"
+#include "fwlib/streams/asciize.h"
 
 #include <cstdint>
 #include <cstring>
@@ -23,7 +23,7 @@ constexpr std::uint32_t Beyond = 0xC0C0C0C0;
 constexpr int Shift = 6;
 
 // One byte and group at a time: for the ends, and for characters outside the range, which are not refused.
-void EncodeSlowly(Byte* pText, const Byte* pData, std::size_t uGroups) {
+void EncodeBytes(Byte* pText, const Byte* pData, std::size_t uGroups) {
     for (; uGroups > 0; --uGroups, pText += GroupCharacters, pData += GroupBytes) {
         pText[0] = static_cast<Byte>((pData[0] & 0x3F) + ' ');
         pText[1] = static_cast<Byte>(((pData[1] & 0x0F) | (pData[0] & 0xC0) >> 2) + ' ');
@@ -32,7 +32,7 @@ void EncodeSlowly(Byte* pText, const Byte* pData, std::size_t uGroups) {
     }
 }
 
-void DecodeSlowly(Byte* pData, const Byte* pText, std::size_t uGroups) {
+void DecodeBytes(Byte* pData, const Byte* pText, std::size_t uGroups) {
     for (; uGroups > 0; --uGroups, pText += GroupCharacters, pData += GroupBytes) {
         const int i0 = pText[0] - ' ';
         const int i1 = pText[1] - ' ';
@@ -56,20 +56,20 @@ constexpr Word InLanes(std::uint32_t uValue) {
 
 // A word holds a group a lane; in 64 bits, two groups that lie side by side are first drawn apart, and at last
 // pushed together.
-constexpr Word Apart(Word uGroups) {
+constexpr Word BytesToLanes(Word uGroups) {
     return Lanes == 1 ? uGroups : (uGroups & 0xFFFFFF) | (uGroups << 8 & static_cast<Word>(0xFFFFFF00000000));
 }
-constexpr Word Together(Word uGroups) {
+constexpr Word LanesToBytes(Word uGroups) {
     return Lanes == 1 ? uGroups : (uGroups & 0xFFFFFF) | (uGroups >> 8 & static_cast<Word>(0xFFFFFF000000));
 }
 
 // A word is read or written whole, a byte or two beyond its groups, so the last groups are left to the slow way.
-void EncodePlainly(Byte* pText, const Byte* pData, std::size_t uGroups) {
+void EncodeWords(Byte* pText, const Byte* pData, std::size_t uGroups) {
     for (; LowestFirst && uGroups > Lanes * EncodeRound; uGroups -= Lanes * EncodeRound) {
         for (std::size_t u = 0; u < EncodeRound; ++u) {
             Word uGroup;
             std::memcpy(&uGroup, pData + u * Lanes * GroupBytes, sizeof(Word));
-            uGroup = Apart(uGroup);
+            uGroup = BytesToLanes(uGroup);
             const Word uText =
                 ((uGroup & InLanes(Stay)) | (uGroup & InLanes(Move)) << Shift) + InLanes(Spaces);
             std::memcpy(pText + u * sizeof uText, &uText, sizeof uText);
@@ -77,10 +77,10 @@ void EncodePlainly(Byte* pText, const Byte* pData, std::size_t uGroups) {
         pText += EncodeRound * sizeof(Word);
         pData += EncodeRound * Lanes * GroupBytes;
     }
-    EncodeSlowly(pText, pData, uGroups);
+    EncodeBytes(pText, pData, uGroups);
 }
 
-void DecodePlainly(Byte* pData, const Byte* pText, std::size_t uGroups) {
+void DecodeWords(Byte* pData, const Byte* pText, std::size_t uGroups) {
     for (; LowestFirst && uGroups > Lanes * DecodeRound; uGroups -= Lanes * DecodeRound) {
         Word auValues[DecodeRound];
         Word uAll = 0;
@@ -91,18 +91,19 @@ void DecodePlainly(Byte* pData, const Byte* pText, std::size_t uGroups) {
             uAll |= auValues[u];
         }
         if ((uAll & InLanes(Beyond)) != 0) {
-            DecodeSlowly(pData, pText, Lanes * DecodeRound);
+            DecodeBytes(pData, pText, Lanes * DecodeRound);
         } else {
             for (std::size_t u = 0; u < DecodeRound; ++u) {
                 const Word uValue = auValues[u];
-                const Word uGroup = Together((uValue & InLanes(Stay)) | (uValue >> Shift & InLanes(Move)));
+                const Word uGroup =
+                    LanesToBytes((uValue & InLanes(Stay)) | (uValue >> Shift & InLanes(Move)));
                 std::memcpy(pData + u * Lanes * GroupBytes, &uGroup, sizeof uGroup);
             }
         }
         pText += DecodeRound * sizeof(Word);
         pData += DecodeRound * Lanes * GroupBytes;
     }
-    DecodeSlowly(pData, pText, uGroups);
+    DecodeBytes(pData, pText, uGroups);
 }
 
 #if defined(__x86_64__) || defined(__i386__)
@@ -117,17 +118,18 @@ constexpr std::size_t Half = sizeof(Bytes) / 2;
 constexpr std::size_t Spill =
     Half - HalfData; // bytes that are read before the data, and read or written behind
 constexpr std::size_t SpillGroups = Spill / GroupBytes + 1;
-constexpr std::size_t Turn = 2; // registers a turn: how fast a loop of one is hangs on where its code lies
+constexpr std::size_t Unrolled =
+    2; // registers a turn: how fast a loop of one is hangs on where its code lies
 
 // A register is loaded from before its data, so that each half holds the bytes of its own four groups.
-__attribute__((target("avx2"))) void EncodeWidely(Byte* pText, const Byte* pData, std::size_t uGroups) {
+__attribute__((target("avx2"))) void EncodeVectors(Byte* pText, const Byte* pData, std::size_t uGroups) {
     const std::size_t uFirst = uGroups < SpillGroups ? uGroups : SpillGroups;
-    EncodeSlowly(pText, pData, uFirst);
+    EncodeBytes(pText, pData, uFirst);
     pText += uFirst * GroupCharacters;
     pData += uFirst * GroupBytes;
     uGroups -= uFirst;
-    for (; uGroups >= Turn * Wide + SpillGroups; uGroups -= Turn * Wide) {
-        for (std::size_t u = 0; u < Turn; ++u) {
+    for (; uGroups >= Unrolled * Wide + SpillGroups; uGroups -= Unrolled * Wide) {
+        for (std::size_t u = 0; u < Unrolled; ++u) {
             Bytes cData;
             std::memcpy(&cData, pData + u * WideData - Spill, sizeof cData);
             const auto cGroups = (WideLanes)__builtin_shufflevector(
@@ -136,15 +138,15 @@ __attribute__((target("avx2"))) void EncodeWidely(Byte* pText, const Byte* pData
             const WideLanes cText = ((cGroups & Stay) | (cGroups & Move) << Shift) + Spaces;
             std::memcpy(pText + u * sizeof cText, &cText, sizeof cText);
         }
-        pText += Turn * sizeof(Bytes);
-        pData += Turn * WideData;
+        pText += Unrolled * sizeof(Bytes);
+        pData += Unrolled * WideData;
     }
-    EncodePlainly(pText, pData, uGroups);
+    EncodeWords(pText, pData, uGroups);
 }
 
-__attribute__((target("avx2"))) void DecodeWidely(Byte* pData, const Byte* pText, std::size_t uGroups) {
-    for (; uGroups >= Turn * Wide + SpillGroups; uGroups -= Turn * Wide) {
-        for (std::size_t u = 0; u < Turn; ++u) {
+__attribute__((target("avx2"))) void DecodeVectors(Byte* pData, const Byte* pText, std::size_t uGroups) {
+    for (; uGroups >= Unrolled * Wide + SpillGroups; uGroups -= Unrolled * Wide) {
+        for (std::size_t u = 0; u < Unrolled; ++u) {
             Bytes cText;
             std::memcpy(&cText, pText + u * sizeof cText, sizeof cText);
             const auto cValues = (WideLanes)(cText - Byte{' '});
@@ -157,13 +159,13 @@ __attribute__((target("avx2"))) void DecodeWidely(Byte* pData, const Byte* pText
             std::memcpy(pHalves, &cData, Half);
             std::memcpy(pHalves + HalfData, reinterpret_cast<const Byte*>(&cData) + Half, Half);
         }
-        pText += Turn * sizeof(Bytes);
-        pData += Turn * WideData;
+        pText += Unrolled * sizeof(Bytes);
+        pData += Unrolled * WideData;
     }
-    DecodePlainly(pData, pText, uGroups);
+    DecodeWords(pData, pText, uGroups);
 }
 
-constexpr GroupCoder cWideCoder = {EncodeWidely, DecodeWidely};
+constexpr GroupCoder cWideCoder = {EncodeVectors, DecodeVectors};
 
 bool RunsWide() {
     return __builtin_cpu_supports("avx2");
@@ -171,7 +173,7 @@ bool RunsWide() {
 
 #else
 
-constexpr GroupCoder cWideCoder = {EncodePlainly, DecodePlainly};
+constexpr GroupCoder cWideCoder = {EncodeWords, DecodeWords};
 
 bool RunsWide() {
     return false;
@@ -181,7 +183,7 @@ bool RunsWide() {
 
 } // namespace
 
-const GroupCoder cPlainCoder = {EncodePlainly, DecodePlainly};
+const GroupCoder cPlainCoder = {EncodeWords, DecodeWords};
 
 const GroupCoder& ChooseGroupCoder() {
     return RunsWide() ? cWideCoder : cPlainCoder;

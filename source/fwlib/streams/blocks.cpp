@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Block records: binary data as one line of a text stream.
-#include "fwlib/internal/asciize.h"
-#include "fwlib/internal/objectfiles.h"
-#include "fwlib/internal/record.h"
-#include "fwlib/internal/suppress.h"
+#include "fwlib/streams/asciize.h"
+#include "fwlib/streams/objectfiles.h"
+#include "fwlib/streams/record.h"
 #include "fwlib/streams/sread.h"
+#include "fwlib/streams/suppress.h"
 #include "fwlib/streams/swrite.h"
 
 namespace VESK {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "fwlib/internal/fileinuse.h"
+#include "fwlib/streams/fileinuse.h"
 
 #include "fwlib/internal/handle.h"
 #include "fwlib/internal/lock.h"

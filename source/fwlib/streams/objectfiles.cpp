@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The writer behind ESerialize; objectopen.cpp opens its file.
-#include "fwlib/internal/objectfiles.h"
+#include "fwlib/streams/objectfiles.h"
 
 #include "fwlib/internal/handle.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
@@ -126,7 +126,7 @@ Byte4Type ObjectFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
 
 // Straight to the descriptor: stdio costs a third of a short write, and does not tell how much of one failed. A flush makes
 // the stream and its descriptor agree first, whatever the host did with the stream.
-std::size_t ObjectFileWrite::Pass(const char* pchData, std::size_t uLength) {
+std::size_t ObjectFileWrite::WriteThrough(const char* pchData, std::size_t uLength) {
     std::FILE* const pFile = StreamOf(m_pFile);
     if (!InStep(pFile)) {
         m_llNext = Unknown;
@@ -149,7 +149,7 @@ std::size_t ObjectFileWrite::Pass(const char* pchData, std::size_t uLength) {
 
 Byte4Type ObjectFileWrite::Put(const char* pchData, std::size_t uLength) {
     errno = 0;
-    const std::size_t uWritten = m_pFile ? Pass(pchData, uLength) : 0;
+    const std::size_t uWritten = m_pFile ? WriteThrough(pchData, uLength) : 0;
     m_ullDone += uWritten;
     if (!m_pFile || uWritten < uLength) {
         Lose(errno);
@@ -264,7 +264,7 @@ const char* ObjectFileWrite::ShownName() const {
                                          : "a stream of the host";
 }
 
-bool ObjectFileWrite::ReportOnce() {
+bool ObjectFileWrite::ClaimReport() {
     const bool bFirst = !m_bReported;
     m_bReported = true;
     return bFirst;

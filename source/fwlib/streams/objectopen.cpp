@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // How a recorder comes to its file: the settings of the serializing elements, and what becomes of a file that exists.
 #include "fwlib/elements/eobject.h"
-#include "fwlib/internal/cutnames.h"
-#include "fwlib/internal/filename.h"
 #include "fwlib/internal/handle.h"
-#include "fwlib/internal/objectfiles.h"
+#include "fwlib/properties/cutnames.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/streams/filename.h"
+#include "fwlib/streams/objectfiles.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -155,7 +155,7 @@ int ObjectFileWrite::Open(EObject& cElement, FileSettings& cSettings) {
     m_bNamed = true;
     if (!m_pFile && iAccepted) {
         m_iReason = iReason;
-        ReportOnce(); // which this is
+        ClaimReport(); // which this is
         cElement.ErrorMessage("Unable to open %s: %s\n", m_achFileName, std::strerror(iReason));
     }
     return iAccepted;

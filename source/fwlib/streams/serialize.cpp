@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: MIT
 // The stream form of property lists and data objects.
 #include "fwlib/elements/qobject.h"
-#include "fwlib/internal/list.h"
-#include "fwlib/internal/objectfiles.h"
-#include "fwlib/internal/record.h"
+#include "fwlib/internal/growth.h"
+#include "fwlib/properties/list.h"
 #include "fwlib/properties/properties.h"
+#include "fwlib/streams/objectfiles.h"
+#include "fwlib/streams/record.h"
 #include "fwlib/streams/sread.h"
 #include "fwlib/streams/swrite.h"
 
 #include <cstdlib>
 
 namespace VESK {
+
+static_assert(ObjectLines::MostProperties == LargestCapacity, "a stream holds what a list holds");
+static_assert(ObjectLines::LongestType == TypeTextSize - 1, "a stream holds what a message shows");
 
 namespace {
 
@@ -98,7 +102,8 @@ int PROPERTIES::Serialize(SWrite* pWriter) {
     const Byte4Type b4Count = m_b2PropertyCount;
     const DecimalText cCount(b4Count);
     ComposedLines cLines(*this); // now, since whoever takes them may change the list
-    WriteRecord<PropertyLineSize>(*pWriter, CountKey, std::strlen(CountKey), cCount.Begin(), cCount.Length());
+    WriteRecord<PropertyLineSize>(*pWriter, ObjectLines::CountKey(), std::strlen(ObjectLines::CountKey()),
+                                  cCount.Begin(), cCount.Length());
     if (cLines.WriteTo(*pWriter)) {
         return 1;
     }

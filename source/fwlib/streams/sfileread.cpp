@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/streams/sfileread.h"
 
-#include "fwlib/internal/filename.h"
 #include "fwlib/internal/handle.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/streams/filename.h"
 
 #include <cstring>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/streams/sfilewrite.h"
 
-#include "fwlib/internal/filename.h"
 #include "fwlib/internal/handle.h"
-#include "fwlib/internal/objectfiles.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/streams/filename.h"
+#include "fwlib/streams/objectfiles.h"
 
 namespace VESK {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/streams/sread.h"
 
-#include "fwlib/internal/record.h"
+#include "fwlib/streams/record.h"
 
 #include <cctype>
 #include <cstdint>

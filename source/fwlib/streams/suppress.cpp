@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // One algorithm, written once over the work on a block's words, which a machine's registers or wide ones do. Inside,
 // bits go by a word's place in the block, the first lowest; only a bitmap of the backward layout is turned round.
-#include "fwlib/internal/suppress.h"
+#include "fwlib/streams/suppress.h"
 
-#include "fwlib/internal/suppresswords.h"
+#include "fwlib/streams/suppresswords.h"
 
 namespace VESK {
 
@@ -14,7 +14,7 @@ using Byte = unsigned char;
 constexpr std::uint32_t ZeroForm = 0x80000000; // the bitmap's bit that tells the form
 constexpr std::uint32_t Unused = 0x40000000;
 
-std::uint32_t TurnRound(std::uint32_t uWords) {
+std::uint32_t ReverseWords(std::uint32_t uWords) {
     uWords = __builtin_bswap32(uWords);
     uWords = (uWords >> 4 & 0x0F0F0F0F) | (uWords & 0x0F0F0F0F) << 4;
     uWords = (uWords >> 2 & 0x33333333) | (uWords & 0x33333333) << 2;
@@ -27,7 +27,7 @@ template <class Words, bool Backward>
 inline __attribute__((always_inline)) std::uint32_t Choose(const Byte* pBlock) {
     std::uint32_t uNonZero;
     std::uint32_t uChange;
-    Words::Look(pBlock, uNonZero, uChange);
+    Words::Compare(pBlock, uNonZero, uChange);
     // The scan's first word is always listed, and each that differs from the one scanned before it.
     const std::uint32_t uChanged = Backward ? uChange | LastWord : (uChange << 1 | FirstWord) & AllWords;
     return Words::Count(uChanged) >= Words::Count(uNonZero) ? uNonZero | ZeroForm : uChanged;
@@ -41,12 +41,12 @@ inline __attribute__((always_inline)) std::size_t CodedBytes(std::uint32_t uChoi
 template <bool Backward>
 inline __attribute__((always_inline)) std::uint32_t Bitmap(std::uint32_t uChoice) {
     const std::uint32_t uLeftOut = ~uChoice & AllWords;
-    return (Backward ? TurnRound(uLeftOut) : uLeftOut) | (uChoice & ZeroForm);
+    return (Backward ? ReverseWords(uLeftOut) : uLeftOut) | (uChoice & ZeroForm);
 }
 
 // Each block is coded before the next one is looked at, so the target may overlap the source.
 template <bool Backward>
-std::size_t CompressInSteps(Byte* pTarget, const Byte* pSource, std::size_t uLength) {
+std::size_t CompressStepwise(Byte* pTarget, const Byte* pSource, std::size_t uLength) {
     std::size_t uTotal = 0;
     for (std::size_t uBlocks = uLength / BlockBytes; uBlocks > 0; --uBlocks, pSource += BlockBytes) {
         const std::uint32_t uChoice = Choose<PlainWords, Backward>(pSource);
@@ -75,18 +75,18 @@ inline __attribute__((always_inline)) Coded Decode(std::uint32_t uBitmap) {
     const bool bZeroForm = (uBitmap & ZeroForm) != 0;
     const std::uint32_t uScan = ~uBitmap & AllWords;
     const bool bGood = (uBitmap & Unused) == 0 && (bZeroForm || (uScan & FirstWord) != 0);
-    return {bGood, bZeroForm, Backward ? TurnRound(uScan) : uScan, Words::Count(uScan) * WordBytes};
+    return {bGood, bZeroForm, Backward ? ReverseWords(uScan) : uScan, Words::Count(uScan) * WordBytes};
 }
 
 template <class Words, bool Backward>
 inline __attribute__((always_inline)) void ExpandBlock(Byte* pBlock, const Byte* pList, std::size_t uReadable,
                                                        const Coded& cCoded) {
     if (cCoded.bZeroForm) {
-        Words::SpreadOnZero(pBlock, pList, uReadable, cCoded.uListed);
+        Words::FillZeros(pBlock, pList, uReadable, cCoded.uListed);
     } else if constexpr (Backward) {
-        Words::SpreadDown(pBlock, pList, uReadable, cCoded.uListed);
+        Words::FillBackward(pBlock, pList, uReadable, cCoded.uListed);
     } else {
-        Words::SpreadUp(pBlock, pList, uReadable, cCoded.uListed);
+        Words::FillForward(pBlock, pList, uReadable, cCoded.uListed);
     }
 }
 
@@ -134,13 +134,13 @@ inline __attribute__((always_inline)) std::size_t ExpandBackward(Byte* pTarget, 
     return uWritten;
 }
 
-std::size_t CompressPlainly(Byte* pTarget, const Byte* pSource, std::size_t uLength, bool bBackward) {
-    return bBackward ? CompressInSteps<true>(pTarget, pSource, uLength)
-                     : CompressInSteps<false>(pTarget, pSource, uLength);
+std::size_t CompressWords(Byte* pTarget, const Byte* pSource, std::size_t uLength, bool bBackward) {
+    return bBackward ? CompressStepwise<true>(pTarget, pSource, uLength)
+                     : CompressStepwise<false>(pTarget, pSource, uLength);
 }
 
-std::size_t ExpandPlainly(Byte* pTarget, std::size_t uRoom, const Byte* pSource, std::size_t uLength,
-                          bool bBackward) {
+std::size_t ExpandWords(Byte* pTarget, std::size_t uRoom, const Byte* pSource, std::size_t uLength,
+                        bool bBackward) {
     return bBackward ? ExpandBackward<PlainWords>(pTarget, uRoom, pSource, uLength)
                      : ExpandForward<PlainWords>(pTarget, uRoom, pSource, uLength);
 }
@@ -152,8 +152,8 @@ constexpr std::size_t MostBlocks = 65535 / BlockBytes;
 // Wide stores write behind the list. So first all blocks are looked at: then the end of the last one is known, and
 // what is written behind a list belongs to the next.
 template <bool Backward>
-FWLIB_WIDE inline __attribute__((always_inline)) std::size_t CompressApart(Byte* pTarget, const Byte* pSource,
-                                                                           std::size_t uLength) {
+FWLIB_WIDE inline __attribute__((always_inline)) std::size_t
+CompressSeparate(Byte* pTarget, const Byte* pSource, std::size_t uLength) {
     std::uint32_t auChoices[MostBlocks];
     const std::size_t uBlocks = uLength / BlockBytes;
     std::size_t uTotal = 0;
@@ -177,30 +177,30 @@ FWLIB_WIDE inline __attribute__((always_inline)) std::size_t CompressApart(Byte*
     return uFitting == uBlocks ? uTotal : 0;
 }
 
-FWLIB_WIDE __attribute__((flatten)) std::size_t CompressWidely(Byte* pTarget, const Byte* pSource,
-                                                               std::size_t uLength, bool bBackward) {
+FWLIB_WIDE __attribute__((flatten)) std::size_t CompressVectors(Byte* pTarget, const Byte* pSource,
+                                                                std::size_t uLength, bool bBackward) {
     const auto uTarget = reinterpret_cast<std::uintptr_t>(pTarget);
     const auto uSource = reinterpret_cast<std::uintptr_t>(pSource);
     if (uLength / BlockBytes > MostBlocks || (uTarget < uSource + uLength && uSource < uTarget + uLength)) {
-        return CompressPlainly(pTarget, pSource, uLength, bBackward);
+        return CompressWords(pTarget, pSource, uLength, bBackward);
     }
-    return bBackward ? CompressApart<true>(pTarget, pSource, uLength)
-                     : CompressApart<false>(pTarget, pSource, uLength);
+    return bBackward ? CompressSeparate<true>(pTarget, pSource, uLength)
+                     : CompressSeparate<false>(pTarget, pSource, uLength);
 }
 
 FWLIB_WIDE __attribute__((flatten)) std::size_t
-ExpandWidely(Byte* pTarget, std::size_t uRoom, const Byte* pSource, std::size_t uLength, bool bBackward) {
+ExpandVectors(Byte* pTarget, std::size_t uRoom, const Byte* pSource, std::size_t uLength, bool bBackward) {
     return bBackward ? ExpandBackward<WideWords>(pTarget, uRoom, pSource, uLength)
                      : ExpandForward<WideWords>(pTarget, uRoom, pSource, uLength);
 }
 
-constexpr BlockCoder cWideBlockCoder = {CompressWidely, ExpandWidely};
+constexpr BlockCoder cWideBlockCoder = {CompressVectors, ExpandVectors};
 
 #endif
 
 } // namespace
 
-const BlockCoder cPlainBlockCoder = {CompressPlainly, ExpandPlainly};
+const BlockCoder cPlainBlockCoder = {CompressWords, ExpandWords};
 
 const BlockCoder& ChooseBlockCoder() {
 #ifdef FWLIB_WIDE

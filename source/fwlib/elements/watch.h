@@ -4,12 +4,12 @@
 // What is known of an object is an address in its code: where its construction was asked for, which is a constructor of
 // its class unless that class derives from one of this library's, and once a factory has made it, its class's table.
 // The objects themselves are never looked at: their memory may be gone without their destructor.
-#ifndef FWLIB_INTERNAL_WATCH_H
-#define FWLIB_INTERNAL_WATCH_H
+#ifndef FWLIB_ELEMENTS_WATCH_H
+#define FWLIB_ELEMENTS_WATCH_H
 
-#pragma GCC visibility push(hidden) // so that calls need no procedure table, whose register costs 32-bit code
+#include "fwlib/internal/hidden.h"
 
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 #ifdef FWLIB_WATCH
 
@@ -37,7 +37,5 @@ Object* Watched(Object* pObject) {
 }
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: MIT
 // The files behind the serializing elements: a writer that knows whether an object was stored whole, and a reader
 // that knows whether one came whole.
-#ifndef FWLIB_INTERNAL_OBJECTFILES_H
-#define FWLIB_INTERNAL_OBJECTFILES_H
+#ifndef FWLIB_STREAMS_OBJECTFILES_H
+#define FWLIB_STREAMS_OBJECTFILES_H
 
-#include "fwlib/internal/fileinuse.h"
+#include "fwlib/internal/hidden.h"
 #include "fwlib/internal/hostuse.h"
-#include "fwlib/internal/objectlines.h"
-#include "fwlib/internal/ownclass.h"
+#include "fwlib/internal/texts.h"
 #include "fwlib/properties/properties.h"
+#include "fwlib/streams/fileinuse.h"
+#include "fwlib/streams/objectlines.h"
+#include "fwlib/streams/ownclass.h"
 #include "fwlib/streams/sfileread.h"
 #include "fwlib/streams/sfilewrite.h"
 
 #include <sys/types.h>
 
-#pragma GCC visibility push(hidden)
-
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 // What the properties of a serializing element say of its file.
 struct FileSettings {
@@ -66,7 +66,7 @@ public:
     bool IsStrict() const { return m_bStrict; }
     const char* ShownName() const;           // of the stream in use
     int Reason() const { return m_iReason; } // the error number of the last loss
-    bool ReportOnce();                       // true the first time it is asked for a file or after TakeLost
+    bool ClaimReport();                      // true the first time it is asked for a file or after TakeLost
     unsigned long long TakeLost();           // how many objects were lost since it was last asked
 
     void BeginFile(); // another file, which has lost nothing yet
@@ -78,7 +78,7 @@ private:
     int OpenNamed(EObject& cElement, const FileSettings& cSettings);
     int GoBehindObjects(EObject& cElement);
     void NotePlace();
-    std::size_t Pass(const char* pchData, std::size_t uLength);
+    std::size_t WriteThrough(const char* pchData, std::size_t uLength);
     Byte4Type Put(const char* pchData, std::size_t uLength);
     Byte4Type Gather(const char* pchData, Byte4Type b4Length);
     void Lose(int iReason);
@@ -158,7 +158,5 @@ private:
 };
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

@@ -7,15 +7,14 @@
 // forget all, as do elements that were taken away, and what it finds is compared with the name at that moment: so its
 // result is that of a linear search as long as elements are added by AddElement, and lists changed by their own
 // operations.
-#ifndef FWLIB_INTERNAL_NAMEINDEX_H
-#define FWLIB_INTERNAL_NAMEINDEX_H
+#ifndef FWLIB_PIPELINE_NAMEINDEX_H
+#define FWLIB_PIPELINE_NAMEINDEX_H
 
+#include "fwlib/internal/hidden.h"
 #include "fwlib/internal/texts.h"
 #include "fwlib/pipeline/epipeline.h"
 
-#pragma GCC visibility push(hidden) // so that calls need no procedure table, whose register costs 32-bit code
-
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 // The index of the pipeline's first element whose name, cut to 255 characters, is this one; -1 when there is none.
 int FindNamed(const EPipeline& cPipeline, const SoughtText& cName);
@@ -25,7 +24,5 @@ void TellIndexOfAdding(const EPipeline& cPipeline); // one more element, which i
 void ForgetIndex(const EPipeline& cPipeline); // which is gone: another may come to stand where it stood
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The work on the 30 words of a compressor's block: with general registers, and with wide ones, where a table tells
 // for each byte of bits how eight words move.
-#ifndef FWLIB_INTERNAL_SUPPRESSWORDS_H
-#define FWLIB_INTERNAL_SUPPRESSWORDS_H
+#ifndef FWLIB_STREAMS_SUPPRESSWORDS_H
+#define FWLIB_STREAMS_SUPPRESSWORDS_H
+
+#include "fwlib/internal/hidden.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,9 +15,7 @@
 #define FWLIB_WIDE __attribute__((target("avx2,popcnt")))
 #endif
 
-#pragma GCC visibility push(hidden)
-
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 constexpr unsigned int BlockWords = 30;
 constexpr std::size_t WordBytes = 4;
@@ -42,7 +42,7 @@ struct PlainWords {
     }
 
     // Bits of the words that are not zero, and of those that differ from the next.
-    static void Look(const unsigned char* pBlock, std::uint32_t& uNonZero, std::uint32_t& uChange) {
+    static void Compare(const unsigned char* pBlock, std::uint32_t& uNonZero, std::uint32_t& uChange) {
         std::uint32_t uWord = LoadWordAt(pBlock);
         uNonZero = uWord != 0;
         uChange = 0;
@@ -66,8 +66,8 @@ struct PlainWords {
     }
 
     // Fills the block: a word whose bit is set is the list's next, another is zero.
-    static void SpreadOnZero(unsigned char* pBlock, const unsigned char* pList, std::size_t,
-                             std::uint32_t uWords) {
+    static void FillZeros(unsigned char* pBlock, const unsigned char* pList, std::size_t,
+                          std::uint32_t uWords) {
         std::memset(pBlock, 0, BlockWords * WordBytes);
         for (; uWords != 0; uWords &= uWords - 1, pList += WordBytes) {
             std::memcpy(pBlock + static_cast<unsigned int>(__builtin_ctz(uWords)) * WordBytes, pList,
@@ -76,8 +76,8 @@ struct PlainWords {
     }
 
     // ... another is like the one before it; the first word's bit is set.
-    static void SpreadUp(unsigned char* pBlock, const unsigned char* pList, std::size_t,
-                         std::uint32_t uWords) {
+    static void FillForward(unsigned char* pBlock, const unsigned char* pList, std::size_t,
+                            std::uint32_t uWords) {
         pList -= WordBytes;
         for (unsigned int u = 0; u < BlockWords; ++u) {
             pList += (uWords >> u & 1) * WordBytes;
@@ -86,8 +86,8 @@ struct PlainWords {
     }
 
     // ... another is like the one behind it; the last word's bit is set.
-    static void SpreadDown(unsigned char* pBlock, const unsigned char* pList, std::size_t,
-                           std::uint32_t uWords) {
+    static void FillBackward(unsigned char* pBlock, const unsigned char* pList, std::size_t,
+                             std::uint32_t uWords) {
         for (unsigned int u = 0; u < BlockWords; ++u) {
             std::memcpy(pBlock + u * WordBytes, pList, WordBytes);
             pList += (uWords >> u & 1) * WordBytes;
@@ -129,8 +129,8 @@ struct WideWords {
         return static_cast<unsigned int>(_mm_popcnt_u32(uWords));
     }
 
-    FWLIB_WIDE static void Look(const unsigned char* pBlock, std::uint32_t& uNonZero,
-                                std::uint32_t& uChange) {
+    FWLIB_WIDE static void Compare(const unsigned char* pBlock, std::uint32_t& uNonZero,
+                                   std::uint32_t& uChange) {
         constexpr unsigned int LastPair = BlockWords - 1 - 8; // the last register whose words all have a next
         uNonZero = 0;
         uChange = 0;
@@ -161,10 +161,10 @@ struct WideWords {
     }
 
     // uReadable: the bytes that may be read at the list.
-    FWLIB_WIDE static void SpreadOnZero(unsigned char* pBlock, const unsigned char* pList,
-                                        std::size_t uReadable, std::uint32_t uWords) {
+    FWLIB_WIDE static void FillZeros(unsigned char* pBlock, const unsigned char* pList, std::size_t uReadable,
+                                     std::uint32_t uWords) {
         if (uReadable < BlockWords * WordBytes + RegisterBytes) {
-            PlainWords::SpreadOnZero(pBlock, pList, uReadable, uWords);
+            PlainWords::FillZeros(pBlock, pList, uReadable, uWords);
             return;
         }
         const __m256i LaneBits = _mm256_setr_epi32(1, 2, 4, 8, 16, 32, 64, 128);
@@ -178,10 +178,10 @@ struct WideWords {
         }
     }
 
-    FWLIB_WIDE static void SpreadUp(unsigned char* pBlock, const unsigned char* pList, std::size_t uReadable,
-                                    std::uint32_t uWords) {
+    FWLIB_WIDE static void FillForward(unsigned char* pBlock, const unsigned char* pList,
+                                       std::size_t uReadable, std::uint32_t uWords) {
         if (uReadable < BlockWords * WordBytes + RegisterBytes) {
-            PlainWords::SpreadUp(pBlock, pList, uReadable, uWords);
+            PlainWords::FillForward(pBlock, pList, uReadable, uWords);
             return;
         }
         for (unsigned int u : FirstOf) {
@@ -192,10 +192,10 @@ struct WideWords {
         }
     }
 
-    FWLIB_WIDE static void SpreadDown(unsigned char* pBlock, const unsigned char* pList,
-                                      std::size_t uReadable, std::uint32_t uWords) {
+    FWLIB_WIDE static void FillBackward(unsigned char* pBlock, const unsigned char* pList,
+                                        std::size_t uReadable, std::uint32_t uWords) {
         if (uReadable < BlockWords * WordBytes + RegisterBytes) {
-            PlainWords::SpreadDown(pBlock, pList, uReadable, uWords);
+            PlainWords::FillBackward(pBlock, pList, uReadable, uWords);
             return;
         }
         for (unsigned int u : FirstOf) {
@@ -229,7 +229,5 @@ private:
 #endif
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

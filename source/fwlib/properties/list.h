@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Work on a property list that its users do not see: finding without copying, setting texts of known length.
-#ifndef FWLIB_INTERNAL_LIST_H
-#define FWLIB_INTERNAL_LIST_H
+#ifndef FWLIB_PROPERTIES_LIST_H
+#define FWLIB_PROPERTIES_LIST_H
 
+#include "fwlib/internal/hidden.h"
 #include "fwlib/internal/texts.h"
 #include "fwlib/properties/properties.h"
 
 #include <atomic>
 
-#pragma GCC visibility push(hidden) // so that calls need no procedure table, whose register costs 32-bit code
-
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 // Grows whenever a text that is filed under "Name" is replaced or goes, in any list that lives on: what is known of
 // names is then no longer true.
@@ -93,7 +92,5 @@ ConfigLoss LossInConfig(const PROPERTIES& cList, Byte4Type* pb4Entry);
 bool ReadsBack(const PROPERTIES& cList);
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "fwlib/internal/elementwork.h"
+#include "fwlib/builtin/elementhelpers.h"
 
 #include "fwlib/elements/pad.h"
+#include "fwlib/elements/qobject.h"
 #include "fwlib/internal/growth.h"
 
 #include <new>
@@ -39,6 +40,11 @@ int CreateSourcePads(EObject& cElement, Byte4Type b4Count, EObject* pOwner) {
         }
     }
     return 1;
+}
+
+ObjectTypeText::ObjectTypeText(QObject& cObject, const char* pchNone) {
+    cObject.m_cProperties.GetProperty(Key::QObjectType, achText, sizeof achText, Text(pchNone),
+                                      Section::Standard);
 }
 
 int ReportNullObject(EObject& cElement, Byte2Type b2Index) {

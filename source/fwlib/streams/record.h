@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // One line of a stream, key=value, composed and handed over in a single WriteData call; and its way back.
-#ifndef FWLIB_INTERNAL_RECORD_H
-#define FWLIB_INTERNAL_RECORD_H
+#ifndef FWLIB_STREAMS_RECORD_H
+#define FWLIB_STREAMS_RECORD_H
 
 #include "fwlib/internal/texts.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"

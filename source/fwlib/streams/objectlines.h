@@ -1,24 +1,24 @@
 // SPDX-License-Identifier: MIT
-// What a whole object in a stream looks like, line by line: a type line of at most 31 characters, the count line,
-// and that many lines with a "=". Every line ends with its newline and holds no zero byte.
-#ifndef FWLIB_INTERNAL_OBJECTLINES_H
-#define FWLIB_INTERNAL_OBJECTLINES_H
+// The lines of a complete object in a stream, for programs that check recordings: a type line of at most 31 characters, the
+// count line, and that many lines with a '='. Every line ends with its newline and contains no zero byte. The class takes no
+// memory and does not keep the lines.
+#ifndef FWLIB_STREAMS_OBJECTLINES_H
+#define FWLIB_STREAMS_OBJECTLINES_H
 
-#include "fwlib/internal/growth.h"
-#include "fwlib/internal/texts.h"
-
+#include <cstddef>
 #include <cstdlib>
-
-#pragma GCC visibility push(hidden)
+#include <cstring>
 
 namespace VESK {
-
-constexpr const char* CountKey = "m_b2PropertyCount";
 
 // The object's lines, taken one after the other from the first.
 class ObjectLines {
 public:
     enum State { TypeNext, CountNext, PropertyNext, Whole, Broken };
+
+    static constexpr std::size_t LongestType = 31;         // characters
+    static constexpr unsigned long MostProperties = 65520; // of one list
+    static const char* CountKey() { return "m_b2PropertyCount"; }
 
     State Now() const { return m_State; }
     const char* Reason() const { return m_pchReason; } // why it is broken
@@ -34,18 +34,18 @@ public:
                                                             : nullptr;
     }
     static const char* TypeFault(std::size_t uLength) {
-        return uLength > TypeTextSize ? "a type line is longer than 31 characters" : nullptr;
+        return uLength > LongestType + 1 ? "a type line is longer than 31 characters" : nullptr;
     }
     static const char* CountFault(const char* pchLine, unsigned long* pulCount) {
-        const std::size_t uKey = std::strlen(CountKey);
+        const std::size_t uKey = std::strlen(CountKey());
         const char* const pchDigits = pchLine + uKey + 1;
-        if (std::strncmp(pchLine, CountKey, uKey) != 0 || pchLine[uKey] != '=' || *pchDigits < '0' ||
+        if (std::strncmp(pchLine, CountKey(), uKey) != 0 || pchLine[uKey] != '=' || *pchDigits < '0' ||
             *pchDigits > '9') {
             return "a count line is not one";
         }
         char* pchEnd;
         *pulCount = std::strtoul(pchDigits, &pchEnd, 10);
-        return *pchEnd != '\n' || *pulCount > LargestCapacity
+        return *pchEnd != '\n' || *pulCount > MostProperties
                    ? "a count line holds no number that a list may have"
                    : nullptr;
     }
@@ -93,7 +93,5 @@ private:
 };
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

@@ -4,14 +4,14 @@
 // A coded block is a bitmap and a list of words. The bitmap's bits follow the scan, which goes through the block's
 // words forwards or, in the backward layout, backwards; in memory the list is in ascending order of the words'
 // addresses in both layouts, and the bitmap stands before it, or behind it in the backward one.
-#ifndef FWLIB_INTERNAL_SUPPRESS_H
-#define FWLIB_INTERNAL_SUPPRESS_H
+#ifndef FWLIB_STREAMS_SUPPRESS_H
+#define FWLIB_STREAMS_SUPPRESS_H
+
+#include "fwlib/internal/hidden.h"
 
 #include <cstddef>
 
-#pragma GCC visibility push(hidden)
-
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 constexpr std::size_t BlockBytes = 120; // 30 words of 4 bytes
 
@@ -32,7 +32,5 @@ extern const BlockCoder cPlainBlockCoder; // with general registers only
 const BlockCoder& ChooseBlockCoder();     // the best that this processor runs
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

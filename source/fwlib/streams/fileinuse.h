@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The files that the recorders and replays of this process have open, so that a recorder does not empty one of them.
 // All threads share them.
-#ifndef FWLIB_INTERNAL_FILEINUSE_H
-#define FWLIB_INTERNAL_FILEINUSE_H
+#ifndef FWLIB_STREAMS_FILEINUSE_H
+#define FWLIB_STREAMS_FILEINUSE_H
+
+#include "fwlib/internal/hidden.h"
 
 #include <sys/types.h>
 
-#pragma GCC visibility push(hidden)
-
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 // A stream's place in the list. It takes no memory of its own.
 class FileInUse {
@@ -37,7 +37,5 @@ private:
 };
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Calls of a plugin's factory. An exception must not leave them: whoever caught it later could do so when the code
 // of its class is unloaded.
-#ifndef FWLIB_INTERNAL_GUARDED_H
-#define FWLIB_INTERNAL_GUARDED_H
+#ifndef FWLIB_FRAMEWORK_GUARDED_H
+#define FWLIB_FRAMEWORK_GUARDED_H
 
 #include <cstdio>
 #include <cxxabi.h>

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 // A file's name kept in a field: cut to what fits, the rest of the field zero.
-#ifndef FWLIB_INTERNAL_FILENAME_H
-#define FWLIB_INTERNAL_FILENAME_H
+#ifndef FWLIB_STREAMS_FILENAME_H
+#define FWLIB_STREAMS_FILENAME_H
 
+#include "fwlib/internal/hidden.h"
 #include "fwlib/internal/texts.h"
 
-#pragma GCC visibility push(hidden)
-
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 template <std::size_t Size>
 void CopyName(char (&achName)[Size], const char* pchName) {
@@ -17,7 +16,5 @@ void CopyName(char (&achName)[Size], const char* pchName) {
 }
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Names of files that a configuration file holds in a line that is longer than its readers take. Their lists keep what
 // was read, as any other value; whoever opens a file must know that it is the front of another name.
-#ifndef FWLIB_INTERNAL_CUTNAMES_H
-#define FWLIB_INTERNAL_CUTNAMES_H
+#ifndef FWLIB_PROPERTIES_CUTNAMES_H
+#define FWLIB_PROPERTIES_CUTNAMES_H
 
-#pragma GCC visibility push(hidden)
+#include "fwlib/internal/hidden.h"
 
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 // Keeps the name of a "Filename=" line that was cut, for the life of the process: 1, or 0 when memory is out. Other
 // lines need not be kept.
@@ -16,7 +16,5 @@ int KeepCutName(const char* pchLine);
 bool IsCutName(const char* pchName);
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

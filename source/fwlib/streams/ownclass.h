@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Tells the library's own streams from those of hosts. dynamic_cast does not: it reads the type information of the
 // object's class, which a host may leave out.
-#ifndef FWLIB_INTERNAL_OWNCLASS_H
-#define FWLIB_INTERNAL_OWNCLASS_H
+#ifndef FWLIB_STREAMS_OWNCLASS_H
+#define FWLIB_STREAMS_OWNCLASS_H
+
+#include "fwlib/internal/hidden.h"
 
 #include <atomic>
 #include <cstring>
 
-#pragma GCC visibility push(hidden)
-
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 // The table of virtual operations, to which every polymorphic object begins with a pointer.
 inline const void* TableOf(const void* pObject) {
@@ -37,7 +37,5 @@ private:
 };
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif

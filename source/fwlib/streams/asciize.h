@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The 3-to-4 coding of bytes as printable characters, on plain memory.
-#ifndef FWLIB_INTERNAL_ASCIIZE_H
-#define FWLIB_INTERNAL_ASCIIZE_H
+#ifndef FWLIB_STREAMS_ASCIIZE_H
+#define FWLIB_STREAMS_ASCIIZE_H
+
+#include "fwlib/internal/hidden.h"
 
 #include <cstddef>
 
-#pragma GCC visibility push(hidden)
-
-namespace VESK {
+namespace FWLIB_HIDDEN VESK {
 
 constexpr std::size_t GroupBytes = 3;
 constexpr std::size_t GroupCharacters = 4;
@@ -22,7 +22,5 @@ extern const GroupCoder cPlainCoder;  // with general registers only
 const GroupCoder& ChooseGroupCoder(); // the best that this processor runs
 
 } // namespace VESK
-
-#pragma GCC visibility pop
 
 #endif
