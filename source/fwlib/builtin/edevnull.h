@@ -2,9 +2,9 @@
 // EDevNull: takes every object and does nothing with it.
 //   sink pads     1
 //   source pads   none
-//   "Debug"       own, else the framework's: from 1 on "DataArrived(%d): QObjectType = %s\n" traces each
-//   object answer        1; 0 for a null object, which is reported example       element EDevNull  / property
-//   Name nowhere
+//   "Debug"       own, else the framework's: from 1 on "DataArrived(%d): QObjectType = %s\n" traces each object
+//   returns       1; 0 for a null object, which is reported
+//   example       element EDevNull  /  property Name nowhere
 #ifndef FWLIB_BUILTIN_EDEVNULL_H
 #define FWLIB_BUILTIN_EDEVNULL_H
 

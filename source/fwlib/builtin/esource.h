@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
-// ESource: Run sends 1,000 objects through the first source pad, the same QObject each time, with "Count"
-// going from 0 to 999.
-//   sink pads          none: DataArrived answers 0
-//   source pads        "TotalSourcePads", 1 when absent, at most 65,520; only the first is used
-//   answer             Run answers 1 whatever the deliveries answered; 0 without a source pad or memory,
-//   which is
-//                      reported
-//   example            element ESource  /  property Name counter
+// ESource: Run sends 1,000 objects through the first source pad, the same QObject each time, with "Count" from 0 to 999.
+//   sink pads     none: DataArrived returns 0
+//   source pads   "TotalSourcePads", 1 when absent, at most 65,520; only the first is used
+//   returns       Run: 1 whatever the deliveries return; 0 without a source pad or memory, which is reported
+//   example       element ESource  /  property Name counter
 #ifndef FWLIB_BUILTIN_ESOURCE_H
 #define FWLIB_BUILTIN_ESOURCE_H
 

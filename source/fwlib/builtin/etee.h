@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 // ETee: hands every object it receives to each of its source pads, in pad order.
-//   sink pads          1
-//   source pads        "TotalSourcePads", 2 when absent, at most 65,520; they have no owner, so an
-//   unconnected
-//                      one fails silently
-//   answer             the first delivery that fails ends the round and is the answer; 1 without source pads;
-//                      0 for a null object, which is reported
-//   example            element ETee  /  property Name fork  /  property TotalSourcePads 3
+//   sink pads     1
+//   source pads   "TotalSourcePads", 2 when absent, at most 65,520; they have no owner, so one that is not connected
+//                 fails without a report
+//   returns       what the first delivery that fails returns, and the later pads get nothing; else what the last one
+//                 returns; 1 without source pads; 0 for a null object, which is reported
+//   example       element ETee  /  property Name fork  /  property TotalSourcePads 3
 #ifndef FWLIB_BUILTIN_ETEE_H
 #define FWLIB_BUILTIN_ETEE_H
 
