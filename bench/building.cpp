@@ -58,8 +58,8 @@ public:
             return 0;
         }
         char achLine[256];
-        int iAnswer = 1;
-        while (iAnswer && std::fgets(achLine, sizeof achLine, pFile)) {
+        int iResult = 1;
+        while (iResult && std::fgets(achLine, sizeof achLine, pFile)) {
             char* apchTokens[16] = {};
             char* pchRest = nullptr;
             int i = 0;
@@ -67,10 +67,10 @@ public:
                  pch = strtok_r(nullptr, " \t\r\n", &pchRest)) {
                 apchTokens[i++] = pch;
             }
-            iAnswer = i == 0 || Execute(apchTokens);
+            iResult = i == 0 || Execute(apchTokens);
         }
         std::fclose(pFile);
-        return iAnswer;
+        return iResult;
     }
 
 private:

@@ -66,7 +66,7 @@ struct Data {
 
 using Shared = std::shared_ptr<Data>;
 
-// The work answers the bytes it made; other than uExpected is an error.
+// The work returns the bytes it made; other than uExpected is an error.
 template <class Work>
 Measured Loop(std::size_t uExpected, Work cWork) {
     return [uExpected, cWork](benchmark::State& cState) {

@@ -9,12 +9,12 @@
 
 // Apart from the functions that it calls, which the compiler would otherwise guess and copy into the loop.
 int Fork::Arrived(void* pObject, unsigned short) {
-    int iAnswer = 1;
-    for (unsigned short b2 = 0; iAnswer && b2 < EndCount(); ++b2) {
+    int iResult = 1;
+    for (unsigned short b2 = 0; iResult && b2 < EndCount(); ++b2) {
         const SourceEnd* const pEnd = End(b2);
-        iAnswer = pEnd ? pEnd->Push(pObject) : 0;
+        iResult = pEnd ? pEnd->Push(pObject) : 0;
     }
-    return iAnswer;
+    return iResult;
 }
 
 namespace {

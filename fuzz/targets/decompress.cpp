@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Input: a layout, the room, then any bytes as compressed blocks. Each way of the library's answers as a reader
+// Input: a layout, the room, then any bytes as compressed blocks. Each coder of the library returns what a reader
 // that follows the format word by word, and touches nothing outside.
 #include "../models.h"
 #include "../targets.h"

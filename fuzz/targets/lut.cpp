@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Input: the length of a file, the file, then requests. Each is answered by the file's bytes, or 0.
+// Input: the length of a file, the file, then requests. Each returns the file's bytes, or 0.
 #include "../targets.h"
 
 void fuzz::Lut(Input& in) {

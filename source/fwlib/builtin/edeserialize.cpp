@@ -21,7 +21,7 @@ ObjectFileRead* OwnReader(EDeserialize& cElement) {
     return OwnClass<ObjectFileRead>::Of(cElement.m_pReader);
 }
 
-// Why no object came, told once: the answer of Run, 0.
+// Why no object came, told once: the result of Run, 0.
 int ReportNone(EDeserialize& cElement, ObjectFileRead* pReader) {
     const char* const pchReason = pReader ? pReader->ReasonOnce() : nullptr;
     if (pchReason) {
@@ -116,9 +116,9 @@ int EDeserialize::Run() {
     pObject->Deserialize(m_pReader);
     const bool bCame =
         !pOwn || pOwn != OwnReader(*this) || pOwn->EndObject(); // its class may exchange the reader
-    const int iAnswer = bCame ? Deliver(*this, *pObject) : ReportNone(*this, pOwn);
+    const int iResult = bCame ? Deliver(*this, *pObject) : ReportNone(*this, pOwn);
     delete pObject;
-    return iAnswer;
+    return iResult;
 }
 
 } // namespace VESK

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // EDeserialize: each Run reads one object from a file and sends it.
-//   sink pads       none: DataArrived answers 0
+//   sink pads       none: DataArrived returns 0
 //   source pads     1
 //   "Filename"      the file; standard input when absent. Initialize reports one that cannot be opened, and a name of
-//                   more than 255 characters, and answers 0
+//                   more than 255 characters, and returns 0
 //   "Strict"        when not 0, only an object whose every line arrived whole is sent. The first that did not is
 //                   reported with its byte offset, and nothing behind it is read
-//   answer          Run answers what the delivery answered; 0 at the end of the file, for a type that no plugin
+//   returns         Run the result of the delivery; 0 at the end of the file, for a type that no plugin
 //                   serves, for a broken object, and before Initialize; without a report when the stream has no more
 //                   data yet, and then the next Run reads the object from its beginning
 //   example         element EDeserialize  /  property Name replay  /  property Filename objects.txt

@@ -30,10 +30,10 @@ struct Trace {
 __attribute__((cold, noinline)) int DeliverTraced(EPassthrough& cElement, QObject& cObject) {
     const Trace cBefore(cElement, cObject);
     std::printf("EPassthrough::%s: %s\n", cBefore.achName, cBefore.cType.achText);
-    const int iAnswer = Deliver(cElement, &cObject);
+    const int iResult = Deliver(cElement, &cObject);
     const Trace cAfter(cElement, cObject);
-    std::printf("EPassthrough::%s: %s, rv=%d\n", cAfter.achName, cAfter.cType.achText, iAnswer);
-    return iAnswer;
+    std::printf("EPassthrough::%s: %s, rv=%d\n", cAfter.achName, cAfter.cType.achText, iResult);
+    return iResult;
 }
 
 } // namespace

@@ -3,8 +3,8 @@
 //   sink pads     1
 //   source pads   1
 //   "Debug"       own only: when not 0, standard output shows "EPassthrough::%s: %s\n" with name and object
-//                 type before each delivery, and "EPassthrough::%s: %s, rv=%d\n" with the answer behind it
-//   answer        the delivery's; 0 for a null object, which is reported
+//                 type before each delivery, and "EPassthrough::%s: %s, rv=%d\n" with the result behind it
+//   returns       the delivery's; 0 for a null object, which is reported
 //   example       element EPassthrough  /  property Name tap  /  property Debug 1
 #ifndef FWLIB_BUILTIN_EPASSTHROUGH_H
 #define FWLIB_BUILTIN_EPASSTHROUGH_H

@@ -105,16 +105,16 @@ void EndOrphan(ESerialize& cElement) {
 }
 
 int PassOn(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
-    int iAnswer = 1;
-    for (Byte2Type b2 = 0; iAnswer && b2 < cElement.m_b2Passthrough; ++b2) {
+    int iResult = 1;
+    for (Byte2Type b2 = 0; iResult && b2 < cElement.m_b2Passthrough; ++b2) {
         SOURCEPAD* const pPad = cElement.GetSourcePad(b2);
         if (!pPad) {
             cElement.ErrorMessage("DataArrived(%d): GetSourcePad(%d) failed.\n", b2Index, b2);
             return 0;
         }
-        iAnswer = pPad->Push(&cObject);
+        iResult = pPad->Push(&cObject);
     }
-    return iAnswer;
+    return iResult;
 }
 
 } // namespace

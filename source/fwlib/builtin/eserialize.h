@@ -8,13 +8,13 @@
 //                   exists. What it refuses stays as it is, is reported, and Initialize returns 0
 //   "Shared"        unless it is not 0, Initialize refuses a file that an EDeserialize or another ESerialize of the
 //                   process has open
-//   "Strict"        when not 0, an object goes out in one write, and a failed write answers 0
-//   answer          1, or that of the last delivery; the first delivery that fails ends the round. 0 for a null object,
-//                   for one that answers 0 to Serialize, and before Initialize; these are reported
+//   "Strict"        when not 0, an object goes out in one write, and a failed write returns 0
+//   returns         1, or that of the last delivery; the first delivery that fails ends the round. 0 for a null object,
+//                   for one that returns 0 to Serialize, and before Initialize; these are reported
 //   losses          a file that cannot be opened, and the first object that could not be stored whole, are reported with
 //                   the file's name; what it left in the file is taken out again. Once an object is stored again, and
 //                   when the recorder ends, "Objects lost: N" is reported. Where a part stays, as in a pipe, nothing
-//                   more is stored. What is lost when the file is closed is reported too. Unless "Strict" the answers
+//                   more is stored. What is lost when the file is closed is reported too. Unless "Strict" the results
 //                   are as if nothing were lost
 //   lifetime        it reports when it is destroyed, so it should go before its framework; else these reports go to
 //                   standard error, and the framework's error flag is not set

@@ -2,7 +2,7 @@
 // ESink: prints "ESink::DataArrived: %s\n" with the type of every object on standard output.
 //   sink pads     1
 //   source pads   none
-//   answer        1; 0 for a null object, which is reported
+//   returns       1; 0 for a null object, which is reported
 //   example       element ESink  /  property Name printer
 #ifndef FWLIB_BUILTIN_ESINK_H
 #define FWLIB_BUILTIN_ESINK_H

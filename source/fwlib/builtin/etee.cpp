@@ -29,12 +29,12 @@ int ETee::DataArrived(QObject* pObject, Byte2Type b2Index) {
     if (!pObject) {
         return ReportNullObject(*this, b2Index);
     }
-    int iAnswer = 1;
-    for (Byte2Type b2 = 0; iAnswer && b2 < GetSourcePadCount(); ++b2) {
+    int iResult = 1;
+    for (Byte2Type b2 = 0; iResult && b2 < GetSourcePadCount(); ++b2) {
         SOURCEPAD* const pPad = GetSourcePad(b2);
-        iAnswer = pPad ? pPad->Push(pObject) : 0;
+        iResult = pPad ? pPad->Push(pObject) : 0;
     }
-    return iAnswer;
+    return iResult;
 }
 
 } // namespace VESK

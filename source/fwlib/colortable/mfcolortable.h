@@ -2,7 +2,7 @@
 // MFColorTable: reads a colour lookup table, a file of raw bytes whose name ends in ".lut" and which begins with the
 // size of its header, 32 bits little-endian. What the bytes behind that mean is the caller's business.
 //
-// Offsets count bytes from the start of the file. Operations answer 1, or 0 for every failure, without a file and for
+// Offsets count bytes from the start of the file. Operations return 1, or 0 for every failure, without a file and for
 // negative offsets and counts included, and print nothing. The object owns its file and closes it. One thread at
 // a time.
 #ifndef FWLIB_COLORTABLE_MFCOLORTABLE_H
@@ -23,7 +23,7 @@ public:
     MFColorTable& operator=(const MFColorTable&) = delete;
 
     // Opens the file of that name with ".lut" appended, always, and closes the one it had. A null name and one longer
-    // than 251 characters answer 0 and leave it without a file.
+    // than 251 characters return 0 and leave it without a file.
     int SetFilename(char* pchName);
 
     int GetHeaderSize(unsigned int* puSize); // as the file stores it; not checked against anything

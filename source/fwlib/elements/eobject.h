@@ -26,7 +26,7 @@ public:
 
     virtual ~EObject(); // deletes the pads; source pads elsewhere that point at them are left pointing
 
-    // Reads the debug level: "Debug" of this element, else of the framework, else 0. Answers 1. Concrete
+    // Reads the debug level: "Debug" of this element, else of the framework, else 0. Returns 1. Concrete
     // elements create their pads here, and call this first when they want the level.
     virtual int Initialize();
 

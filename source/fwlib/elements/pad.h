@@ -2,7 +2,7 @@
 // Pads: the numbered ends of an element. A source pad hands objects to the one sink pad it is connected to.
 //
 // Delivery is a plain nested call on the caller's thread: Push calls the receiving element's DataArrived with
-// the object and the sink pad's index and answers what that answered, once everything downstream is done. No
+// the object and the sink pad's index and returns its result, once everything downstream is done. No
 // queue, no copy, no allocation. A pad owns nothing: neither its element nor its peer.
 #ifndef FWLIB_ELEMENTS_PAD_H
 #define FWLIB_ELEMENTS_PAD_H
@@ -37,7 +37,7 @@ public:
     explicit SOURCEPAD(EObject* pElement);
     ~SOURCEPAD() override;
 
-    // Lends the object to the connected element and answers what its DataArrived answers. 0 when the pad is
+    // Lends the object to the connected element and returns the result of its DataArrived. 0 when the pad is
     // not connected, which the owner, if there is one, reports as "SourcePad: No sink pad (broken pipe)\n",
     // and when the sink pad has no owner, silently.
     int Push(QObject* pObject) {

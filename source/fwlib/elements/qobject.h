@@ -28,12 +28,12 @@ public:
     virtual QObject* Duplicate();
 
     // The object in a stream: a line with the type name (at most 31 characters), then the property list.
-    // Both answer 1. Deserialize reads the list only, because whoever creates the object has read the type
+    // Both return 1. Deserialize reads the list only, because whoever creates the object has read the type
     // line; a stream that breaks off shows in the properties that arrived.
     virtual int Serialize(SWrite* pWriter);
     virtual int Deserialize(SRead* pReader);
 
-    virtual int Write(SWrite* pWriter); // writes nothing and answers 1
+    virtual int Write(SWrite* pWriter); // writes nothing and returns 1
     virtual int GetEOF();               // 0
 
     int Copy(QObject* pObject); // sets the other's properties here; always 1

@@ -5,7 +5,7 @@ namespace VESK {
 
 namespace {
 
-// Asks the factories of a list, closed by null, in order: the first answer wins.
+// Asks the factories of a list, closed by null, in order, up to the first that creates the object.
 template <class Object>
 Object* FirstAnswer(Factory** ppFactories, Object* (Factory::*pCreate)(char*), char* pchType) {
     for (Factory** pp = ppFactories; pp && *pp; ++pp) {

@@ -12,7 +12,7 @@
 
 namespace VESK {
 
-// The create operations answer a new object owned by the caller, or null for a name they do not know.
+// The create operations return a new object owned by the caller, or null for a name they do not know.
 class FWLIB_EXPORT Factory {
 public:
     // The order of the virtual operations is part of the binary interface.
@@ -38,11 +38,11 @@ public:
     // The list ends with null, is lent, and is normally a static table of the plugin; null serves nothing.
     explicit PluginFactory(Factory** ppFactories);
 
-    // The first factory of the list with an answer wins.
+    // The first factory of the list that creates the object.
     EObject* CreateElement(char* pchType) override;
     QObject* CreateQObject(char* pchType) override;
     void* CreateObject(char* pchType) override;
-    int Initialize(FRAMEWORK* pFramework) override; // initializes every factory of the list, and answers 1
+    int Initialize(FRAMEWORK* pFramework) override; // initializes every factory of the list, and returns 1
 
     Factory** m_ppFactories;
 };

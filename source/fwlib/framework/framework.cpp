@@ -21,7 +21,7 @@ const char* Shown(const char* pchText) {
     return pchText ? pchText : "(null)";
 }
 
-// The walk over the plugins' factories in load order; null when none has an answer.
+// Asks the plugins' factories in load order; null when none creates the object.
 template <class Object>
 Object* FirstAnswer(const FRAMEWORK& cFramework, Object* (Factory::*pCreate)(char*), char* pchType) {
     for (Byte4Type b4 = 0; b4 < cFramework.m_b2PluginCount; ++b4) {

@@ -22,7 +22,7 @@ public:
     FRAMEWORK();
     ~FRAMEWORK();
 
-    // Ask the plugins' factories in load order: the first answer wins and is owned by the caller. When there
+    // Ask the plugins' factories in load order: the first object returned counts, and the caller owns it. When there
     // is none, "FRAMEWORK::<operation>: Could not instantiate: %s\n" goes to standard error and null comes
     // back.
     EObject* CreateElement(char* pchType); // its m_pFramework is this framework
@@ -44,7 +44,7 @@ public:
     // plugins. The same path may be added again and is then asked twice.
     int AddPlugin(char* pchPath);
 
-    // Provides nothing: answers 1 and leaves the component pointer alone.
+    // Provides nothing: returns 1 and leaves the component pointer alone.
     int GetDataRecorderComponentPortal(char* pchName, KESTRAN::IComponent** ppComponent);
 
     // The fields in their order are part of the binary interface.

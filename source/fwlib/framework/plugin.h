@@ -22,7 +22,7 @@ public:
     virtual int Initialize(FRAMEWORK* pFramework) = 0; // 1 when the factory was obtained
 
     // The factory, lent; when there is none, reports "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n" on
-    // standard error and answers null.
+    // standard error and returns null.
     Factory* GetFactory();
 
     // The fields in their order are part of the binary interface.
@@ -39,8 +39,8 @@ public:
     explicit FWPLUGIN(char* pchPath);
     ~FWPLUGIN() override;
 
-    // Opens the shared object, obtains its factory and initializes it. Reports on standard error and answers
-    // 0 when it cannot be opened, is no regular file, is cut short, exports no GetFactory of its own, or hands out no
+    // Opens the shared object, obtains its factory and initializes it. Reports on standard error and returns
+    // 0 when it cannot be opened, is no regular file, is truncated, exports no GetFactory of its own, or returns no
     // factory.
     int Initialize(FRAMEWORK* pFramework) override;
 

@@ -32,11 +32,11 @@ public:
     ~EPipeline() override; // deletes the elements in their order
 
     // Initializes every element in order, wires the connections, finds the sink element. 0 at the first
-    // element that answers 0, or when a connection names a pad that is not there, which standard error tells.
+    // element that returns 0, or when a connection names a pad that is not there, which is reported on standard error.
     int Initialize() override;
 
     int DataArrived(QObject* pObject, Byte2Type b2Index) override; // 0: nothing is delivered here
-    int Run() override; // the answer of the sink element's Run; 0 with a report when there is none
+    int Run() override; // the result of the sink element's Run; 0 with a report when there is none
 
     // Forwarded to the element that the property names at the time of the call; 0 or null when there is none.
     Byte2Type GetSinkPadCount() override;
@@ -44,7 +44,7 @@ public:
     Byte2Type GetSourcePadCount() override;
     SOURCEPAD* GetSourcePad(Byte2Type b2Position) override;
 
-    // The named element's property of section "Standard", as the operations of PROPERTIES answer; 0, with the
+    // The named element's property of section "Standard", as the operations of PROPERTIES return it; 0, with the
     // out-value untouched, when no element has the name. A buffer is emptied and a number 0 when the key is
     // missing.
     virtual int SetElementProperty(char* pchElement, char* pchKey, char* pchValue);
@@ -59,7 +59,7 @@ public:
     // name is unknown, when memory is out, and at 65,520 connections.
     virtual int Connect(char* pchSource, Byte2Type b2SourcePad, char* pchSink, Byte2Type b2SinkPad);
 
-    // Stores the index of the first element of that name; names take part with their first 255 characters.
+    // Stores the index of the first element of that name; only the first 255 characters of a name are compared.
     int FindElement(char* pchName, Byte2Type* pb2Index);
 
     // Builds from a pipe file (docs/pipe-language.md). Needs m_pFramework. 1 when every line succeeded; the

@@ -158,7 +158,7 @@ int ConfigLine(const Build& cBuild, char** ppchArguments) {
 struct PipeKey {
     const char* pchKeyword; // null closes the table
     unsigned int uArguments;
-    int (*pAction)(const Build&, char**); // the line's answer, given the tokens behind the keyword
+    int (*pAction)(const Build&, char**); // its arguments are the tokens after the keyword; returns the result of the line
 };
 
 constexpr PipeKey PipeKeys[] = {

@@ -11,8 +11,7 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-// Grows whenever a text that is filed under "Name" is replaced or goes, in any list that lives on: what is known of
-// names is then no longer true.
+// Incremented when any list replaces or drops its "Name"; cached names are then stale.
 inline std::atomic<Byte4Type> NameChanges{0};
 
 // The index of the first entry with this key and section, or the list's count.
@@ -59,7 +58,7 @@ public:
             Mark(SoughtText(cList.m_pachKeys[b4]));
         }
     }
-    // Answers whether it was marked before.
+    // Returns whether it was marked before.
     bool Mark(const SoughtText& cKey) {
         const Byte4Type b4Bit = cKey.Hash() >> (WordBits - m_uPower);
         Byte4Type& b4Word = m_aWords[b4Bit / WordBits];

@@ -6,7 +6,7 @@
 // system itself reads and writes the section "Standard" only; other sections come from configuration files.
 // A pair of key and section stands at most once, entries keep the order in which they were first added, and a
 // list holds at most 65,520 of them. The list owns copies of all its texts and hands out none of them:
-// callers get copies in their own buffers. Operations answer 1 for success or for an entry found and 0
+// callers get copies in their own buffers. Operations return 1 for success or for an entry found and 0
 // otherwise, print nothing, and leave the entries as they were when memory is out. Keys and sections are
 // zero-terminated; a null key or section finds nothing and stores nothing. One thread at a time.
 #ifndef FWLIB_PROPERTIES_PROPERTIES_H
@@ -26,7 +26,7 @@ public:
 
     Byte2Type GetNumberOfProperties(); // over all sections
 
-    // Stores the entry's index, or leaves it alone and answers 0.
+    // Stores the entry's index, or leaves it alone and returns 0.
     int FindProperty(char* pchKey, Byte2Type* pb2Index, char* pchSection);
 
     // Copies the value, cut to b2Length - 1 characters and terminated; the default when the key is missing,
@@ -59,16 +59,16 @@ public:
     int SetProperty(char* pchKey, void* pValue, char* pchSection);
 
     // Splits "key=value" at its first "=", which is overwritten with a terminator, and sets the entry; a text
-    // without "=" stores nothing. Nothing is trimmed. Always answers 1.
+    // without "=" stores nothing. Nothing is trimmed. Always returns 1.
     int AddKeyValuePair(char* pchSection, char* pchPair);
 
     // Copy whole texts of the entry at an index below GetNumberOfProperties; the caller's buffers must hold
-    // them and a terminator. GetKeyValuePair answers 0 for an entry of another section; either buffer may be
+    // them and a terminator. GetKeyValuePair returns 0 for an entry of another section; either buffer may be
     // null.
     int GetKeyName(Byte2Type b2Index, char* pchKey);
     int GetKeyValuePair(Byte2Type b2Index, char* pchSection, char* pchKey, char* pchValue);
 
-    // Sets every entry of the other list here, in its order. Always answers 1.
+    // Sets every entry of the other list here, in its order. Always returns 1.
     int Copy(PROPERTIES* pProperties);
 
     int Reset(); // releases all: the list is as new; 1
@@ -77,7 +77,7 @@ public:
     // or comments. Lines are read in pieces of at most 255 characters.
 
     // The next line, without its newline; the empty text at the end of the file. uSize is the buffer's size
-    // in bytes. Always answers 1.
+    // in bytes. Always returns 1.
     int ReadLine(char* pFile, char* pchBuffer, unsigned int uSize);
 
     // Reads on to just behind the section's header; 0 when the file ends before it.
@@ -101,9 +101,9 @@ public:
     int SaveConfig(char* pchFileName, Byte2Type* pb2Lost);
 
     // The list in an object stream: a count line, then a line key=value for each entry, without sections.
-    // Writing hands each line to one WriteData call and answers 1; the lines are those of the list as it was when
+    // Writing hands each line to one WriteData call and returns 1; the lines are those of the list as it was when
     // writing began, whatever WriteData does to it. Reading sets every entry in "Standard",
-    // keeps what is there, and answers 0 when the stream ends or a line holds no "=", with the entries before
+    // keeps what is there, and returns 0 when the stream ends or a line holds no "=", with the entries before
     // it set.
     int Serialize(SWrite* pWriter);
     int Deserialize(SRead* pReader);

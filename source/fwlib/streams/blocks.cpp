@@ -33,7 +33,7 @@ void DecodeRest(const GroupCoder& cCoder, Byte* pData, char* pchText, std::size_
     std::memcpy(pData, abGroup, uCount);
 }
 
-// A recorder must not pass the object for a whole one; the answers are the same.
+// A recorder must not pass the object for a whole one; the results are the same.
 void TellLoss(SWrite& cWriter) {
     if (auto* const pWriter = OwnClass<ObjectFileWrite>::Of(&cWriter)) {
         pWriter->LoseBlock();

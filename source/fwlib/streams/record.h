@@ -58,7 +58,7 @@ void WriteRecord(SWrite& cWriter, const char* pchKey, std::size_t uKeyLength, co
     }
 }
 
-// Ends the key at the line's first "=" and answers the text behind it, or null when there is none.
+// Ends the key at the line's first "=" and returns the text behind it, or null when there is none.
 inline char* SplitRecord(char* pchLine) {
     char* const pchEquals = fwstrchr(pchLine, '=');
     if (!pchEquals) {

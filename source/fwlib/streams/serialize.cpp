@@ -18,7 +18,7 @@ static_assert(ObjectLines::LongestType == TypeTextSize - 1, "a stream holds what
 
 namespace {
 
-// A strict reader must not pass the object for a whole one; the answers are the same.
+// A strict reader must not pass the object for a whole one; the results are the same.
 void TellLoss(SRead& cReader) {
     if (auto* const pReader = OwnClass<ObjectFileRead>::Of(&cReader)) {
         pReader->LoseProperty();
@@ -71,7 +71,7 @@ public:
     }
 
 private:
-    // Answers the size of all, also where they do not fit.
+    // Returns the size of all, also where they do not fit.
     std::size_t Compose(const PROPERTIES& cList, std::size_t uSize) {
         std::size_t uUsed = 0;
         for (Byte4Type b4 = 0; b4 < cList.m_b2PropertyCount; ++b4) {

@@ -31,7 +31,7 @@ public:
     // buffer.
     char* ReadLine() override;
 
-    // Reads up to b4Length raw bytes and answers how many came; 0 without a file.
+    // Reads up to b4Length raw bytes and returns how many came; 0 without a file.
     virtual Byte4Type ReadBlock(char* pchBuffer, Byte4Type b4Length);
 
     virtual int OpenFile(char* pchFileName); // closes the file it has first; 1 when the new one was opened

@@ -16,7 +16,7 @@ class FWLIB_EXPORT SFileWrite : public SWrite {
 public:
     static constexpr unsigned int FileNameSize = 256;
 
-    SFileWrite(); // no file: WriteData answers 0
+    SFileWrite(); // no file: WriteData returns 0
 
     // Opens the file for writing, emptied, in mode "wb" when uBinary is not 0 and "w" when it is; a name is cut
     // to 255 characters, and the file of the cut name is opened. A null name means standard output. A file that
@@ -26,7 +26,7 @@ public:
     // The order of the virtual operations is part of the binary interface.
     ~SFileWrite() override;
 
-    // Writes and flushes, and answers the bytes that the write reported. What the operating system refuses only
+    // Writes and flushes, and returns the bytes that the write reported. What the operating system refuses only
     // at the flush shows in the error indicator of the stream m_pFile.
     Byte4Type WriteData(char* pchData, Byte4Type b4Length) override;
 

@@ -3,7 +3,7 @@
 //
 // A concrete reader implements ReadLine; everything else is built on it. Each Deserialize takes the next
 // line, whatever its key says, and converts the text behind its first "=" by the rules of strtol (strtoul for
-// the unsigned ones), clamped to 32 bits. It answers 1, and 0 with the value untouched at the end of the
+// the unsigned ones), clamped to 32 bits. It returns 1, and 0 with the value untouched at the end of the
 // stream, for a line without "=" and for a null destination. One thread at a time.
 #ifndef FWLIB_STREAMS_SREAD_H
 #define FWLIB_STREAMS_SREAD_H
@@ -41,9 +41,9 @@ public:
     // the stream, for a line without "=" and for a null destination. Characters are not checked for their range.
     int DeserializeBlock(unsigned char* pData, int iCount);
 
-    // The inverse of SWrite::Compress: writes the blocks' bytes and answers their count, a multiple of 120. 0 when
+    // The inverse of SWrite::Compress: writes the blocks' bytes and returns their count, a multiple of 120. 0 when
     // the source is empty or not the coding of whole blocks, or when they are more than b4Room. The target must not
-    // overlap the source; what lies in its room behind the answer is undefined. The flag is that of Compress. Any
+    // overlap the source; bytes of the target after the returned count are undefined. The flag is that of Compress. Any
     // source is safe.
     static Byte4Type Decompress(unsigned char* pTarget, Byte4Type b4Room, unsigned char* pSource,
                                 Byte4Type b4Length, unsigned char bFlag);

@@ -4,7 +4,7 @@
 // A concrete writer implements WriteData; everything else is built on it. A typed record is one line: the
 // key, "=" and the number in decimal. Records are positional: a reader takes them in the order they were
 // written and does not look at keys. A key holds no newline, and no "=" if it is to be read back; null counts
-// as empty. What WriteData answers is not examined. One thread at a time.
+// as empty. The result of WriteData is not examined. One thread at a time.
 #ifndef FWLIB_STREAMS_SWRITE_H
 #define FWLIB_STREAMS_SWRITE_H
 
@@ -23,7 +23,7 @@ public:
     virtual ~SWrite();
     virtual Byte4Type WriteData(char* pchData, Byte4Type b4Length) = 0; // the bytes written
 
-    // Each writes one record in one WriteData call and answers 1. A record longer than 255 characters is
+    // Each writes one record in one WriteData call and returns 1. A record longer than 255 characters is
     // written whole too; only when there is no memory to compose it, in pieces.
     int Serialize(char* pchKey, int iValue);
     int Serialize(char* pchKey, short sValue);
@@ -36,11 +36,11 @@ public:
     // Reading needs the byte count from elsewhere.
 
     // Writes one record in four WriteData calls; an empty value in three for null data, and nothing for a null
-    // key. A count below 0 counts as 0. Always answers 1.
+    // key. A count below 0 counts as 0. Always returns 1.
     int SerializeBlock(char* pchKey, unsigned char* pData, int iCount);
 
-    // Writes the characters of the bytes in one WriteData call, without key or newline, and answers what that
-    // answered; 0 when there is no memory for them. A last group of one or two bytes is filled up with zeros.
+    // Writes the characters of the bytes in one WriteData call, without key or newline, and returns what that
+    // returned; 0 when there is no memory for them. A last group of one or two bytes is filled up with zeros.
     Byte4Type WriteAsciized(char* pchData, unsigned int uCount);
 
     // Encodes uGroups groups of 3 bytes into 4 characters each, without a terminator, and writes nothing.

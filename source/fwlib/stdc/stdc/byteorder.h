@@ -2,7 +2,7 @@
 // Fields of 8, 16 and 32 bits in a named byte order, in memory and in files, the same on every host.
 //
 // Big-endian is the most significant byte first. The memory functions take the target first, need 2 or 4 bytes at any
-// address and cannot fail. The file functions answer 1 when every byte was transferred and 0 otherwise, with the
+// address and cannot fail. The file functions return 1 when every byte was transferred and 0 otherwise, with the
 // position behind what was; a file handle must not be null. Those without a byte order in their name are big-endian.
 #ifndef FWLIB_STDC_STDC_BYTEORDER_H
 #define FWLIB_STDC_STDC_BYTEORDER_H

@@ -4,7 +4,7 @@
 // A file handle is an open standard-library stream (what fopen returns) carried as char*; null stands for no
 // file. Only these functions use it as a stream; everybody else stores it and passes it on. A function
 // without a comment passes its arguments to the platform function that its name names and returns that one's
-// answer unchanged; handles, buffers and texts must then be valid and not null. Each is as safe between
+// return unchanged; handles, buffers and texts must then be valid and not null. Each is as safe between
 // threads as the platform's.
 #ifndef FWLIB_STDC_STDC_FWSTDCSTRING_H
 #define FWLIB_STDC_STDC_FWSTDCSTRING_H
@@ -25,10 +25,10 @@ FWLIB_EXPORT int fwfeof(char* pFile);
 FWLIB_EXPORT long fwftell(char* pFile);
 
 // Moves the position by iOffset bytes from the start (origin 0), from where it stands (1) or from the end
-// (any other origin). Answers 1 when it moved and 0 when it could not: the opposite sense of fseek.
+// (any other origin). Returns 1 when it moved and 0 when it could not: the opposite sense of fseek.
 FWLIB_EXPORT int fwfseek(char* pFile, int iOffset, unsigned char bOrigin);
 
-// Answer the number of whole items transferred.
+// Return the number of whole items transferred.
 FWLIB_EXPORT unsigned int fwfread(void* pBuffer, unsigned int uSize, unsigned int uCount, char* pFile);
 FWLIB_EXPORT unsigned int fwfwrite(void* pBuffer, unsigned int uSize, unsigned int uCount, char* pFile);
 
@@ -40,7 +40,7 @@ FWLIB_EXPORT int fwfputs(char* pchText, char* pFile);
 FWLIB_EXPORT char fwfgetc(char* pFile);
 
 // Formats into a block from the heap (512 bytes; a longer text takes a block of its size), writes the text
-// without its terminator and answers the bytes written, or -1 when no block could be had.
+// without its terminator and returns the bytes written, or -1 when no block could be had.
 FWLIB_EXPORT int fwfprintf(char* pFile, char const* pchFormat, ...) FWLIB_PRINTF(2, 3);
 
 // Formats into the caller's buffer without a bound: the buffer must hold the text and its terminator.
@@ -51,7 +51,7 @@ FWLIB_EXPORT void* fwmalloc(unsigned int uSize);
 FWLIB_EXPORT void fwfree(void* pBlock); // null is ignored
 
 // Moves the caller's block *ppBlock into a fresh one of uNewSize bytes, keeping the first bytes up to the
-// smaller size; bytes beyond uOldSize are not cleared. A null block is only allocated. Answers 1, or 0 with
+// smaller size; bytes beyond uOldSize are not cleared. A null block is only allocated. Returns 1, or 0 with
 // the caller's block as it was when ppBlock is null or memory could not be had.
 FWLIB_EXPORT int fwrealloc(void** ppBlock, unsigned int uOldSize, unsigned int uNewSize);
 FWLIB_EXPORT void* fwmemcpy(void* pTarget, void* pSource, int iCount);
@@ -65,7 +65,7 @@ FWLIB_EXPORT char* fwstrncpy(char* pchTarget, char* pchSource, int iCount);
 FWLIB_EXPORT char* fwstrncat(char* pchTarget, char* pchSource, int iCount);
 FWLIB_EXPORT char* fwstrchr(char const* pchText, char ch);
 FWLIB_EXPORT char* fwstrstr(char const* pchText, char const* pchSought);
-FWLIB_EXPORT char* fwstrupr(char* pchText); // turns the text into upper case in place and answers it
+FWLIB_EXPORT char* fwstrupr(char* pchText); // turns the text into upper case in place and returns it
 
 // Decimal conversions by the rules of strtol and strtoul. A number beyond the result's range gives the limit next to
 // it: 32 bits for an int on every host, and as wide as a long for the others.
