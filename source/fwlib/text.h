@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The section, the keys and the type names that the library itself reads and writes, each once.
-// All are zero-terminated, constant, and passed as char* because the interfaces take char*.
+// The section, the keys and the type names that the library itself reads and writes. They are constants of type char*
+// because the interfaces take char*.
 #ifndef FWLIB_TEXT_H
 #define FWLIB_TEXT_H
 
@@ -13,19 +13,19 @@ constexpr char* Text(const char* pchText) {
 }
 
 namespace Section {
-constexpr char* Standard = Text("Standard"); // everything the library itself reads and writes
+constexpr char* Standard = Text("Standard"); // the library itself uses no other
 }
 
 namespace Key {
 constexpr char* EObjectType = Text("EObjectType");         // an element's class name
 constexpr char* QObjectType = Text("QObjectType");         // a data object's class name
-constexpr char* Name = Text("Name");                       // by which a pipeline finds an element
+constexpr char* Name = Text("Name");                       // a pipeline finds an element by it
 constexpr char* Debug = Text("Debug");                     // trace level of an element or the framework
 constexpr char* TotalSourcePads = Text("TotalSourcePads"); // source pads an ETee or ESource creates
 constexpr char* Count = Text("Count");                     // number of an object sent by an ESource
 constexpr char* Filename = Text("Filename");               // of a recording
 constexpr char* Passthrough = Text("Passthrough");         // source pads an ESerialize creates
-constexpr char* Strict = Text("Strict");                   // whole objects only
+constexpr char* Strict = Text("Strict");                   // complete objects only
 constexpr char* Shared = Text("Shared");                   // a recording's file may be in use in the process
 constexpr char* Existing = Text("Existing");               // what an ESerialize does with a file that exists
 constexpr char* SinkElement = Text("SinkElement");         // a pipeline's element that runs

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The integer types of every interface and the names of the classes that refer to each other.
+// The integer types of all interfaces, and declarations of the classes.
 #ifndef FWLIB_TYPES_H
 #define FWLIB_TYPES_H
 

@@ -2,8 +2,8 @@
 // Pads: the numbered ends of an element. A source pad hands objects to the one sink pad it is connected to.
 //
 // Delivery is a plain nested call on the caller's thread: Push calls the receiving element's DataArrived with
-// the object and the sink pad's index and returns its result, once everything downstream is done. No
-// queue, no copy, no allocation. A pad owns nothing: neither its element nor its peer.
+// the object and the sink pad's index and returns its result, after all downstream work. There is no queue, no copy
+// and no allocation. A pad owns neither its element nor the pad it is connected to.
 #ifndef FWLIB_ELEMENTS_PAD_H
 #define FWLIB_ELEMENTS_PAD_H
 
@@ -29,7 +29,7 @@ public:
     SINKPAD(EObject* pElement, Byte2Type b2Index);
     ~SINKPAD() override;
 
-    Byte2Type m_b2Index; // handed to DataArrived; the element's own choice, not a position
+    Byte2Type m_b2Index; // passed to DataArrived; chosen by the element, not a position
 };
 
 class FWLIB_EXPORT SOURCEPAD : public PAD {
@@ -37,9 +37,9 @@ public:
     explicit SOURCEPAD(EObject* pElement);
     ~SOURCEPAD() override;
 
-    // Lends the object to the connected element and returns the result of its DataArrived. 0 when the pad is
-    // not connected, which the owner, if there is one, reports as "SourcePad: No sink pad (broken pipe)\n",
-    // and when the sink pad has no owner, silently.
+    // Lends the object to the connected element and returns the result of its DataArrived. Returns 0 when the
+    // pad is not connected, which is reported as an error of its owner, if it has one: "SourcePad: No sink pad (broken
+    // pipe)\n". Returns 0 without a report when the sink pad has no owner.
     int Push(QObject* pObject) {
         SINKPAD* const pSinkPad = m_pSinkPad;
         if (!pSinkPad) {
@@ -52,11 +52,11 @@ public:
         return pReceiver->DataArrived(pObject, pSinkPad->m_b2Index);
     }
 
-    SINKPAD* m_pSinkPad; // lent; assigned by whoever connects, null while unconnected
+    SINKPAD* m_pSinkPad; // lent; set by whoever connects the pads, null while unconnected
 
 private:
     FWLIB_COLD int ReportUnconnected() { return BrokenPipe(); }
-    int BrokenPipe(); // the report of Push: 0
+    int BrokenPipe(); // reports for Push and returns 0
 };
 
 } // namespace VESK

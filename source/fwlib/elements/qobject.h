@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // QObject: a data object, whose content is a property list. QEOF: the object that ends a stream.
 //
-// Whoever creates an object owns it. A class of its own names itself in "QObjectType", by which a reader
-// creates it again through the framework, and overrides Duplicate. A QEOF is told by GetEOF, never by its
-// type name, which is "QObject" too.
+// The creator of an object owns it. A derived class stores its type name in "QObjectType", from which a reader creates
+// the object again through the framework, and overrides Duplicate. Use GetEOF to recognize a QEOF: its type name is
+// "QObject" too.
 #ifndef FWLIB_ELEMENTS_QOBJECT_H
 #define FWLIB_ELEMENTS_QOBJECT_H
 
@@ -15,7 +15,7 @@ namespace VESK {
 
 class FWLIB_EXPORT QObject {
 public:
-    QObject(); // holds "QObjectType" = "QObject"
+    QObject(); // sets "QObjectType" to "QObject"
     QObject(const QObject&) = delete;
     QObject& operator=(const QObject&) = delete;
 
@@ -23,20 +23,20 @@ public:
 
     virtual ~QObject();
 
-    // A new object with the same properties, owned by the caller; null when memory is out. The base makes a
-    // plain QObject, whatever class this is.
+    // A new object with the same properties, owned by the caller; null when memory is out. The base class creates a
+    // plain QObject, whatever the class of this object.
     virtual QObject* Duplicate();
 
     // The object in a stream: a line with the type name (at most 31 characters), then the property list.
-    // Both return 1. Deserialize reads the list only, because whoever creates the object has read the type
-    // line; a stream that breaks off shows in the properties that arrived.
+    // Both return 1. Deserialize reads only the list, because the caller has read the type line to create the object. At
+    // the end of the stream, the properties read so far are set.
     virtual int Serialize(SWrite* pWriter);
     virtual int Deserialize(SRead* pReader);
 
     virtual int Write(SWrite* pWriter); // writes nothing and returns 1
     virtual int GetEOF();               // 0
 
-    int Copy(QObject* pObject); // sets the other's properties here; always 1
+    int Copy(QObject* pObject); // sets every property of the other object in this one; always 1
 
     // The fields in their order are part of the binary interface.
     PROPERTIES m_cProperties;

@@ -6,15 +6,15 @@
 #include "fwlib/export.h"
 #include "fwlib/types.h"
 
-// A plugin defines this function; including this header gives it its unmangled, exported name. The framework
-// calls it once for each time it loads the plugin. The factory stays the plugin's and must be valid as long
-// as the plugin is loaded. The library's own serves "QObject" and the built-in elements.
+// A plugin defines this function; including this header gives it its unmangled, exported name. The framework calls it
+// each time it loads the plugin. The plugin owns the factory, which must be valid as long as the plugin is loaded. The
+// library's own factory creates "QObject" and the built-in elements.
 extern "C" FWLIB_EXPORT VESK::Factory* GetFactory();
 
 namespace VESK {
 
-// Refers to the constructors of FRAMEWORK, EPipeline, MFColorTable, SOURCEPAD and SFileRead, so that a host which
-// only loads plugins still links them. Each call leaks one object of each.
+// Refers to the constructors of FRAMEWORK, EPipeline, MFColorTable, SOURCEPAD and SFileRead, so that they are linked into
+// a host that only loads plugins. Each call leaks one object of each.
 FWLIB_EXPORT void Pullin();
 
 } // namespace VESK

@@ -2,7 +2,7 @@
 // Factories create elements, data objects and other objects by type name. Every plugin exports one.
 //
 //   Factory         the interface; never deleted through it
-//   LibraryFactory  a base that creates nothing: override what you serve
+//   LibraryFactory  a base that creates nothing: override the operations for your types
 //   PluginFactory   several factories behind one, asked in order
 #ifndef FWLIB_FRAMEWORK_FACTORY_H
 #define FWLIB_FRAMEWORK_FACTORY_H
@@ -18,8 +18,8 @@ public:
     // The order of the virtual operations is part of the binary interface.
     virtual EObject* CreateElement(char* pchType) = 0;
     virtual QObject* CreateQObject(char* pchType) = 0;
-    virtual void* CreateObject(char* pchType) = 0;     // of a kind that the plugin and its caller agree on
-    virtual int Initialize(FRAMEWORK* pFramework) = 0; // told to each framework that loads the plugin
+    virtual void* CreateObject(char* pchType) = 0;     // of a class that the plugin and its caller agree on
+    virtual int Initialize(FRAMEWORK* pFramework) = 0; // called by each framework that loads the plugin
 
 protected:
     ~Factory() = default;
@@ -35,7 +35,7 @@ public:
 
 class FWLIB_EXPORT PluginFactory : public Factory {
 public:
-    // The list ends with null, is lent, and is normally a static table of the plugin; null serves nothing.
+    // The list ends with null and is lent, normally a static table of the plugin. A null list creates nothing.
     explicit PluginFactory(Factory** ppFactories);
 
     // The first factory of the list that creates the object.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// PLUGIN: what supplies a framework with a factory. FWPLUGIN: one that is kept in a shared object.
+// PLUGIN: supplies a framework with a factory. FWPLUGIN: a plugin in a shared object.
 //
 // A plugin's shared object exports GetFactory (entry.h). The factory belongs to the shared object and is
 // never deleted; the shared object is closed when the plugin is destroyed.
@@ -21,7 +21,7 @@ public:
     virtual ~PLUGIN();
     virtual int Initialize(FRAMEWORK* pFramework) = 0; // 1 when the factory was obtained
 
-    // The factory, lent; when there is none, reports "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n" on
+    // The factory, lent; without one, reports "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n" on
     // standard error and returns null.
     Factory* GetFactory();
 
@@ -34,8 +34,8 @@ class FWLIB_EXPORT FWPLUGIN : public PLUGIN {
 public:
     enum : unsigned int { PathSize = 256 };
 
-    // The path of the shared object, at most 255 characters. A bare file name is looked for where the loader
-    // looks; "libfwlib.so" always finds this library. A null or longer path makes Initialize fail.
+    // The path of the shared object, at most 255 characters. The loader searches for a name without a slash;
+    // "libfwlib.so" is always this library. With a null or longer path, Initialize fails.
     explicit FWPLUGIN(char* pchPath);
     ~FWPLUGIN() override;
 
@@ -44,7 +44,7 @@ public:
     // factory.
     int Initialize(FRAMEWORK* pFramework) override;
 
-    char m_achPath[PathSize]; // empty for a path that does not fit
+    char m_achPath[PathSize]; // empty if the path was too long
     void* m_pHandle;          // the loader's; null until Initialize
 };
 

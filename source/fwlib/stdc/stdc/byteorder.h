@@ -3,7 +3,8 @@
 //
 // Big-endian is the most significant byte first. The memory functions take the target first, need 2 or 4 bytes at any
 // address and cannot fail. The file functions return 1 when every byte was transferred and 0 otherwise, with the
-// position behind what was; a file handle must not be null. Those without a byte order in their name are big-endian.
+// position after the last byte transferred; a file handle must not be null. Functions without a byte order in their name
+// are big-endian.
 #ifndef FWLIB_STDC_STDC_BYTEORDER_H
 #define FWLIB_STDC_STDC_BYTEORDER_H
 
@@ -31,7 +32,7 @@ FWLIB_EXPORT int WriteByte2Type(char* pFile, unsigned short& usValue);
 FWLIB_EXPORT int WriteByte4TypeBigEndian(char* pFile, unsigned int& uValue);
 FWLIB_EXPORT int WriteByte4Type(char* pFile, unsigned int& uValue);
 
-// Every byte is written, each by itself, even behind one that failed.
+// Every byte is written by itself, also after one that failed.
 FWLIB_EXPORT int WriteByte2TypeLittleEndian(char* pFile, unsigned short& usValue);
 FWLIB_EXPORT int WriteByte4TypeLittleEndian(char* pFile, unsigned int& uValue);
 
