@@ -26,7 +26,7 @@ class ECountdown : public VESK::EObject {
 public:
     ECountdown() { m_cProperties.SetProperty(VESK::Key::EObjectType, TypeName, Section::Standard); }
 
-    ~ECountdown() override { Message(1, "%d objects sent\n", m_iSent); }
+    ~ECountdown() override { Message(1, "%d object%s sent\n", m_iSent, m_iSent == 1 ? "" : "s"); }
 
     int Initialize() override {
         EObject::Initialize(); // the debug level

@@ -159,6 +159,7 @@ report() {
     script -qec "$fwpipe run --quiet good.pipe" /dev/null </dev/null | tr -d '\r' >terminal
     [[ $(tail -n 1 terminal) == $line ]] || fail "no report on a terminal"
     check 0 '*' 'fwpipe: 3 runs, 3 objects sent, 0 refused, *' run --report --drain countdown.pipe
+    check 0 '*' 'fwpipe: 1 run, 1 object sent, 0 refused, *' run --report countdown.pipe
     check 1 '*' $'fwpipe: 3 runs, 3 objects sent, *\nfwpipe: run 4 of countdown.pipe answered 0' \
         run --report --repeat 9 countdown.pipe
     start 'launch: [0-9]' run --report endless.pipe --drain

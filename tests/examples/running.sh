@@ -36,7 +36,7 @@ steps() {
         run nosink.pipe
     check 1 '*' 'ERROR: *fwpipe: broken.pipe ran, but errors were reported' run broken.pipe
     printf '[ECountdown]\nStart=7\n' >seven.cfg
-    check 0 '*launch: 7'$'\n'"$object*launch: 1 objects sent" '' run countdown.pipe --config seven.cfg
+    check 0 '*launch: 7'$'\n'"$object*launch: 1 object sent" '' run countdown.pipe --config seven.cfg
 }
 
 loops() {

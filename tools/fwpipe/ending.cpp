@@ -23,8 +23,9 @@ void Report::Tell(unsigned long long ullRuns, const Origin& cOrigin) const {
     }
     const std::chrono::duration<double> Passed = std::chrono::steady_clock::now() - m_Start;
     const Deliveries cCounted = cOrigin.Counted();
-    std::fprintf(stderr, "fwpipe: %llu run%s, %llu objects sent, %llu refused, %.3f s, %.0f objects/s\n",
-                 ullRuns, ullRuns == 1 ? "" : "s", cCounted.ullSent, cCounted.ullRefused, Passed.count(),
+    std::fprintf(stderr, "fwpipe: %llu run%s, %llu object%s sent, %llu refused, %.3f s, %.0f objects/s\n",
+                 ullRuns, ullRuns == 1 ? "" : "s", cCounted.ullSent, cCounted.ullSent == 1 ? "" : "s",
+                 cCounted.ullRefused, Passed.count(),
                  static_cast<double>(cCounted.ullSent) / std::max(Passed.count(), 1e-9));
 }
 
