@@ -160,6 +160,14 @@ TEST(Framework, LinesCarryTheirOrigin) {
     EXPECT_EQ(told(static_cast<char*>(nullptr)) + told(static_cast<EObject*>(nullptr)), "0 0 ");
     EXPECT_EQ(Told([&] { return framework.ErrorMessage(nullptr, "1%%\n", none), framework.m_bError; }),
               "1 ! ERROR: [No Element Pointer]: 1%\n");
+    nameless.m_pFramework = &framework;
+    const auto error = [&](const char* end) {
+        return Told([&] { return nameless.ErrorMessage("half%s", end), framework.m_bError; });
+    };
+    const std::string half = "1 ! ERROR: [No Element Type] - [No Element Name]: half";
+    EXPECT_EQ(error(""), half);
+    framework.SetProperty(Key::EndErrorLines, 1, Section::Standard);
+    EXPECT_EQ(error("") + error("\n"), half + "\n" + half + "\n");
 }
 
 } // namespace

@@ -21,6 +21,7 @@ constexpr char* EObjectType = Text("EObjectType");         // an element's class
 constexpr char* QObjectType = Text("QObjectType");         // a data object's class name
 constexpr char* Name = Text("Name");                       // a pipeline finds an element by it
 constexpr char* Debug = Text("Debug");                     // trace level of an element or the framework
+constexpr char* EndErrorLines = Text("EndErrorLines");     // of the framework: error lines are ended
 constexpr char* TotalSourcePads = Text("TotalSourcePads"); // source pads an ETee or ESource creates
 constexpr char* Count = Text("Count");                     // number of an object sent by an ESource
 constexpr char* Filename = Text("Filename");               // of a recording

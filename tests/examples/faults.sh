@@ -67,6 +67,8 @@ EOT
     chain zero EEvery third Fault=zero
     check 1 '' $'fwpipe: element "third" (EEvery): Initialize returned 0\nfwpipe: initializing zero.pipe failed' \
         run --quiet zero.pipe
+    chain open EEvery second Error=half
+    check 1 '' $'ERROR: EEvery - second: half\nfwpipe: open.pipe ran, but errors were reported' run --quiet open.pipe
     chain runs EEvery first Fault=error In=Run
     echo 'sink first' >>runs.pipe
     check 1 '' 'fwpipe: element "first" (EEvery)?( or one downstream): boom' run --quiet runs.pipe

@@ -6,13 +6,18 @@
 //   properties    "Fault": what happens, by the table below; "zero" makes Initialize return 0
 //                 "In": DataArrived (when absent), Initialize, Run or Destructor
 //                 "At": the object, counted from 1, at which DataArrived fails; 1 when absent
+//                 "Error": an error message of Initialize
+// EBorn_FAULT prints on standard error when it is created, and then has that fault.
 #include "support/support.h"
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <unistd.h>
 
 using namespace VESK;
 
@@ -49,6 +54,8 @@ constexpr Fault Faults[] = {
     {"bus", [] { std::raise(SIGBUS); }},
     {"abort", [] { std::abort(); }},
     {"sent", [] { std::raise(SIGSEGV); }},
+    {"exit", [] { std::exit(3); }},
+    {"wait", [] { pause(); }},
 };
 
 class EFailing : public EObject {
@@ -60,17 +67,14 @@ public:
         AddSourcePad(new SOURCEPAD(this));
         m_iAt = std::stoi(Own("At", "1"));
         m_pHappen = Find(Own("In", "DataArrived") == "DataArrived" ? Own("Fault") : "").pHappen;
+        if (!Own("Error").empty()) {
+            ErrorMessage("%s", Own("Error").c_str());
+        }
         Fail("Initialize");
         return Own("Fault") != "zero";
     }
     int Run() override { return Fail("Run"), GetSourcePad(0)->Push(nullptr); }
 
-protected:
-    std::string Own(const char* key, const char* otherwise = "") {
-        char text[256];
-        m_cProperties.GetProperty(Text(key), text, sizeof text, Text(otherwise), Section::Standard);
-        return text;
-    }
     static const Fault& Find(const std::string& name) {
         for (const Fault& cFault : Faults) {
             if (name == cFault.pchName) {
@@ -78,6 +82,13 @@ protected:
             }
         }
         return Faults[0];
+    }
+
+protected:
+    std::string Own(const char* key, const char* otherwise = "") {
+        char text[256];
+        m_cProperties.GetProperty(Text(key), text, sizeof text, Text(otherwise), Section::Standard);
+        return text;
     }
     void Fail(const char* where) {
         if (Own("In") == where) {
@@ -136,7 +147,13 @@ public:
 class FailingFactory : public LibraryFactory {
 public:
     EObject* CreateElement(char* pchType) override {
-        const std::string type = pchType;
+        const std::string type = pchType, born = "EBorn_";
+        if (type.compare(0, born.size(), born) == 0) {
+            std::fprintf(stderr, "%s\n", "born");
+            std::cerr << "born too\n";
+            EFailing::Find(type.substr(born.size())).pHappen();
+            return new EEvery;
+        }
         if (type == "EEvery") {
             return new EEvery;
         }

@@ -147,6 +147,7 @@ int Run(Options& cOptions) {
     }
     CatchFaults();
     VESK::FRAMEWORK cFramework;
+    cFramework.SetProperty(VESK::Key::EndErrorLines, 1, VESK::Section::Standard); // others print there, too
     Origin cOrigin;
     int iStatus = ExitFailed;
     {

@@ -10,7 +10,9 @@
 #include "fwlib/internal/growth.h"
 #include "fwlib/internal/texts.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <new>
 
 namespace VESK {
@@ -51,6 +53,22 @@ struct Origin {
     char achType[TypeTextSize];
     char achName[TypeTextSize];
 };
+
+// Whether the formatted text ends with a newline. Without memory nobody knows.
+bool EndsLine(const char* pchFormat, va_list Values) {
+    va_list Again;
+    va_copy(Again, Values);
+    const auto uLength = static_cast<std::size_t>(std::max(std::vsnprintf(nullptr, 0, pchFormat, Values), 0));
+    char* const pchText = uLength > 0 ? static_cast<char*>(std::malloc(uLength + 1)) : nullptr;
+    bool bEnds = false;
+    if (pchText) {
+        std::vsnprintf(pchText, uLength + 1, pchFormat, Again);
+        bEnds = pchText[uLength - 1] == '\n';
+        std::free(pchText);
+    }
+    va_end(Again);
+    return bEnds;
+}
 
 } // namespace
 
@@ -117,7 +135,15 @@ void FRAMEWORK::ErrorMessage(EObject* pElement, const char* pchFormat, va_list V
     } else {
         std::fprintf(stderr, "ERROR: [No Element Pointer]: ");
     }
+    int iEndLines;
+    GetProperty(Key::EndErrorLines, &iEndLines, 0, Section::Standard);
+    va_list Again;
+    va_copy(Again, Values);
     std::vfprintf(stderr, pchFormat, Values);
+    if (iEndLines && !EndsLine(pchFormat, Again)) {
+        std::fputc('\n', stderr);
+    }
+    va_end(Again);
 }
 
 PLUGIN* FRAMEWORK::LoadPlugin(char* pchPath) {

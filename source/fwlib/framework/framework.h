@@ -34,7 +34,8 @@ public:
     void Message(EObject* pElement, int iLevel, const char* pchFormat, va_list Values) FWLIB_PRINTF(4, 0);
     void Message(char* pchName, int iLevel, const char* pchFormat, va_list Values) FWLIB_PRINTF(4, 0);
 
-    // An error line on standard error: "ERROR: type - name: " and the formatted text. Sets m_bError.
+    // An error line on standard error: "ERROR: type - name: " and the formatted text. Sets m_bError. When the framework's
+    // property "EndErrorLines" is not 0, a newline follows a text that does not end with one.
     void ErrorMessage(EObject* pElement, const char* pchFormat, va_list Values) FWLIB_PRINTF(3, 0);
 
     // A loaded plugin owned by the caller, or null after the plugin's own report.
