@@ -57,6 +57,19 @@ quiet() {
     # What is held must not take the place of a stream that is closed, or showing it there has no end.
     timeout 5 "$fwpipe" run --quiet noline.pipe >out 2>&-
     [[ $? == 1 && ! -s out ]] || fail "--quiet 2>&-"
+    # What is printed on standard error meanwhile: in its place when the build fails or ends the process, alone otherwise.
+    local plugin="plugin ${probe%/*}/failing.so" said=$'born\nborn too'
+    pipe born "$plugin" 'element EBorn_' "${produce[@]}" "${print[@]/ESink/EDevNull}" 'connect counter 0 printer 0'
+    check 0 '' "$said" run --quiet born.pipe
+    pipe fails "$plugin" 'element EBorn_' 'conect'
+    check 1 '' $'*\nInstantiating EBorn_\n'"$said"$'\nUnknown token conect\nfwpipe: *' run --quiet fails.pipe
+    pipe exits "$plugin" 'element EBorn_exit'
+    check 3 '' $'*\nInstantiating EBorn_exit\n'"$said" run --quiet exits.pipe
+    pipe aborts "$plugin" 'element EBorn_abort'
+    struck 6 $'*\nInstantiating EBorn_abort\n'"$said"$'\nfwpipe: unknown element: Aborted' aborts
+    pipe waits "$plugin" 'element EBorn_wait'
+    timeout 0.5 "$fwpipe" run --quiet waits.pipe >out 2>err
+    [[ $? == 124 && $(<err) == *$'\nInstantiating EBorn_wait\n'"$said" ]] || fail "a signal ends --quiet"
 }
 
 # start: runs in the background, as $runner.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "failure.h"
 
+#include "heldoutput.h"
 #include "holder.h"
 #include "knownelements.h"
 #include "turns.h"
@@ -145,6 +146,7 @@ void OnFault(int iSignal, siginfo_t* pInfo, void* pContext) {
                         reinterpret_cast<Address>(pInfo->si_addr) + StackMargin > uStack &&
                         reinterpret_cast<Address>(pInfo->si_addr) < uStack + StackMargin;
     iFault = iSignal;
+    ShowHeldAtEnd();
     for (const int iOther : Faults) {
         if (iOther != SIGABRT) {
             struct sigaction Action = {};

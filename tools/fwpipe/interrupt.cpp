@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "interrupt.h"
 
+#include "heldoutput.h"
+
 #include <cerrno>
 #include <csignal>
 #include <ctime>
@@ -24,6 +26,7 @@ bool Repeated() {
 }
 
 void End(int iSignal) {
+    ShowHeldAtEnd();
     std::signal(iSignal, SIG_DFL);
     std::raise(iSignal); // comes when the handler returns
 }

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -81,46 +80,6 @@ bool PrintedOnTerminal() {
     const bool bPrinted = achLines[0] != '\0';
     achLines[0] = '\0';
     return bPrinted;
-}
-
-HeldOutput::HeldOutput() : m_iHeld(memfd_create("fwpipe", MFD_CLOEXEC)), m_iOutput(-1) {
-    std::fflush(stdout);
-    if (m_iHeld >= 0) {
-        m_iOutput = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    }
-    if (m_iOutput >= 0 && dup2(m_iHeld, STDOUT_FILENO) < 0) {
-        close(m_iOutput);
-        m_iOutput = -1;
-    }
-}
-
-HeldOutput::~HeldOutput() {
-    if (m_iOutput >= 0) {
-        std::fflush(stdout);
-        std::clearerr(stdout); // what went wrong so far concerns the held lines
-        if (dup2(m_iOutput, STDOUT_FILENO) < 0) {
-            close(STDOUT_FILENO); // an error at the next line rather than lines that nobody sees
-        }
-        close(m_iOutput);
-    }
-    if (m_iHeld >= 0) {
-        close(m_iHeld);
-    }
-}
-
-bool HeldOutput::Holds() const {
-    return m_iOutput >= 0;
-}
-
-void HeldOutput::Show() const {
-    std::fflush(stdout);
-    char achPiece[4096];
-    off_t iFrom = 0;
-    ssize_t iLength;
-    while ((iLength = pread(m_iHeld, achPiece, sizeof achPiece, iFrom)) > 0) {
-        std::fwrite(achPiece, 1, static_cast<std::size_t>(iLength), stderr);
-        iFrom += iLength;
-    }
 }
 
 } // namespace FwPipe

@@ -6,6 +6,7 @@
 #include "ending.h"
 #include "failure.h"
 #include "feedback.h"
+#include "heldoutput.h"
 #include "interrupt.h"
 #include "origin.h"
 #include "output.h"
@@ -68,14 +69,14 @@ int Build(Options& cOptions, VESK::EPipeline& cPipeline) {
 
 // Some of the library's reasons for a failure are among the lines that are held back.
 int BuildQuietly(Options& cOptions, VESK::EPipeline& cPipeline) {
-    const HeldOutput cHeld;
+    HeldOutput cHeld;
     if (!cHeld.Holds()) {
         std::fprintf(stderr, "fwpipe: cannot hold back the progress lines: %s\n", std::strerror(errno));
         return 0;
     }
     const int iBuilt = Build(cOptions, cPipeline);
     if (!iBuilt) {
-        cHeld.Show();
+        cHeld.ShowAll();
     }
     return iBuilt;
 }
