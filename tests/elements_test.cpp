@@ -13,9 +13,11 @@ namespace {
 template <class Pad>
 struct CountedPad : Pad {
     template <class... Arguments>
-    explicit CountedPad(int& counter, Arguments... arguments) : Pad(arguments...), deleted(counter) {}
-    ~CountedPad() override { ++deleted; }
+    explicit CountedPad(int& counter, int number, Arguments... arguments)
+        : Pad(arguments...), deleted(counter), place(number) {}
+    ~CountedPad() override { EXPECT_EQ(deleted++, place); }
     int& deleted;
+    const int place;
 };
 
 TEST(Elements, PadsKeepTheirOrderUpToTheirLimitAndDieOnceWithTheElement) {
@@ -24,8 +26,8 @@ TEST(Elements, PadsKeepTheirOrderUpToTheirLimitAndDieOnceWithTheElement) {
         Probe element;
         EXPECT_EQ(element.GetSinkPad(0), nullptr);
         for (Byte2Type b2 = 0; b2 < 33; ++b2) {
-            auto* sink = new CountedPad<SINKPAD>(sinks, &element, b2);
-            auto* source = new CountedPad<SOURCEPAD>(sources, &element);
+            auto* sink = new CountedPad<SINKPAD>(sinks, b2, &element, b2);
+            auto* source = new CountedPad<SOURCEPAD>(sources, b2, &element);
             EXPECT_EQ(element.AddSinkPad(sink) + element.AddSourcePad(source), 2);
             EXPECT_TRUE(element.GetSinkPad(b2) == sink && element.GetSourcePad(b2) == source);
         }

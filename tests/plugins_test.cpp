@@ -7,6 +7,7 @@
 #include <cstdarg>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <link.h>
 #include <memory>
 #include <pthread.h>
 #include <sys/stat.h>
@@ -29,8 +30,14 @@ TEST(Plugins, PathsThatNameNoneAndFilesThatWereCutAreRefused) {
         {"", "empty or longer"},
         {std::string(255, 'x'), "cannot open shared object file"},
         {std::string(256, 'x'), "longer than 255 characters"}};
-    // Less than what is mapped.
-    for (const std::size_t size : {0u, 10u, 63u, 500u, 4095u, 4096u, 5000u, 8192u}) {
+    // Less than what is mapped, also by the last byte of a part only.
+    std::vector<std::size_t> sizes = {0, 10, 63, 500, 4095, 4096, 5000, 8192};
+    const auto* const header = reinterpret_cast<const ElfW(Ehdr)*>(whole.data());
+    const auto* const parts = reinterpret_cast<const ElfW(Phdr)*>(whole.data() + header->e_phoff);
+    for (int i = 0; i < header->e_phnum; ++i) {
+        parts[i].p_type == PT_LOAD ? sizes.push_back(parts[i].p_offset + parts[i].p_filesz - 1) : void();
+    }
+    for (const std::size_t size : sizes) {
         failures.emplace_back(scratch.Write(std::to_string(size) + ".so", whole.substr(0, size)), ".so: ");
     }
     const std::string fifo = scratch.Path("fifo"); // which nobody writes to
@@ -125,6 +132,32 @@ TEST(Plugins, AreClosedWithTheirLastOwnerAndKeptUpToTheLimit) {
     EXPECT_EQ(full.AddPlugin(Own), 0);
     full.m_ppPlugins = nullptr;
     full.m_b2PluginCount = 0;
+}
+
+// Serves nothing itself, but loads what does.
+struct Loader : PLUGIN, LibraryFactory {
+    Loader(std::string& text, char name) : closed(text), m_chName(name) { m_pFactory = this; }
+    ~Loader() override { closed += m_chName; }
+    int Initialize(FRAMEWORK* pFramework) override { return m_pFramework = pFramework, 1; }
+    QObject* CreateQObject(char*) override { return m_pFramework->AddPlugin(Own), nullptr; }
+    std::string& closed;
+    char m_chName;
+};
+
+TEST(Plugins, ThoseThatAFactoryAddsAreAskedTooAndAllAreClosedInTheirOrder) {
+    std::string closed;
+    {
+        FRAMEWORK framework;
+        for (int i = 0; i < 3; ++i) {
+            framework.AddPlugin(Own);
+            auto* const loader = new Loader(closed, static_cast<char>('a' + i));
+            loader->Initialize(&framework);
+            delete std::exchange(framework.m_ppPlugins[i], loader);
+        }
+        const std::unique_ptr<QObject> object(framework.CreateQObject(Type::QObject));
+        EXPECT_TRUE(object && framework.m_b2PluginCount == 6);
+    }
+    EXPECT_EQ(closed, "abc");
 }
 
 TEST(Plugins, AThreadMayEndInAFactory) {

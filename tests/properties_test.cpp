@@ -105,6 +105,7 @@ TEST(Properties, TextsPutInByHandEndAtTheirFirstZeroByte) {
         EXPECT_EQ(value, key);
         EXPECT_EQ(list.GetProperty(Text(key.c_str()), value, sizeof value, nullptr, Text(key.c_str())), 1);
         EXPECT_EQ(value, key);
+        list.SetProperty(Text(key.c_str()), list.m_pachValues[3], Text(key.c_str())); // its own value
         MemoryWrite writer;
         EXPECT_EQ(list.Serialize(&writer) + copy.Copy(&list), 2);
         EXPECT_EQ(writer.pieces[4] + writer.pieces[5], key + "=" + key + "\n_=" + key + "\n");

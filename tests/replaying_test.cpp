@@ -47,13 +47,19 @@ TEST(Replaying, AReadThatFailsIsToldAlsoWithoutAReason) {
 // Also within a line: the object comes whole once the rest has arrived.
 TEST(Replaying, WhatHasNotArrivedYetIsTriedAgain) {
     for (const char* const strict : BothWays) {
-        int ends[2];
-        ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+        int ends[2], others[2];
+        ASSERT_EQ(pipe2(ends, O_NONBLOCK) + pipe2(others, O_NONBLOCK), 0);
         Deck<EDeserialize> player("", strict);
         Probe sink("sink");
         sink.AddSinkPad(new SINKPAD(&sink, Byte2Type{0}));
         player.element.GetSourcePad(0)->m_pSinkPad = sink.GetSinkPad(0);
+        std::FILE* const other = fdopen(others[0], "r");
+        player.element.m_pReader->SetFile(reinterpret_cast<char*>(other));
+        ASSERT_EQ(write(others[1], "part", 4), 4); // which does not come from the next stream
+        EXPECT_EQ(Runs(player.element), "0 ");
         player.element.m_pReader->SetFile(reinterpret_cast<char*>(fdopen(ends[0], "r")));
+        std::fclose(other);
+        close(others[1]);
         for (int object = 0; object < 2; ++object) {
             for (std::size_t cut = 0; cut < Object.size(); cut += 7) {
                 EXPECT_EQ(Runs(player.element), "0 ");
@@ -80,6 +86,11 @@ TEST(Replaying, AHostMayReadOnBehindAnObject) {
     reader.m_pFile = nullptr;
     EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no whole object at byte 0 of " +
                                         path + ": its last line is cut\n");
+    const std::string other = scratch.Write("other", Object + "QObject\n");
+    EXPECT_EQ(reader.OpenFile(Text(other.c_str())), 1); // and bytes count from its begin
+    Runs(player.element);
+    EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no whole object at byte 48 of " +
+                                        other + ": its last lines are missing\n");
 }
 
 } // namespace

@@ -52,6 +52,14 @@ ill 4 Illegal instruction
 bus 7 Bus error
 abort 6 Aborted
 EOT
+    # What all faults did before is back once one is told, here that the first is ignored.
+    (trap '' FPE && exec "$fwpipe" run endless.pipe --drain) >out 2>err &
+    for word in 'launch: [0-9]' 'Floating point'; do
+        until grep -q "$word" out err || ! kill -0 $! 2>/dev/null; do sleep 0.05; done
+        kill -"$([[ $word == l* ]] && echo FPE || echo SEGV)" $! 2>/dev/null
+    done
+    { wait $!; } 2>/dev/null
+    [[ $(grep -c '^fwpipe: ' err) == 1 ]] || fail "a second fault is told: $(<err)"
     # Wherever it stands among elements of its class; what cannot be told is not guessed.
     for class in EEvery EBase EDerived EForgets; do
         for element in first second third; do

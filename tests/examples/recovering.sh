@@ -206,6 +206,9 @@ END
 # What others do to the file while it is copied, and what ends that.
 meanwhile() {
     local words number signal way status runner
+    stopped() { # CALL: waits until the command is about to make it
+        until grep -qs "^$1" trace || ! kill -0 "$runner" 2>/dev/null; do sleep 0.05; done
+    }
     strace -qq -o trace true 2>err || {
         echo 'skipped: no program may trace another here'
         exit 77
@@ -213,10 +216,10 @@ meanwhile() {
     export ASAN_OPTIONS=detect_leaks=0 LSAN_OPTIONS=detect_leaks=0
     { write 9 QObject a=b && echo QObject; } >damaged
     while IFS='|' read -r words number; do
-        rm -f file moved && cp damaged file
+        rm -f file moved trace && cp damaged file
         strace -qq -o trace -e trace=fsync -e inject=fsync:delay_enter=1000000:when=1 "$fwpipe" recover --in-place file >out 2>err &
         runner=$!
-        sleep 0.4
+        stopped fsync
         eval "$words"
         status=0
         wait "$runner" || status=$?
@@ -232,13 +235,28 @@ mv file moved|is another file by now; nothing is changed
 END
     grep -q fsync trace || fail "no copy is seen"
     # A folder that another one takes the name of.
-    mkdir folder other && cp damaged folder/file && write 1 QObject c=d >other/file && cp other/file precious
+    rm trace && mkdir folder other && cp damaged folder/file && write 1 QObject c=d >other/file && cp other/file precious
     strace -qq -o trace -e trace=fsync -e inject=fsync:delay_enter=600000:when=1 "$fwpipe" recover --in-place folder/file >out 2>err &
     runner=$!
-    sleep 0.3
+    stopped fsync
     mv folder old && mv other folder
     wait "$runner"
     { cmp folder/file precious && cmp old/file <(write 9 QObject a=b); } || fail "another folder's file"
+    # What is written until the end is read belongs to it.
+    rm trace && write 9 QObject a=b >file
+    strace -qq -o trace -P "$PWD/file" -e trace=read -e inject=read:delay_enter=600000:when=1 "$fwpipe" recover file -o grown >out 2>err &
+    runner=$!
+    stopped read
+    write 1 QObject a=b >>file
+    wait "$runner"
+    cmp file grown || fail "another file than at its end"
+    [[ $(<out) == "file: 10 whole objects, $(wc -c <file) bytes, kept in grown"* ]] || fail "another size: $(<out)"
+    # Nobody may use a file that changes its owner meanwhile.
+    if ((EUID == 0)) && chown 1234:1234 file; then
+        { strace -qq -o trace -e inject=/access:error=ENOENT -e inject=/fchown:signal=KILL "$fwpipe" recover file -o owned; } 2>/dev/null
+        [[ $(stat -c %a .fwpipe-*) == 0 ]] || fail "another owner's file: $(stat -c %a .fwpipe-*)"
+        rm -f .fwpipe-*
+    fi
     # Nothing is left, whatever ends it, with files without names and with others.
     for way in '' '-e inject=/access:error=ENOENT'; do
         for signal in HUP INT QUIT ALRM TERM USR1 USR2 XCPU PROF VTALRM KILL; do
@@ -252,6 +270,8 @@ END
             done
         done
     done
+    { strace -qq -o trace -e inject=linkat:signal=QUIT "$fwpipe" recover --in-place to/file 2>err >trash; } 2>/dev/null
+    [[ $? -gt 128 && $(ls -A to) == file ]] || fail "a signal while the file has two names: $(ls -A to)"
     rm -rf to && mkdir to && write 100000 QObject a=b >large && echo QObject >>large
     check 3 '*' '' recover large -o to/put && rm -f to/* # without the limit it works
     for way in '' '-e inject=/access:error=ENOENT'; do

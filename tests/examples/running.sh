@@ -54,6 +54,9 @@ quiet() {
     check 1 '' $'Processing pipe file: noline.pipe\n*\nUnknown token conect\nfwpipe: building noline.pipe failed' \
         run --quiet noline.pipe
     check 1 '' $'*No sink or source pad\nfwpipe: initializing nopad.pipe failed' run --quiet nopad.pipe
+    # Held lines that could not be held are no output that got lost.
+    (ulimit -f 0 && exec "$fwpipe" run --quiet good.pipe) 2>err | cat >out
+    [[ ${PIPESTATUS[0]} == 0 && $(wc -l <out) == 1000 ]] || fail "--quiet and a full disk"
     # What is held must not take the place of a stream that is closed, or showing it there has no end.
     timeout 5 "$fwpipe" run --quiet noline.pipe >out 2>&-
     [[ $? == 1 && ! -s out ]] || fail "--quiet 2>&-"

@@ -14,7 +14,7 @@
 //   source pads   "TotalSourcePads", none when absent; gets each object on all of them
 //   properties    "Answer": of DataArrived when nothing is passed on, 1 when absent
 //                 "Every": a number N; all objects but each Nth are then answered 1
-//                 "Mark": is set on the object once it is printed, so that who gets the same one sees it
+//                 "Mark": KEY^VALUE, set on the object once it is printed, so that who gets the same one sees it
 //                 "Initialized": the answer of Initialize, 1 when absent
 // EBox: a pipeline with an EFeed "inner", which it destroys at the end of its first Run; later ones answer 0.
 // EFeed and EProbe print "NAME is gone" when they are destroyed with the property "Farewell".
@@ -73,7 +73,8 @@ public:
         QObject plain;
         QEOF end;
         Refuser refuser;
-        QObject& object = kind == "End" ? end : kind == "Refuse" ? refuser : plain;
+        const bool refuses = kind == "Refuse" && m_iRuns++ % 2 == 0;
+        QObject& object = kind == "End" ? end : refuses ? refuser : plain;
         if (kind == "Empty") {
             object.m_cProperties.Reset();
         }
@@ -99,6 +100,9 @@ public:
         }
         return answer;
     }
+
+private:
+    int m_iRuns = 0;
 };
 
 class EProbe final : public ETested {
@@ -112,8 +116,8 @@ public:
         std::printf("%s(%d): %s%s\n", Own("Name").c_str(), b2Index,
                     pObject ? Entries(pObject->m_cProperties).c_str() : "null",
                     pObject && pObject->GetEOF() ? " end" : "");
-        if (pObject && !Own("Mark").empty()) {
-            Set(pObject->m_cProperties, "Mark", Own("Mark"));
+        if (pObject) {
+            pObject->m_cProperties.AddKeyValuePair(Section::Standard, Given(Own("Mark")).data());
         }
         ++m_iArrived;
         const bool plain = m_iArrived % std::stoi(Own("Every", "1")) != 0;
