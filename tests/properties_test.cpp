@@ -91,24 +91,38 @@ TEST(Properties, TextsPutInByHandEndAtTheirFirstZeroByte) {
         put(list.m_pachKeys[3], key);
         put(list.m_pachSections[3], key);
         put(list.m_pachValues[3], key);
-        list.m_pachKeys[4][1] = list.m_pachValues[4][length] = '\0'; // shortened in place
+        put(list.m_pachKeys[4], "_" + all);
+        list.m_pachKeys[4][length + 1] = list.m_pachValues[4][length] = '\0'; // shortened in place
         list.m_pachSections[4][length % 8] = '\0';
-        list.m_pachKeys[4][0] = '_';
-        for (const std::string& other : {key + "0", all.substr(0, length + 1), "-" + key}) {
-            Byte2Type index = 0;
+        alignas(8) char odd[32] = " +";
+        char* lent = odd + 1;
+        std::strcat(odd, key.c_str());
+        std::swap(lent, list.m_pachKeys[5]);
+        std::vector<std::string> others = {key + "0", all.substr(0, length + 1), "-" + key};
+        for (std::size_t at = 0; at < length; ++at) {
+            others.push_back(key);
+            others.back()[at] = '!';
+        }
+        Byte2Type index = 0;
+        EXPECT_EQ(list.FindProperty(odd + 1, &index, Standard), 1);
+        EXPECT_EQ(index, 5);
+        std::swap(lent, list.m_pachKeys[5]);
+        for (const std::string& other : others) {
             EXPECT_EQ(list.FindProperty(Text(other.c_str()), &index, Text(key.c_str())), 0);
             EXPECT_EQ(list.FindProperty(Text(key.c_str()), &index, Text(other.c_str())), 0);
         }
         const std::string section = std::string("Standard").substr(0, length % 8);
         char value[32] = "?";
-        EXPECT_EQ(list.GetProperty(Text("_"), value, sizeof value, nullptr, Text(section.c_str())), 1);
+        const std::string cut = "_" + key;
+        EXPECT_EQ(list.GetProperty(Text(cut.c_str()), value, sizeof value, nullptr, Text(section.c_str())),
+                  1);
         EXPECT_EQ(value, key);
         EXPECT_EQ(list.GetProperty(Text(key.c_str()), value, sizeof value, nullptr, Text(key.c_str())), 1);
         EXPECT_EQ(value, key);
         list.SetProperty(Text(key.c_str()), list.m_pachValues[3], Text(key.c_str())); // its own value
         MemoryWrite writer;
         EXPECT_EQ(list.Serialize(&writer) + copy.Copy(&list), 2);
-        EXPECT_EQ(writer.pieces[4] + writer.pieces[5], key + "=" + key + "\n_=" + key + "\n");
+        EXPECT_EQ(writer.pieces[4] + writer.pieces[5], key + "=" + key + "\n" + cut + "=" + key + "\n");
         EXPECT_EQ(Entries(copy), Entries(list));
         for (const int number : {-7, 123456, 1234567890}) {
             EXPECT_EQ(list.SetProperty(Text(key.c_str()), number, Text(key.c_str())), 1);

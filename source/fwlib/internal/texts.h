@@ -95,41 +95,83 @@ inline char* StoreText(const char* pchText, std::size_t uLength) {
     return pchStored;
 }
 
-// Compares one text with many. A host may put texts of its own into a list, in blocks that end with their terminator,
-// so no byte behind the first difference is read: the first characters are compared one by one, which tells nearly
-// all texts apart without a call. Once that many were alike, the texts most likely share a prefix.
+inline bool TextEquals(const char* pchLeft, const char* pchRight) {
+    return *pchLeft == *pchRight && std::strcmp(pchLeft, pchRight) == 0;
+}
+
+// Compares one text with many, a machine word at a time. A host may put texts of its own into a list, in blocks that
+// end with their terminator. So a word is read only at a multiple of its size and when its first byte belongs to the
+// text: it ends in the same page, and what is behind the terminator does not count. An address checker must not see it.
 class TextMatch {
 public:
-    explicit TextMatch(const char* pchText) : m_pchText(pchText), m_bAlike(false) {}
+    explicit TextMatch(const char* pchText)
+        : m_pchText(pchText),
+          m_uLength(std::strlen(pchText)),
+          m_uWhole(m_uLength / Size * Size),
+          m_TailMask(~Word{0} >> (Size - 1 - m_uLength % Size) * CHAR_BIT),
+          m_Tail(TailOf()) {}
 
-    bool Equals(const char* pchOther) {
-        return *pchOther == *m_pchText &&
-               (m_bAlike ? std::strcmp(pchOther, m_pchText) == 0 : EqualsStepwise(pchOther));
+    // The characters in whole words.
+    std::size_t Whole() const { return m_uWhole; }
+
+    bool Equals(const char* pchOther) const { return Equals(pchOther, m_uWhole); }
+
+    // uWhole is what Whole tells, where the compiler should know it.
+    bool Equals(const char* pchOther, std::size_t uWhole) const {
+        if (reinterpret_cast<std::uintptr_t>(pchOther) % Size != 0) {
+            return TextEquals(pchOther, m_pchText);
+        }
+        return WholeEqual(pchOther, uWhole) && (LoadWhole(pchOther + uWhole) & m_TailMask) == m_Tail;
     }
 
-private:
-    static constexpr std::size_t Steps = 9; // "Standard" and its end
+    static constexpr std::size_t Size = sizeof(std::uintptr_t); // of a word
 
-    bool EqualsStepwise(const char* pchOther) {
-        for (std::size_t u = 0; u < Steps; ++u) {
-            if (pchOther[u] != m_pchText[u]) {
+private:
+    using Word = std::uintptr_t;
+    using Alias [[gnu::may_alias]] = Word;
+
+    [[gnu::no_sanitize_address]] static Word LoadWhole(const char* pch) {
+        return *reinterpret_cast<const Alias*>(pch);
+    }
+    static Word Load(const char* pch) {
+        Word Chars;
+        std::memcpy(&Chars, pch, Size);
+        return Chars;
+    }
+
+    // The characters behind the whole words.
+    Word TailOf() const {
+        const std::size_t uTail = m_uLength % Size;
+        if (m_uWhole > 0) { // in two steps, since none can be by all bits
+            return Load(m_pchText + m_uLength - Size) >> CHAR_BIT * (Size - 1 - uTail) >> CHAR_BIT;
+        }
+        return static_cast<Word>(LoadTail(m_pchText, uTail));
+    }
+
+    // Two in a turn.
+    bool WholeEqual(const char* pchOther, std::size_t uWhole) const {
+        if (uWhole == 0) {
+            return true;
+        }
+        if (LoadWhole(pchOther) != Load(m_pchText)) {
+            return false;
+        }
+        std::size_t u = Size;
+        for (; u + Size < uWhole; u += 2 * Size) {
+            if (LoadWhole(pchOther + u) != Load(m_pchText + u) ||
+                LoadWhole(pchOther + u + Size) != Load(m_pchText + u + Size)) {
                 return false;
             }
-            if (m_pchText[u] == '\0') {
-                return true;
-            }
         }
-        m_bAlike = true;
-        return std::strcmp(pchOther, m_pchText) == 0;
+        return u == uWhole || LoadWhole(pchOther + u) == Load(m_pchText + u);
     }
 
     const char* m_pchText;
-    bool m_bAlike;
+    std::size_t m_uLength;
+    std::size_t m_uWhole;
+    Word m_TailMask;
+    Word m_Tail;
 };
-
-inline bool TextEquals(const char* pchLeft, const char* pchRight) {
-    return TextMatch(pchLeft).Equals(pchRight);
-}
 
 // A text, lent, of known length.
 class SoughtText {

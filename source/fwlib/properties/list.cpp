@@ -50,7 +50,31 @@ int ReplaceValue(PROPERTIES& cList, Byte4Type b4Index, char* pchOwnValue) {
     return 1;
 }
 
+// Inlined for each uWhole.
+[[gnu::always_inline]] inline Byte4Type FindFrom(const PROPERTIES& cList, Byte4Type b4, TextMatch cKey,
+                                                 std::size_t uWhole, const char* pchSection) {
+    const Byte4Type b4Count = cList.m_b2PropertyCount;
+    char** const pchKeys = cList.m_pachKeys;
+    while (b4 < b4Count &&
+           !(cKey.Equals(pchKeys[b4], uWhole) && TextEquals(cList.m_pachSections[b4], pchSection))) {
+        ++b4;
+    }
+    return b4;
+}
+
 } // namespace
+
+Byte4Type FindAmongMany(const PROPERTIES& cList, Byte4Type b4, const char* pchKey, const char* pchSection) {
+    const TextMatch cKey(pchKey);
+    switch (cKey.Whole()) {
+    case 0:
+        return FindFrom(cList, b4, cKey, 0, pchSection);
+    case TextMatch::Size:
+        return FindFrom(cList, b4, cKey, TextMatch::Size, pchSection);
+    default:
+        return FindFrom(cList, b4, cKey, cKey.Whole(), pchSection);
+    }
+}
 
 int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::size_t uLength,
              const char* pchSection) {

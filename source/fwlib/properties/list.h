@@ -14,15 +14,27 @@ namespace FWLIB_HIDDEN VESK {
 // Incremented when any list replaces or drops its "Name"; cached names are then stale.
 inline std::atomic<Byte4Type> NameChanges{0};
 
-// The index of the first entry with this key and section, or the list's count.
+// What FindEntry answers for a list with many entries from that one on, of which some may begin as the key does.
+Byte4Type FindAmongMany(const PROPERTIES& cList, Byte4Type b4, const char* pchKey, const char* pchSection);
+
+// The index of the first entry with this key and section, or the list's count. Most keys differ in their first
+// character, and most lists are short: only a long one is worth preparing the key for.
 inline Byte4Type FindEntry(const PROPERTIES& cList, const char* pchKey, const char* pchSection) {
-    TextMatch cKey(pchKey);
-    for (Byte4Type b4 = 0; b4 < cList.m_b2PropertyCount; ++b4) {
-        if (cKey.Equals(cList.m_pachKeys[b4]) && TextEquals(cList.m_pachSections[b4], pchSection)) {
+    constexpr Byte4Type Many = 4;
+    const Byte4Type b4Count = cList.m_b2PropertyCount;
+    for (Byte4Type b4 = 0; b4 < b4Count; ++b4) {
+        if (*cList.m_pachKeys[b4] != *pchKey) {
+            continue;
+        }
+        if (b4Count - b4 > Many) {
+            return FindAmongMany(cList, b4, pchKey, pchSection);
+        }
+        if (std::strcmp(cList.m_pachKeys[b4], pchKey) == 0 &&
+            TextEquals(cList.m_pachSections[b4], pchSection)) {
             return b4;
         }
     }
-    return cList.m_b2PropertyCount;
+    return b4Count;
 }
 
 // The value in section "Standard", lent until the list changes; null when the key is missing.

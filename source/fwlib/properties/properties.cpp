@@ -32,6 +32,17 @@ int GetConverted(const PROPERTIES& cList, const char* pchKey, Value* pValue, Val
     return pchText != nullptr;
 }
 
+// fwatoi, which takes longer for a short number, as most are, than a list to find it.
+int ToInt(char* pchText) {
+    constexpr int TooLong = 9; // digits, of which an int holds every number
+    int iValue = 0;
+    int i = 0;
+    for (; i < TooLong && pchText[i] >= '0' && pchText[i] <= '9'; ++i) {
+        iValue = iValue * 10 + (pchText[i] - '0');
+    }
+    return i > 0 && i < TooLong ? iValue : fwatoi(pchText);
+}
+
 long long ToLong(char* pchText) {
     return std::strtoll(pchText, nullptr, 10);
 }
@@ -118,15 +129,15 @@ int PROPERTIES::GetProperty(char* pchKey, char* pchBuffer, Byte2Type b2Length, c
 }
 
 int PROPERTIES::GetProperty(char* pchKey, int* piValue, int iDefault, char* pchSection) {
-    return GetConverted(*this, pchKey, piValue, iDefault, pchSection, fwatoi);
+    return GetConverted(*this, pchKey, piValue, iDefault, pchSection, ToInt);
 }
 
 int PROPERTIES::GetProperty(char* pchKey, unsigned int* puValue, unsigned int uDefault, char* pchSection) {
-    return GetConverted(*this, pchKey, puValue, uDefault, pchSection, fwatoi);
+    return GetConverted(*this, pchKey, puValue, uDefault, pchSection, ToInt);
 }
 
 int PROPERTIES::GetProperty(char* pchKey, Byte2Type* pb2Value, Byte2Type b2Default, char* pchSection) {
-    return GetConverted(*this, pchKey, pb2Value, b2Default, pchSection, fwatoi);
+    return GetConverted(*this, pchKey, pb2Value, b2Default, pchSection, ToInt);
 }
 
 int PROPERTIES::GetProperty(char* pchKey, long long* pllValue, long long llDefault, char* pchSection) {
