@@ -116,13 +116,19 @@ void GiveUp(int) {
     raise(iFault);
 }
 
+#ifdef FWPIPE_X86
 #ifdef __x86_64__
 constexpr int StackRegister = REG_RSP, CodeRegister = REG_RIP;
 #else
 constexpr int StackRegister = REG_ESP, CodeRegister = REG_EIP;
 #endif
 
-Holder HolderAt(greg_t* pRegisters) {
+Address StackAt(const ucontext_t& Context) {
+    return static_cast<Address>(Context.uc_mcontext.gregs[StackRegister]);
+}
+
+Holder HolderAt(ucontext_t& Context) {
+    greg_t* const pRegisters = Context.uc_mcontext.gregs;
     const greg_t iCode = pRegisters[CodeRegister];
     const greg_t iStack = pRegisters[StackRegister];
     if (!CodeAt(static_cast<Address>(iCode)).uBegin) {
@@ -137,11 +143,21 @@ Holder HolderAt(greg_t* pRegisters) {
     pRegisters[StackRegister] = iStack;
     return cHolder;
 }
+#else
+Address StackAt(const ucontext_t&) {
+    return reinterpret_cast<Address>(
+        __builtin_frame_address(0)); // of the stack for signals: a full one is not told
+}
+
+Holder HolderAt(ucontext_t&) {
+    return FindHolder(cKnown, reinterpret_cast<Address>(FwPipeGuarded));
+}
+#endif
 
 void OnFault(int iSignal, siginfo_t* pInfo, void* pContext) {
     const int iErrno = errno;
-    greg_t* const pRegisters = static_cast<ucontext_t*>(pContext)->uc_mcontext.gregs;
-    const auto uStack = static_cast<Address>(pRegisters[StackRegister]);
+    ucontext_t& Context = *static_cast<ucontext_t*>(pContext);
+    const Address uStack = StackAt(Context);
     const bool bStack = iSignal == SIGSEGV && pInfo->si_code > 0 &&
                         reinterpret_cast<Address>(pInfo->si_addr) + StackMargin > uStack &&
                         reinterpret_cast<Address>(pInfo->si_addr) < uStack + StackMargin;
@@ -155,7 +171,7 @@ void OnFault(int iSignal, siginfo_t* pInfo, void* pContext) {
             sigaction(iOther, &Action, nullptr);
         }
     }
-    const Holder cHolder = HolderAt(pRegisters);
+    const Holder cHolder = HolderAt(Context);
     TellFault(Shown(cHolder), cHolder.bOrBehind && !Turn().achText[0], sigdescr_np(iSignal), bStack);
     Restore();
     if (pInfo->si_code <= 0) {

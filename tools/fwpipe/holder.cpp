@@ -10,14 +10,17 @@ namespace FwPipe {
 
 namespace {
 
-#ifdef __x86_64__
+#if defined(FWPIPE_X86) && defined(__x86_64__)
 constexpr int Kept[] = {3, 6, 12, 13, 14, 15}; // rbx, rbp, r12 to r15: what a function hands back as it was
 constexpr bool ArgumentsOnStack = false;
-#else
+#elif defined(FWPIPE_X86)
 constexpr int Kept[] = {3, 5, 6, 7}; // ebx, ebp, esi, edi
 constexpr bool ArgumentsOnStack = true;
+#else
+constexpr int Kept[] = {0}; // not asked for
+constexpr bool ArgumentsOnStack = false;
 #endif
-constexpr int KeptCount = sizeof Kept / sizeof *Kept;
+constexpr int KeptCount = KnowsInstructions ? sizeof Kept / sizeof *Kept : 0;
 
 constexpr int MostClasses = 256;
 constexpr int MostCodes = 256;      // different functions on one stack
@@ -34,7 +37,7 @@ struct Seen {
 
 struct Frame {
     int iSeen; // -1 for none
-    Address auKept[KeptCount];
+    Address auKept[sizeof Kept / sizeof *Kept];
 };
 
 // Of an element.

@@ -43,7 +43,7 @@ Address Relative(Address uAddress) {
 // What an entry of a linkage table leads to; any other code leads to itself. In 32 bits the table's place is in a
 // register, so it cannot be told.
 Address Linked(Address uAddress) {
-    if (!Wide || !CodeAt(uAddress).uBegin) {
+    if (!Wide || !KnowsInstructions || !CodeAt(uAddress).uBegin) {
         return uAddress;
     }
     static constexpr unsigned char Landing[] = {0xf3, 0x0f, 0x1e, 0xfa};
@@ -72,7 +72,7 @@ Address JumpAt(Address u, const Code& cCode) {
 // the first of an instruction: what a misread one leads to is no function that anybody asks for.
 template <class Seen>
 bool AnyJump(const Code& cCode, Seen cSeen) {
-    for (Address u = cCode.uBegin; u < cCode.uEnd; ++u) {
+    for (Address u = cCode.uBegin; KnowsInstructions && u < cCode.uEnd; ++u) {
         const Address uTarget = JumpAt(u, cCode);
         if (uTarget && cSeen(uTarget)) {
             return true;
@@ -121,6 +121,9 @@ bool Continues(const Code& cFrom, const Code& cTo) {
 }
 
 bool MayLeave(const Code& cCode) {
+    if (!KnowsInstructions) {
+        return true;
+    }
     for (Address u = cCode.uBegin; u + 2 <= cCode.uEnd; ++u) {
         const unsigned char* const puch = BytesAt(u);
         if (puch[0] == 0xff && (puch[1] & 0x38) == 0x20) { // a jump through a register or a table
@@ -131,6 +134,9 @@ bool MayLeave(const Code& cCode) {
 }
 
 Call CallBefore(Address uReturn) {
+    if (!KnowsInstructions) {
+        return Call::Delivery;
+    }
     const unsigned char* const puch = BytesAt(uReturn);
     if ((puch[-2] == 0xff && (puch[-1] & 0xf8) == 0xd0) ||
         (puch[-3] == 0xff && (puch[-2] & 0xf8) == 0x50 && puch[-1] == SlotOfDataArrived)) {

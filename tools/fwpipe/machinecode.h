@@ -10,6 +10,15 @@ namespace FwPipe {
 
 using Address = std::uintptr_t;
 
+// Whether the instructions of this processor are known. Otherwise nothing is read from code, and what it would tell counts
+// as possible: fewer elements are told by name, and none wrongly.
+#if (defined(__x86_64__) || defined(__i386__)) && !defined(FWPIPE_UNKNOWN_PROCESSOR)
+#define FWPIPE_X86
+constexpr bool KnowsInstructions = true;
+#else
+constexpr bool KnowsInstructions = false;
+#endif
+
 // A function, or the part of one that the compiler moved away because it seldom runs.
 struct Code {
     Address uBegin = 0; // 0 for none
