@@ -130,18 +130,21 @@ signals() {
     start Connecting run forever.pipe
     kill -TERM "$runner"
     ended 143 'Connecting *'
-    # While it waits for input.
+    # While it waits for input, or for who is to write it.
     mkfifo waiting.pipe
-    "$fwpipe" run --drain waiting.pipe >out 2>err </dev/null &
-    runner=$!
-    exec 3>waiting.pipe # goes on once the other end is open
-    until [[ $(cut -d ' ' -f 3 "/proc/$runner/stat") == S ]]; do
-        sleep 0.05
+    for loop in 'run --drain' dump; do
+        # shellcheck disable=SC2086 # words
+        "$fwpipe" $loop waiting.pipe >out 2>err </dev/null &
+        runner=$!
+        [[ $loop == dump ]] || exec 3>waiting.pipe # goes on once the other end is open
+        until [[ $(cut -d ' ' -f 3 "/proc/$runner/stat") == S ]]; do
+            sleep 0.05
+        done
+        sleep 0.2
+        kill -INT "$runner"
+        ended 130 '*'
+        exec 3>&-
     done
-    sleep 0.2
-    kill -INT "$runner"
-    ended 130 '*'
-    exec 3>&-
 }
 
 output() {

@@ -181,6 +181,9 @@ int Dump(const Options& cOptions) {
     const std::string cName = bStandard ? "standard input" : cOptions.cFile;
     const File cInput(bStandard ? STDIN_FILENO : open(cOptions.cFile.c_str(), O_RDONLY | O_CLOEXEC));
     if (cInput.Get() < 0) {
+        if (Interrupt()) { // as it waited for the other end of a fifo
+            return ExitSignal + Interrupt();
+        }
         ReportErrno("cannot read", cName);
         return ExitFailed;
     }
