@@ -228,7 +228,7 @@ meanwhile() {
         cmp -n "$(wc -c <damaged)" damaged "$([[ -e moved ]] && echo moved || echo file)" || fail "meanwhile $words: changed"
     done <<'END'
 (echo more >>file) &|was opened for writing meanwhile and stays as it is
-python3 -c 'import os; os.utime("file", (1, 1))'|was changed meanwhile and stays as it is
+touch -d @1 file|was changed meanwhile and stays as it is
 mv file moved && cp damaged file|is another file by now; nothing is changed
 mv file moved && ln -s moved file|is another file by now; nothing is changed
 mv file moved|is another file by now; nothing is changed
@@ -259,7 +259,7 @@ END
     fi
     # Nothing is left, whatever ends it, with files without names and with others.
     for way in '' '-e inject=/access:error=ENOENT'; do
-        for signal in HUP INT QUIT ALRM TERM USR1 USR2 XCPU PROF VTALRM KILL; do
+        for signal in HUP INT QUIT ALRM TERM USR1 USR2 XCPU PROF VTALRM ABRT SYS TRAP 34 64 KILL; do
             for words in 'damaged -o to/put' '--in-place to/file'; do
                 rm -rf to && mkdir to && cp damaged to/file
                 [[ $signal != KILL || -z $way ]] || continue # which nobody can catch
@@ -268,6 +268,14 @@ END
                 [[ $? -gt 128 && $(ls -A to) == file ]] || fail "$signal at recover $words, $way: $(ls -A to)"
                 cmp damaged to/file || fail "$signal: changed"
             done
+        done
+        # But nothing ends it once the file has its name, nor does what its caller ignores.
+        for words in TERM:when=2 HUP:when=1 QUIT:when=1; do
+            cp damaged to/file
+            # shellcheck disable=SC2086 # words
+            (trap '' HUP QUIT && exec strace -qq -o trace $way -e inject=fsync:signal="$words" "$fwpipe" recover --in-place to/file) >trash 2>err
+            [[ $? == 3 && $(ls -A to) == file ]] || fail "$words, $way: $(ls -A to)"
+            cmp to/file <(write 9 QObject a=b) || fail "$words, $way: not recovered"
         done
     done
     { strace -qq -o trace -e inject=linkat:signal=QUIT "$fwpipe" recover --in-place to/file 2>err >trash; } 2>/dev/null

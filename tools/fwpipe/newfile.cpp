@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "newfile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <functional>
+#include <iterator>
 #include <unistd.h>
 
 namespace FwPipe {
@@ -16,13 +18,15 @@ namespace {
 constexpr mode_t OwnerOnly = 0600;
 constexpr unsigned int MostTries = 10000;
 
-// Signals that end a process and can be caught, but for those that tell of its own faults.
-constexpr int Ending[] = {SIGHUP,  SIGINT,  SIGQUIT,   SIGALRM, SIGTERM, SIGUSR1,  SIGUSR2,
-                          SIGXCPU, SIGPROF, SIGVTALRM, SIGPOLL, SIGPWR,  SIGSTKFLT};
+// By default these end no process, and the last two cannot be caught.
+constexpr int Harmless[] = {SIGCHLD, SIGCONT, SIGURG, SIGWINCH, SIGTSTP, SIGTTIN, SIGTTOU, SIGKILL, SIGSTOP};
 
 // The temporary that a signal removes. Only one is there at a time.
 char achTemporary[40];
 int iTemporaryFolder = -1;
+
+struct sigaction Before[NSIG]; // while it is there
+bool bRemoving = false;
 
 void RemoveAndEnd(int iSignal) {
     unlinkat(iTemporaryFolder, achTemporary, 0);
@@ -30,12 +34,30 @@ void RemoveAndEnd(int iSignal) {
     std::raise(iSignal); // which waits until this returns
 }
 
+// What is ignored stays so, and a sanitizer's handlers report more.
+bool MustRemove(int iSignal, const struct sigaction& Action) {
+    return Action.sa_handler != SIG_IGN && !(Action.sa_flags & SA_SIGINFO) &&
+           std::find(std::begin(Harmless), std::end(Harmless), iSignal) == std::end(Harmless);
+}
+
 void RemoveOnSignals(int iFolder, const std::string& cName) {
     std::snprintf(achTemporary, sizeof achTemporary, "%s", cName.c_str());
     iTemporaryFolder = iFolder;
-    for (const int iSignal : Ending) {
-        std::signal(iSignal, RemoveAndEnd);
+    bRemoving = true;
+    for (int iSignal = 1; iSignal < NSIG; ++iSignal) {
+        if (sigaction(iSignal, nullptr, &Before[iSignal]) == 0 && MustRemove(iSignal, Before[iSignal])) {
+            std::signal(iSignal, RemoveAndEnd);
+        }
     }
+}
+
+// There is nothing to remove any more.
+void LeaveSignals() {
+    achTemporary[0] = '\0'; // which nothing has as its name
+    for (int iSignal = 1; bRemoving && iSignal < NSIG; ++iSignal) {
+        sigaction(iSignal, &Before[iSignal], nullptr);
+    }
+    bRemoving = false;
 }
 
 // No signal comes between what is done while it lives.
@@ -105,7 +127,7 @@ NewFile::NewFile(const Place& cPlace)
 NewFile::~NewFile() {
     if (!m_cTemporary.empty()) {
         unlinkat(m_cPlace.Folder(), m_cTemporary.c_str(), 0);
-        achTemporary[0] = '\0'; // nothing has this name
+        LeaveSignals();
     }
 }
 
@@ -163,7 +185,7 @@ bool NewFile::PutInPlace(bool bReplace) {
         errno = iReason;
     }
     m_cTemporary.clear();
-    achTemporary[0] = '\0';
+    LeaveSignals();
     if (bNamed) {
         m_cPlace.Sync();
     }
