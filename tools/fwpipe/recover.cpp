@@ -147,11 +147,12 @@ int WriteOut(const Options& cOptions, const Place& cPlace, const File& cInput, c
     if (iStatus != ExitDone) {
         return iStatus;
     }
-    const std::string cLost = TakeAttributes(cOutput.Get(), cInput.Get());
+    std::string cLost = TakeAttributes(cOutput.Get(), cInput.Get());
     if (!TakeRights(cOutput.Get(), cInput.Get()) &&
         cOptions.bInPlace) { // not every file system has all rights
         return RefuseErrno("cannot keep the owner, mode and access control list of", cOptions.cFile);
     }
+    cLost = TakeAttributes(cOutput.Get(), cInput.Get());
     if (!cOutput.Sync()) {
         return RefuseErrno("cannot write", cOptions.cOut);
     }

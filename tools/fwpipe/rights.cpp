@@ -33,6 +33,20 @@ bool TakeAccessList(int iFile, int iModel) {
     return IsAbsent(errno) && (fremovexattr(iFile, AccessList) == 0 || IsAbsent(errno));
 }
 
+// Also true when the file has it already, which it may not be allowed to write.
+bool TakeAttribute(int iFile, int iModel, const char* pchName) {
+    std::vector<char> cValue(LargestAttribute);
+    std::vector<char> cOwn(LargestAttribute);
+    const ssize_t iLength = fgetxattr(iModel, pchName, cValue.data(), cValue.size());
+    if (iLength < 0) {
+        return false;
+    }
+    const auto uLength = static_cast<std::size_t>(iLength);
+    return (fgetxattr(iFile, pchName, cOwn.data(), cOwn.size()) == iLength &&
+            std::memcmp(cOwn.data(), cValue.data(), uLength) == 0) ||
+           fsetxattr(iFile, pchName, cValue.data(), uLength, 0) == 0;
+}
+
 } // namespace
 
 bool TakeRights(int iFile, int iModel) {
@@ -64,7 +78,6 @@ bool TakeRights(int iFile, int iModel) {
 
 std::string TakeAttributes(int iFile, int iModel) {
     std::vector<char> cNames(LargestAttribute);
-    std::vector<char> cValue(LargestAttribute);
     const ssize_t iNames = flistxattr(iModel, cNames.data(), cNames.size());
     if (iNames < 0) {
         return IsAbsent(errno) ? "" : std::strerror(errno);
@@ -73,10 +86,7 @@ std::string TakeAttributes(int iFile, int iModel) {
     for (ssize_t i = 0; i < iNames;
          i += static_cast<ssize_t>(std::strlen(&cNames[static_cast<std::size_t>(i)])) + 1) {
         const char* const pchName = &cNames[static_cast<std::size_t>(i)];
-        const ssize_t iLength = fgetxattr(iModel, pchName, cValue.data(), cValue.size());
-        if (std::strcmp(pchName, AccessList) != 0 &&
-            (iLength < 0 ||
-             fsetxattr(iFile, pchName, cValue.data(), static_cast<std::size_t>(iLength), 0) != 0)) {
+        if (std::strcmp(pchName, AccessList) != 0 && !TakeAttribute(iFile, iModel, pchName)) {
             cLost += (cLost.empty() ? "" : ", ") + std::string(pchName);
         }
     }

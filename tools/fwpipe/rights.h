@@ -13,7 +13,8 @@ namespace FwPipe {
 bool TakeRights(int iFile, int iModel);
 
 // The other extended attributes of the model: the names of those that could not be taken over, or why none could, as a
-// text; empty when all were.
+// text; empty when all were. Some need the mode of a new file, and a change of the owner takes others away, so it is
+// called both before and after TakeRights; what the second call answers counts.
 std::string TakeAttributes(int iFile, int iModel);
 
 } // namespace FwPipe
