@@ -228,7 +228,7 @@ meanwhile() {
         cmp -n "$(wc -c <damaged)" damaged "$([[ -e moved ]] && echo moved || echo file)" || fail "meanwhile $words: changed"
     done <<'END'
 (echo more >>file) &|was opened for writing meanwhile and stays as it is
-touch -d @1 file|was changed meanwhile and stays as it is
+touch -hd @1 file|was changed meanwhile and stays as it is
 mv file moved && cp damaged file|is another file by now; nothing is changed
 mv file moved && ln -s moved file|is another file by now; nothing is changed
 mv file moved|is another file by now; nothing is changed
