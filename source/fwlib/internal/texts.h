@@ -111,23 +111,27 @@ public:
           m_TailMask(~Word{0} >> (Size - 1 - m_uLength % Size) * CHAR_BIT),
           m_Tail(TailOf()) {}
 
-    // The characters in whole words.
-    std::size_t Whole() const { return m_uWhole; }
+    bool Equals(const char* pchOther) const {
+        return m_uWhole == 0 ? Equals<0>(pchOther) : Equals<Many>(pchOther);
+    }
 
-    bool Equals(const char* pchOther) const { return Equals(pchOther, m_uWhole); }
+    // The number of whole words; Many for more than one.
+    static constexpr int Many = 2;
+    int Words() const { return m_uWhole < Size ? 0 : m_uWhole == Size ? 1 : Many; }
 
-    // uWhole is what Whole tells, where the compiler should know it.
-    bool Equals(const char* pchOther, std::size_t uWhole) const {
+    // Words is what that tells.
+    template <int Words>
+    bool Equals(const char* pchOther) const {
         if (reinterpret_cast<std::uintptr_t>(pchOther) % Size != 0) {
             return TextEquals(pchOther, m_pchText);
         }
-        return WholeEqual(pchOther, uWhole) && (LoadWhole(pchOther + uWhole) & m_TailMask) == m_Tail;
+        return (Words < 1 || WordEquals(pchOther, 0)) && (Words < Many || RestEquals(pchOther)) &&
+               (LoadWhole(pchOther + m_uWhole) & m_TailMask) == m_Tail;
     }
-
-    static constexpr std::size_t Size = sizeof(std::uintptr_t); // of a word
 
 private:
     using Word = std::uintptr_t;
+    static constexpr std::size_t Size = sizeof(Word);
     using Alias [[gnu::may_alias]] = Word;
 
     [[gnu::no_sanitize_address]] static Word LoadWhole(const char* pch) {
@@ -148,22 +152,19 @@ private:
         return static_cast<Word>(LoadTail(m_pchText, uTail));
     }
 
-    // Two in a turn.
-    bool WholeEqual(const char* pchOther, std::size_t uWhole) const {
-        if (uWhole == 0) {
-            return true;
-        }
-        if (LoadWhole(pchOther) != Load(m_pchText)) {
-            return false;
-        }
+    bool WordEquals(const char* pchOther, std::size_t uFrom) const {
+        return LoadWhole(pchOther + uFrom) == Load(m_pchText + uFrom);
+    }
+
+    // The whole words behind the first, two in a turn.
+    bool RestEquals(const char* pchOther) const {
         std::size_t u = Size;
-        for (; u + Size < uWhole; u += 2 * Size) {
-            if (LoadWhole(pchOther + u) != Load(m_pchText + u) ||
-                LoadWhole(pchOther + u + Size) != Load(m_pchText + u + Size)) {
+        for (; u + Size < m_uWhole; u += 2 * Size) {
+            if (!WordEquals(pchOther, u) || !WordEquals(pchOther, u + Size)) {
                 return false;
             }
         }
-        return u == uWhole || LoadWhole(pchOther + u) == Load(m_pchText + u);
+        return u == m_uWhole || WordEquals(pchOther, u);
     }
 
     const char* m_pchText;

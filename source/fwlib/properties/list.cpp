@@ -50,13 +50,12 @@ int ReplaceValue(PROPERTIES& cList, Byte4Type b4Index, char* pchOwnValue) {
     return 1;
 }
 
-// Inlined for each uWhole.
-[[gnu::always_inline]] inline Byte4Type FindFrom(const PROPERTIES& cList, Byte4Type b4, TextMatch cKey,
-                                                 std::size_t uWhole, const char* pchSection) {
+template <int Words>
+Byte4Type FindFrom(const PROPERTIES& cList, Byte4Type b4, TextMatch cKey, const char* pchSection) {
     const Byte4Type b4Count = cList.m_b2PropertyCount;
     char** const pchKeys = cList.m_pachKeys;
     while (b4 < b4Count &&
-           !(cKey.Equals(pchKeys[b4], uWhole) && TextEquals(cList.m_pachSections[b4], pchSection))) {
+           !(cKey.Equals<Words>(pchKeys[b4]) && TextEquals(cList.m_pachSections[b4], pchSection))) {
         ++b4;
     }
     return b4;
@@ -66,13 +65,13 @@ int ReplaceValue(PROPERTIES& cList, Byte4Type b4Index, char* pchOwnValue) {
 
 Byte4Type FindAmongMany(const PROPERTIES& cList, Byte4Type b4, const char* pchKey, const char* pchSection) {
     const TextMatch cKey(pchKey);
-    switch (cKey.Whole()) {
+    switch (cKey.Words()) {
     case 0:
-        return FindFrom(cList, b4, cKey, 0, pchSection);
-    case TextMatch::Size:
-        return FindFrom(cList, b4, cKey, TextMatch::Size, pchSection);
+        return FindFrom<0>(cList, b4, cKey, pchSection);
+    case 1:
+        return FindFrom<1>(cList, b4, cKey, pchSection);
     default:
-        return FindFrom(cList, b4, cKey, cKey.Whole(), pchSection);
+        return FindFrom<TextMatch::Many>(cList, b4, cKey, pchSection);
     }
 }
 
