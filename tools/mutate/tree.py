@@ -1,0 +1,184 @@
+# SPDX-License-Identifier: MIT
+"""A copy of the tree with builds of its own, and its tests, the likeliest to find a fault first."""
+import json
+import os
+import resource
+import shutil
+import signal
+import subprocess
+import time
+from collections import Counter
+from dataclasses import dataclass
+
+from isolate import alone
+
+COPIED = ("CMakeLists.txt", "cmake", "docs", "examples", "fuzz", "packaging", "source", "tests", "tools")
+SKIPPED = 77
+OF_FLAGS = ("package.hardening",)  # looks at how what is shipped was built
+# Blocks as large as the tests ask for, and signals are left to the program.
+CHECKER = "max_allocation_size_mb=4000:use_sigaltstack=0:" + ":".join(
+    f"handle_{signal}=0" for signal in ("segv", "sigbus", "abort", "sigfpe", "sigill"))  # fmt: skip
+
+
+@dataclass(frozen=True)
+class Test:
+    name: str
+    command: tuple
+    folder: str
+    environment: tuple
+
+    def uses(self, program):
+        return any(str(program) == word for word in self.command)
+
+
+def _limit():
+    os.setsid()
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+
+
+def _run(command, folder, seconds, environment=()):
+    """The exit status of a command, None when it takes too long; the processes of one that does not end are ended."""
+    child = subprocess.Popen(
+        command, cwd=folder, env=dict(os.environ, **dict(environment)), preexec_fn=_limit,
+        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+    )  # fmt: skip
+    try:
+        return child.wait(seconds)
+    except subprocess.TimeoutExpired:
+        return None
+    finally:
+        try:
+            os.killpg(child.pid, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+        child.wait()
+
+
+class Tree:
+    def __init__(self, root, scratch, number, flags):
+        self.original, self.root = root, scratch / str(number)
+        self.build, self.tsan = self.root / "build" / "release", self.root / "build" / "tsan"
+        self.cache = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
+        self.environment = {"CCACHE_DIR": str(scratch / "ccache"), "CCACHE_BASEDIR": str(self.root),
+                            "CCACHE_NOHASHDIR": "1"}  # fmt: skip
+        self.stale = False
+        self.seconds = {}  # of each test without a fault
+        self.found = Counter()  # faults, by test and by file and test
+        self._copy()
+        self._configure(self.build, flags)
+        if not self._make(self.build):
+            raise RuntimeError(f"does not build: cmake --build {self.build}")
+        self.tests = self._tests()
+        # Programs that hold the library's objects have to be linked anew; the others take the shared library.
+        self.linked = [self.build / line.split(":")[0][len("build ") :]
+                       for line in (self.build / "build.ninja").read_text().splitlines()
+                       if line.startswith("build ") and "_EXECUTABLE_LINKER" in line and "/fwlib_objects.dir/" in line]  # fmt: skip
+
+    def _copy(self):
+        """Brings the copy to what the tree is now; files that did not change keep their times."""
+        wanted = set()
+        for name in COPIED:
+            found = self.original / name
+            for path in [found] if found.is_file() else sorted(p for p in found.rglob("*") if p.is_file()):
+                target = self.root / path.relative_to(self.original)
+                wanted.add(target)
+                if not target.exists() or target.read_bytes() != path.read_bytes():
+                    target.parent.mkdir(parents=True, exist_ok=True)
+                    shutil.copy(path, target)
+        for name in COPIED:
+            for path in (self.root / name).rglob("*"):
+                if path.is_file() and path not in wanted:
+                    path.unlink()
+
+    def _configure(self, build, flags):
+        subprocess.run(
+            ["cmake", "-S", self.root, "-B", build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None", f"-DCMAKE_CXX_FLAGS={flags}",
+             "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", *self.cache],
+            check=True, stdout=subprocess.DEVNULL, env=dict(os.environ, **self.environment),
+        )  # fmt: skip
+
+    def _make(self, build, *targets):
+        which = ["--target", *targets] if targets else []
+        return _run(["cmake", "--build", str(build), "-j", "1", *which], self.root, 1800, self.environment) == 0
+
+    def _tests(self):
+        """All tests but those of the installed tree, which a change of the code hardly concerns and which build long."""
+        listed = subprocess.run(["ctest", "--test-dir", self.build, "--show-only=json-v1"], check=True, capture_output=True)
+        tests = []
+        for test in json.loads(listed.stdout)["tests"]:
+            given = {entry["name"]: entry["value"] for entry in test["properties"]}
+            if test["name"] not in OF_FLAGS and "FIXTURES_REQUIRED" not in given and "FIXTURES_SETUP" not in given:
+                environment = tuple(tuple(pair.split("=", 1)) for pair in given.get("ENVIRONMENT", []))
+                tests.append(Test(test["name"], tuple(test["command"]), given["WORKING_DIRECTORY"], environment))
+        return tests
+
+    def _passes(self, test, seconds, tries=2):
+        """Whether it passes, and whether it takes too long. Some fail by chance on a busy machine: never twice, it is hoped."""
+        environment = (("GTEST_FAIL_FAST", "1"), ("GTEST_BRIEF", "1"), ("LSAN_OPTIONS", CHECKER), *test.environment)
+        status = _run(alone(test.command), test.folder, seconds, environment)
+        if status in (0, SKIPPED, None) or tries == 1:
+            return status in (0, SKIPPED), status is None
+        return self._passes(test, seconds, tries - 1)
+
+    def measure(self):
+        """Runs all tests without a fault: the names of those that fail."""
+        failing = []
+        for test in self.tests:
+            begun = time.monotonic()
+            if not self._passes(test, 900)[0]:
+                failing.append(test.name)
+            self.seconds[test.name] = time.monotonic() - begun
+        return failing
+
+    def _first(self, file):
+        """Orders tests: what found faults, in this file above all, and soon."""
+        return lambda test: -(self.found[file, test.name] + 0.1 * self.found[test.name] + 0.02) / (
+            self.seconds[test.name] + 0.05)  # fmt: skip
+
+    def _found_by(self, tests, fault):
+        file, tries = fault.file, 1 if fault.kind == "guard" else 2  # races come by chance
+        for test in sorted(tests, key=self._first(file)):
+            passes, late = self._passes(test, 15 + 6 * self.seconds[test.name], tries)
+            if not passes:
+                self.found[test.name] += 1
+                self.found[file, test.name] += 1
+                return test.name + (" (time)" if late else "")
+        return ""
+
+    def put(self, fault, text):
+        (self.root / fault.file).write_text(text[: fault.begin] + fault.by + text[fault.end :])
+
+    def restore(self, fault, text):
+        (self.root / fault.file).write_text(text)
+        if self.stale:  # test programs hold the fault of a header
+            self._make(self.build)
+            self.stale = False
+
+    def tried(self, fault):
+        """What finds the fault that is in the copy: a test, "" when none does; None when it does not compile."""
+        header, tool = fault.file.endswith(".h"), fault.file.startswith("tools/")
+        program = self.build / "fwpipe"
+        tests = [test for test in self.tests if not tool or test.uses(program)]
+        linked = [test for test in tests if not tool and any(test.uses(program) for program in self.linked)]
+        # Test programs built before a header changed find most faults in it, too, and building them takes long.
+        if not self._make(self.build, "fwlib", "fwpipe"):  # both: one may hold the fault before this one
+            return None
+        found = self._found_by([test for test in tests if test not in linked], fault)
+        if not found and not tool:
+            self.stale = header
+            if not self._make(self.build):
+                return None
+            found = self._found_by(tests if header else linked, fault)
+        if not found and fault.kind == "guard" and not tool:
+            found = self._races()
+        return found
+
+    def _races(self):
+        """What ThreadSanitizer finds, as ./dev ci runs it."""
+        if not (self.tsan / "build.ninja").exists():
+            self._configure(self.tsan, "-O1 -g -fsanitize=thread -fno-omit-frame-pointer")
+        if not self._make(self.tsan, "fwlib_tests"):
+            return None
+        command = [str(self.tsan / "tests" / "fwlib_tests"), "--gtest_filter=-*DeathTest*"]
+        test = Test("ThreadSanitizer", tuple(command), str(self.root), ())
+        return "" if self._passes(test, 900)[0] else test.name
