@@ -18,6 +18,7 @@ using namespace VESK;
 
 namespace {
 
+#if defined(__x86_64__) || defined(__i386__) // elsewhere there is nothing to choose
 TEST(Coders, AreWideWhereTheProcessorHasAllThatTheyUse) {
     const unsigned int found = __cpu_model.features, popcnt = 1 << 2, avx2 = 1 << 10;
     for (const unsigned int features : {0u, popcnt, avx2, popcnt | avx2}) {
@@ -27,6 +28,7 @@ TEST(Coders, AreWideWhereTheProcessorHasAllThatTheyUse) {
     }
     __cpu_model.features = found;
 }
+#endif
 
 std::mt19937 cRandom(4);
 

@@ -3,6 +3,9 @@
 #ifndef FWLIB_TYPES_H
 #define FWLIB_TYPES_H
 
+#include <climits>
+#include <type_traits>
+
 namespace KESTRAN {
 class IComponent; // named by FRAMEWORK::GetDataRecorderComponentPortal, never used
 }
@@ -11,6 +14,9 @@ namespace VESK {
 
 using Byte4Type = unsigned int;   // 32 bits
 using Byte2Type = unsigned short; // 16 bits: counts and indexes of pads, properties, plugins, connections
+
+// A byte as a number from -128 to 127: char itself, except where that is unsigned.
+using SignedByte = std::conditional<(CHAR_MIN < 0), char, signed char>::type;
 
 static_assert(sizeof(Byte4Type) == 4 && sizeof(Byte2Type) == 2, "fixed widths are part of the interface");
 

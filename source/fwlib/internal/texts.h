@@ -3,6 +3,7 @@
 #ifndef FWLIB_INTERNAL_TEXTS_H
 #define FWLIB_INTERNAL_TEXTS_H
 
+#include "fwlib/internal/lowestfirst.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/text.h"
 #include "fwlib/types.h"
@@ -21,7 +22,6 @@ constexpr unsigned int NameTextSize = 256; // an element's name, a file's name, 
 // Texts are hashed and numbers composed a word at a time.
 using TextWord = std::uint64_t;
 constexpr std::size_t WordSize = sizeof(TextWord);
-static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "a word's lowest byte is its first character");
 
 inline TextWord LoadWord(const char* pch) {
     TextWord Word;
@@ -32,6 +32,13 @@ inline TextWord LoadWord(const char* pch) {
 // A word of at most 7 characters.
 inline TextWord LoadTail(const char* pch, std::size_t uLength) {
     constexpr std::size_t Half = sizeof(Byte4Type);
+    if (!LowestFirst) {
+        TextWord Word = 0;
+        for (; uLength > 0; --uLength, ++pch) {
+            Word = Word << CHAR_BIT | static_cast<unsigned char>(*pch);
+        }
+        return Word;
+    }
     Byte4Type b4First = 0;
     if (uLength < Half) {
         for (std::size_t u = uLength; u > 0; --u) {
@@ -242,13 +249,13 @@ private:
 
     template <class Unsigned>
     void Format(Unsigned Value, bool bNegative) {
-        if (Value < WordLimit) {
+        if (LowestFirst && Value < WordLimit) {
             FormatWord(static_cast<Byte4Type>(Value), bNegative);
             return;
         }
         char* pch = m_achText + Size - 1;
         *pch = '\0';
-        for (; Value >= 100; Value /= 100) {
+        for (; LowestFirst && Value >= 100; Value /= 100) {
             pch -= 2;
             std::memcpy(pch, &Pairs.ab2Pair[Value % 100], 2);
         }

@@ -5,6 +5,8 @@
 // asked.
 #include "fwlib/streams/asciize.h"
 
+#include "fwlib/internal/lowestfirst.h"
+
 #include <cstdint>
 #include <cstring>
 
@@ -44,8 +46,6 @@ void DecodeBytes(Byte* pData, const Byte* pText, std::size_t uGroups) {
     }
 }
 
-// The lanes' arithmetic takes a group's first byte for its lowest.
-constexpr bool LowestFirst = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
 constexpr std::size_t Lanes = sizeof(Word) / sizeof(std::uint32_t);
 constexpr std::size_t EncodeRound = 8; // words a round of the loops; more do not pay
 constexpr std::size_t DecodeRound = 4; // all in registers, until they are known to be in range
@@ -63,6 +63,7 @@ constexpr Word LanesToBytes(Word uGroups) {
     return Lanes == 1 ? uGroups : (uGroups & 0xFFFFFF) | (uGroups >> 8 & static_cast<Word>(0xFFFFFF000000));
 }
 
+// The lanes' arithmetic takes a group's first byte for its lowest, where that order is the processor's.
 // A word is read or written whole, a byte or two beyond its groups, so the last groups are left to the slow way.
 void EncodeWords(Byte* pText, const Byte* pData, std::size_t uGroups) {
     for (; LowestFirst && uGroups > Lanes * EncodeRound; uGroups -= Lanes * EncodeRound) {

@@ -76,8 +76,8 @@ int fwfputs(char* pchText, char* pFile) {
     return std::fputs(pchText, StreamOf(pFile));
 }
 
-char fwfgetc(char* pFile) {
-    return static_cast<char>(std::fgetc(StreamOf(pFile)));
+SignedByte fwfgetc(char* pFile) {
+    return static_cast<SignedByte>(std::fgetc(StreamOf(pFile)));
 }
 
 int fwfprintf(char* pFile, char const* pchFormat, ...) {

@@ -36,8 +36,9 @@ FWLIB_EXPORT unsigned int fwfwrite(void* pBuffer, unsigned int uSize, unsigned i
 FWLIB_EXPORT char* fwfgets(char* pchBuffer, unsigned int uSize, char* pFile);
 FWLIB_EXPORT int fwfputs(char* pchText, char* pFile);
 
-// The next character; -1 at end of file, which cannot be told from the byte 255.
-FWLIB_EXPORT char fwfgetc(char* pFile);
+// The next character; -1 at end of file, which cannot be told from the byte 255. Keep it in an int, a signed char or auto:
+// where char is unsigned, a char never equals -1.
+FWLIB_EXPORT SignedByte fwfgetc(char* pFile);
 
 // Formats into a block from the heap (512 bytes; a longer text takes a block of its size), writes the text
 // without its terminator and returns the bytes written, or -1 when no block could be had.
