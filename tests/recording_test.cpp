@@ -30,6 +30,21 @@ struct Recorder : Deck<ESerialize> {
     QObject object;
 };
 
+// While it lives, no file grows beyond the size.
+struct SizeLimit {
+    explicit SizeLimit(std::size_t size) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit low = {size, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &low);
+    }
+    ~SizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, SIG_DFL);
+    }
+    rlimit before;
+};
+
 std::string Lost(const std::string& name, const std::string& reason) {
     return "! ERROR: ESerialize - tap: Unable to store an object in " + name + ": " + reason +
            ": QObjectType = QObject\n";
@@ -131,9 +146,6 @@ struct QPatched : QObject {
 
 TEST(Recording, AClassMayPatchWhatItWrote) {
     const Scratch scratch;
-    rlimit before;
-    getrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, SIG_IGN);
     for (const char* const strict : BothWays) {
         QPatched patched;
         const std::string path = scratch.Path("objects"), text = "Length=58\n" + Object;
@@ -141,10 +153,10 @@ TEST(Recording, AClassMayPatchWhatItWrote) {
         const auto arrive = [&] { return recorder.element.DataArrived(&patched, 0); };
         EXPECT_EQ(arrive(), 1);
         EXPECT_EQ(recorder.Arrive(), "1 ");
-        const rlimit low = {text.size() * 5 / 2, before.rlim_max}; // the second patched one does not fit
-        setrlimit(RLIMIT_FSIZE, &low);
-        EXPECT_EQ(Told(arrive)[0], *strict == '1' ? '0' : '1');
-        setrlimit(RLIMIT_FSIZE, &before);
+        {
+            const SizeLimit limit(text.size() * 5 / 2); // the second patched one does not fit
+            EXPECT_EQ(Told(arrive)[0], *strict == '1' ? '0' : '1');
+        }
         EXPECT_EQ(FileText(path), text + Object);
         EXPECT_EQ(Told(arrive), "1 ! ERROR: ESerialize - tap: Objects lost: 1\n");
         fwfseek(recorder.element.m_pWriter->m_pFile, 7, 0); // and a host what is there
@@ -153,7 +165,43 @@ TEST(Recording, AClassMayPatchWhatItWrote) {
         EXPECT_EQ(recorder.Arrive(), "1 ");
         EXPECT_EQ(FileText(path), "Length=85\n" + Object + Object + text + Object);
     }
-    std::signal(SIGXFSZ, SIG_DFL);
+}
+
+// Writes to the file by other ways than the recorder's too.
+struct QPrinting : QObject {
+    int Serialize(SWrite* pWriter) override {
+        SFileWrite own;
+        own.SetFile(static_cast<SFileWrite*>(pWriter)->m_pFile);
+        QObject::Serialize(pWriter);
+        own.Serialize(Text("Own"), 1);
+        pWriter->Serialize(Text("Last"), 2);
+        fwfputs(Text("Printed=3\n"), own.m_pFile);
+        own.SetFile(nullptr);
+        return 1;
+    }
+};
+
+TEST(Recording, WhatAClassPrintsIsStoredOrLostWithItsObject) {
+    const Scratch scratch;
+    const std::string path = scratch.Path("objects"), text = Object + "Own=1\nLast=2\nPrinted=3\n",
+                      front = text + "host\n"; // who flushes it
+    for (const char* const strict : BothWays) {
+        for (std::size_t room = 0; room < text.size(); ++room) {
+            QPrinting printing;
+            Recorder recorder(strict, path);
+            const auto arrive = [&] { return recorder.element.DataArrived(&printing, 0); };
+            EXPECT_EQ(Told(arrive), "1 ");
+            fwfputs(Text("host\n"), recorder.element.m_pWriter->m_pFile);
+            fwflush(recorder.element.m_pWriter->m_pFile);
+            {
+                const SizeLimit limit(front.size() + room);
+                EXPECT_EQ(Told(arrive), (*strict == '1' ? "0 " : "1 ") + Lost(path, "File too large"));
+            }
+            EXPECT_EQ(FileText(path), front) << room;
+            EXPECT_EQ(Told(arrive), "1 ! ERROR: ESerialize - tap: Objects lost: 1\n");
+            EXPECT_EQ(FileText(path), front + text) << room;
+        }
+    }
 }
 
 // Begins the recording anew, or ends it, within an object.
@@ -281,23 +329,17 @@ TEST(Recording, WhatAHostWritesIntoTheRecordersFileKeepsItsPlace) {
 
 TEST(Recording, APartIsTakenOutOfTheEndOfAFileOnly) {
     const Scratch scratch;
-    const rlim_t room = Object.size() + 10;
-    rlimit before;
-    getrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, SIG_IGN);
+    const std::size_t room = Object.size() + 10;
     for (const std::string& text : {std::string(), std::string(2 * Object.size(), 'f')}) {
         const std::string path = scratch.Write("objects", text);
         Recorder recorder("1", std::fopen(path.c_str(), "r+"));
-        const rlimit low = {room, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &low);
-        const char first = recorder.Arrive()[0], second = recorder.Arrive()[0];
-        setrlimit(RLIMIT_FSIZE, &before);
-        EXPECT_TRUE(first == '1' && second == '0');
-        EXPECT_EQ(FileText(path),
-                  text.empty() ? Object
-                               : Object + Object.substr(0, 10) + text.substr(static_cast<std::size_t>(room)));
+        {
+            const SizeLimit limit(room);
+            EXPECT_EQ(recorder.Arrive()[0], '1');
+            EXPECT_EQ(recorder.Arrive()[0], '0');
+        }
+        EXPECT_EQ(FileText(path), text.empty() ? Object : Object + Object.substr(0, 10) + text.substr(room));
     }
-    std::signal(SIGXFSZ, SIG_DFL);
 }
 
 TEST(Recording, AStreamThatIsNoFileOfTheSystemsTakesWhatFits) {

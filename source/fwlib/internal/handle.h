@@ -42,6 +42,11 @@ inline bool InStep(const std::FILE* pFile) {
            pFile->_offset == -1;
 }
 
+// stdio has not used the stream yet, so only writes to its descriptor moved it.
+inline bool Untouched(const std::FILE* pFile) {
+    return !pFile->_IO_buf_base;
+}
+
 // Copies the next line without its newline, if the stream holds it whole and it fits: its length, or -1.
 inline std::ptrdiff_t HeldLine(std::FILE* pFile, char* pchBuffer, std::size_t uSize) {
     const auto uHeld = static_cast<std::size_t>(pFile->_IO_read_end - pFile->_IO_read_ptr);
@@ -61,6 +66,10 @@ inline std::ptrdiff_t HeldLine(std::FILE* pFile, char* pchBuffer, std::size_t uS
 #else
 
 inline bool InStep(const std::FILE*) {
+    return false;
+}
+
+inline bool Untouched(const std::FILE*) {
     return false;
 }
 

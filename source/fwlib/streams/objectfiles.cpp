@@ -83,7 +83,9 @@ void ObjectFileWrite::NoticeFile() {
 void ObjectFileWrite::BeginFile() {
     m_pFileSeen = m_pFile;
     m_bNamed = m_bLost = m_bEnded = m_bReported = m_bRegular = m_bAppends = false;
-    m_llNext = Unknown;
+    m_llNext = m_llStart = Unknown;
+    m_ullDone = 0;
+    m_bUsed = false;
     m_cOpen.Note(m_pFile);
     struct stat Status;
     const int iFile = m_pFile ? fileno(StreamOf(m_pFile)) : -1;
@@ -139,15 +141,18 @@ std::size_t ObjectFileWrite::WriteThrough(const char* pchData, std::size_t uLeng
         return PrintAll(pFile, pchData, uLength);
     }
     if (m_ullDone == 0 && !m_bUsed && !m_bStrict) {
-        m_llStart = !m_bRegular           ? Unknown
-                    : m_llNext != Unknown ? m_llNext
-                    : m_bAppends          ? SizeOf(iFile)
-                                          : lseek(iFile, 0, SEEK_CUR);
+        m_llStart = !m_bRegular                               ? Unknown
+                    : m_llNext != Unknown && Untouched(pFile) ? m_llNext
+                    : m_bAppends                              ? SizeOf(iFile)
+                                                              : lseek(iFile, 0, SEEK_CUR);
     }
     return WriteAll(iFile, pchData, uLength);
 }
 
 Byte4Type ObjectFileWrite::Put(const char* pchData, std::size_t uLength) {
+    if (uLength == 0) {
+        return 0; // nor would it tell of a flush that failed
+    }
     errno = 0;
     const std::size_t uWritten = m_pFile ? WriteThrough(pchData, uLength) : 0;
     m_ullDone += uWritten;
@@ -197,6 +202,9 @@ void ObjectFileWrite::TakeBack() {
     if (m_ullDone == 0 && !m_bUsed) {
         return;
     }
+    if (m_bUsed && m_pFile) {
+        FlushFile(m_pFile); // or what the stream holds of the object would come later
+    }
     const int iFile = m_pFile && m_bRegular ? fileno(StreamOf(m_pFile)) : -1;
     const long long llEnd = iFile >= 0 ? lseek(iFile, 0, SEEK_CUR) : Unknown;
     const long long llSize = iFile >= 0 ? SizeOf(iFile) : Unknown;
@@ -218,15 +226,26 @@ void ObjectFileWrite::NotePlace() {
 
 // What was gathered goes to the file first, so that the host finds the stream as if every line had been written.
 void ObjectFileWrite::BeforeHostUse(ObjectFileWrite& cWriter, char* pFile) {
-    if (pFile != cWriter.m_pFile || cWriter.m_bLost || cWriter.m_bEnded) {
+    if (pFile != cWriter.m_pFile || cWriter.m_bEnded) {
         return;
     }
     if (!cWriter.m_bUsed) {
         cWriter.NotePlace();
     }
-    if (cWriter.m_uLength > 0) {
+    if (cWriter.m_uLength > 0 && !cWriter.m_bLost) {
         cWriter.Put(cWriter.m_pchObject, cWriter.m_uLength);
         cWriter.m_uLength = 0;
+    }
+}
+
+// What the host wrote within the object is stored, or taken out, with it.
+void ObjectFileWrite::EndHostUse() {
+    errno = 0;
+    if (m_pFile && FlushFile(m_pFile) != 0 && !m_bLost) {
+        Lose(errno);
+    }
+    if (m_bLost && !m_bEnded) {
+        TakeBack();
     }
 }
 
@@ -245,6 +264,7 @@ int ObjectFileWrite::EndObject(bool bKeep) {
     if (m_bStrict && !m_bLost) {
         bKeep ? static_cast<void>(Put(m_pchObject, m_uLength)) : TakeBack();
     }
+    m_bUsed ? EndHostUse() : static_cast<void>(0);
     const bool bStored = !m_bLost;
     if (!bStored && bKeep) {
         ++m_ullLost;

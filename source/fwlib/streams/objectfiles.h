@@ -78,6 +78,7 @@ private:
     int OpenNamed(EObject& cElement, const FileSettings& cSettings);
     int GoBehindObjects(EObject& cElement);
     void NotePlace();
+    void EndHostUse();
     std::size_t WriteThrough(const char* pchData, std::size_t uLength);
     Byte4Type Put(const char* pchData, std::size_t uLength);
     Byte4Type Gather(const char* pchData, Byte4Type b4Length);
