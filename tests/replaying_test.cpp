@@ -4,6 +4,7 @@
 #include "support/stage.h"
 #include "support/support.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -44,20 +45,37 @@ TEST(Replaying, AReadThatFailsIsToldAlsoWithoutAReason) {
     }
 }
 
+// Reads a pipe, and is interrupted by a signal where that has no data.
+std::FILE* Interrupted(int* ends) {
+    cookie_io_functions_t calls = {};
+    calls.read = [](void* pipe, char* data, std::size_t size) -> ssize_t {
+        const ssize_t came = read(*static_cast<int*>(pipe), data, size);
+        errno = EINTR;
+        return came;
+    };
+    return fopencookie(ends, "r", calls);
+}
+
 // Also within a line: the object comes whole once the rest has arrived.
 TEST(Replaying, WhatHasNotArrivedYetIsTriedAgain) {
-    for (const char* const strict : BothWays) {
+    const Scratch scratch;
+    const std::string path = scratch.Write("objects", "cut");
+    for (const int variant : {0, 1, 2, 3}) {
         int ends[2], others[2];
         ASSERT_EQ(pipe2(ends, O_NONBLOCK) + pipe2(others, O_NONBLOCK), 0);
-        Deck<EDeserialize> player("", strict);
+        Deck<EDeserialize> player(path, BothWays[variant / 2]);
+        EXPECT_EQ(Runs(player.element)[0], '0'); // which the next file has nothing to do with
+        char*& file = player.element.m_pReader->m_pFile;
+        std::FILE* const before = reinterpret_cast<std::FILE*>(file);
+        std::FILE* const other = fdopen(others[0], "r");
+        player.element.m_pReader->SetFile(reinterpret_cast<char*>(other));
+        std::fclose(before);
         Probe sink("sink");
         sink.AddSinkPad(new SINKPAD(&sink, Byte2Type{0}));
         player.element.GetSourcePad(0)->m_pSinkPad = sink.GetSinkPad(0);
-        std::FILE* const other = fdopen(others[0], "r");
-        player.element.m_pReader->SetFile(reinterpret_cast<char*>(other));
         ASSERT_EQ(write(others[1], "part", 4), 4); // which does not come from the next stream
         EXPECT_EQ(Runs(player.element), "0 ");
-        player.element.m_pReader->SetFile(reinterpret_cast<char*>(fdopen(ends[0], "r")));
+        file = reinterpret_cast<char*>(variant % 2 ? Interrupted(ends) : fdopen(ends[0], "r"));
         std::fclose(other);
         close(others[1]);
         for (int object = 0; object < 2; ++object) {
@@ -71,6 +89,7 @@ TEST(Replaying, WhatHasNotArrivedYetIsTriedAgain) {
         EXPECT_EQ(Runs(player.element), "0 ");
         close(ends[1]);
         EXPECT_EQ(Runs(player.element), "0 ");
+        variant % 2 ? close(ends[0]) : 0;
     }
 }
 

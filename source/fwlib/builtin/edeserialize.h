@@ -8,7 +8,7 @@
 //                   reported with its byte offset, and nothing behind it is read
 //   returns         Run the result of the delivery; 0 at the end of the file, for a type that no plugin
 //                   serves, for a broken object, and before Initialize; without a report when the stream has no more
-//                   data yet, and then the next Run reads the object from its beginning
+//                   data yet or a signal interrupted it, and then the next Run reads the object from its beginning
 //   example         element EDeserialize  /  property Name replay  /  property Filename objects.txt
 #ifndef FWLIB_BUILTIN_EDESERIALIZE_H
 #define FWLIB_BUILTIN_EDESERIALIZE_H

@@ -119,7 +119,8 @@ ssize_t ObjectFileRead::HandOut(std::size_t uLength) {
 
 // No line came: the stream has no more yet, is over, or failed.
 void ObjectFileRead::EndLines() {
-    if (m_bMayWait && !fwfeof(m_pFile) && (errno == EAGAIN || errno == EWOULDBLOCK)) {
+    const bool bLater = errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
+    if (m_bMayWait && !fwfeof(m_pFile) && bLater) {
         m_bWaits = true;
         std::clearerr(StreamOf(m_pFile)); // or it would read no more
         return;
@@ -173,6 +174,9 @@ char* ObjectFileRead::ReadLine() {
 }
 
 void ObjectFileRead::BeginObject() {
+    if (m_pFile && m_pFile != m_pFileSeen) { // one that a host put in the field
+        Restart(false);
+    }
     if (m_bWaits) { // for the rest of the object, whose lines come again
         m_ullRead = m_ullObject;
     } else {
