@@ -3,7 +3,9 @@
 #include "support/capture.h"
 #include "support/support.h"
 
+#include <atomic>
 #include <gtest/gtest.h>
+#include <memory>
 #include <thread>
 
 using namespace VESK;
@@ -71,6 +73,26 @@ TEST(Threads, BuildRunAndDestroyPipelinesOfTheirOwn) {
     });
     EXPECT_EQ(output.reported.substr(0, 200), "");
     EXPECT_EQ(wrong[0] + wrong[1] + wrong[2] + wrong[3], 0);
+}
+
+// A Debug build looks after what is unloaded while another thread's plugin destroys an object of static storage.
+TEST(Threads, UnloadPluginsOfTheirOwn) {
+    std::atomic<bool> loaded{false};
+    FRAMEWORK framework;
+    std::vector<std::unique_ptr<PLUGIN>> plugins;
+    for (int i = 0; i < 2000; ++i) {
+        plugins.emplace_back(framework.LoadPlugin(Text("libfwlib.so")));
+    }
+    std::thread other([&] {
+        FRAMEWORK own;
+        own.SetProperty(Text("Slow"), 1, Section::Standard);
+        own.AddPlugin(Text(FWLIB_TEST_PLUGINS "/good.so"));
+        loaded = true;
+    });
+    while (!loaded) {
+    }
+    plugins.clear();
+    other.join();
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <pthread.h>
 #include <string>
+#include <unistd.h>
 
 using namespace VESK;
 
@@ -76,6 +77,16 @@ private:
     int m_iInitialized = 0;
 };
 
+bool bSlow = false;
+
+#if ENTRY == 1 && !defined(ALONE)
+// An object of static storage, which takes a while to go when the framework has the property "Slow".
+struct Lasting {
+    ~Lasting() { bSlow ? usleep(100000) : 0; }
+    QObject cObject;
+} cLasting;
+#endif
+
 class GoodFactories : public PluginFactory {
 public:
     GoodFactories() : PluginFactory(m_apFactories) {}
@@ -84,6 +95,7 @@ public:
         if (pFramework->GetProperty(Text("Throw"), &iThrow, 0, Section::Standard)) {
             throw m_cFirst;
         }
+        bSlow = pFramework->GetProperty(Text("Slow"), &iThrow, 0, Section::Standard);
         return PluginFactory::Initialize(pFramework) - 1; // not examined: the plugin counts as loaded
     }
 

@@ -3,7 +3,8 @@
 
 #ifdef FWLIB_WATCH
 
-#include <dlfcn.h>
+#include <cstdint>
+#include <link.h>
 #include <map>
 #include <mutex>
 #include <new>
@@ -29,6 +30,19 @@ Living& TheLiving() {
     return *pLiving;
 }
 
+// Adds how many have their code in this one of the loaded objects. dladdr would do it, but waits for a lock that the
+// loader holds while another thread's plugin constructs or destroys its static objects, which wait for this file's.
+int CountLoaded(dl_phdr_info* pInfo, std::size_t, void* pCount) {
+    std::size_t& uCount = *static_cast<std::size_t*>(pCount);
+    for (const ElfW(Phdr)* p = pInfo->dlpi_phdr; p < pInfo->dlpi_phdr + pInfo->dlpi_phnum; ++p) {
+        for (const auto& cPair : TheLiving().cCode) {
+            const auto uCode = reinterpret_cast<std::uintptr_t>(cPair.second.p);
+            uCount += p->p_type == PT_LOAD && uCode - (pInfo->dlpi_addr + p->p_vaddr) < p->p_memsz;
+        }
+    }
+    return 0;
+}
+
 } // namespace
 
 void Watch(const void* pObject, const void* pCode) {
@@ -47,12 +61,9 @@ void Unwatch(const void* pObject) {
 
 unsigned int UnloadedObjects() {
     const std::lock_guard<std::mutex> cLock(TheLiving().cMutex);
-    unsigned int uUnloaded = 0;
-    for (const auto& cPair : TheLiving().cCode) {
-        Dl_info Info;
-        uUnloaded += dladdr(cPair.second.p, &Info) == 0;
-    }
-    return uUnloaded;
+    std::size_t uLoaded = 0;
+    dl_iterate_phdr(CountLoaded, &uLoaded);
+    return static_cast<unsigned int>(TheLiving().cCode.size() - uLoaded);
 }
 
 } // namespace VESK
