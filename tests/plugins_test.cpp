@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdarg>
 #include <dlfcn.h>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <link.h>
 #include <memory>
@@ -160,19 +161,34 @@ TEST(Plugins, ThoseThatAFactoryAddsAreAskedTooAndAllAreClosedInTheirOrder) {
     EXPECT_EQ(closed, "abc");
 }
 
+// Ends the thread in a factory while it builds from a file within a file. What it had open is closed then.
 TEST(Plugins, AThreadMayEndInAFactory) {
 #ifdef _LIBCPP_VERSION
     GTEST_SKIP() << "libc++ catches the end of a thread and cannot pass it on";
 #endif
-    FRAMEWORK framework;
-    framework.AddPlugin(Good);
-    const auto create = [](void* made) -> void* {
-        return static_cast<FRAMEWORK*>(made)->CreateQObject(Text("Ended")), made;
+    const Scratch scratch;
+    const std::string inner = scratch.Write("inner", "element Ended\n");
+    const std::string outer =
+        scratch.Write("outer", "plugin " + std::string(Good) + "\npipe " + inner + "\n");
+    const auto build = [](void* path) -> void* {
+        FRAMEWORK framework;
+        EPipeline pipe;
+        pipe.m_pFramework = &framework;
+        return pipe.BuildPipe(static_cast<char*>(path)), path;
     };
-    pthread_t thread;
-    void* result = &thread;
-    ASSERT_EQ(pthread_create(&thread, nullptr, create, &framework), 0);
-    EXPECT_TRUE(pthread_join(thread, &result) == 0 && !result);
+    const auto open = [] { return std::filesystem::exists("/proc/self/fd/40"); };
+    ASSERT_FALSE(open());
+    Told([&] {
+        for (int i = 0; i < 20; ++i) {
+            pthread_t thread;
+            void* result = &thread;
+            EXPECT_EQ(pthread_create(&thread, nullptr, build, Text(outer.c_str())), 0);
+            EXPECT_TRUE(pthread_join(thread, &result) == 0 && !result);
+        }
+        return 1;
+    });
+    EXPECT_FALSE(open());
+    EXPECT_EQ(dlopen(Good, RTLD_NOW | RTLD_NOLOAD), nullptr);
 }
 
 TEST(Plugins, PullinMakesWhatNobodyDestroys) {

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <new>
 
 namespace VESK {
@@ -147,12 +148,12 @@ void FRAMEWORK::ErrorMessage(EObject* pElement, const char* pchFormat, va_list V
 }
 
 PLUGIN* FRAMEWORK::LoadPlugin(char* pchPath) {
-    PLUGIN* const pPlugin = new (std::nothrow) FWPLUGIN(pchPath);
+    std::unique_ptr<PLUGIN> pPlugin(new (std::nothrow)
+                                        FWPLUGIN(pchPath)); // closed too when the thread ends in it
     if (pPlugin && !pPlugin->Initialize(this)) {
-        delete pPlugin;
         return nullptr;
     }
-    return pPlugin;
+    return pPlugin.release();
 }
 
 int FRAMEWORK::AddPlugin(char* pchPath) {

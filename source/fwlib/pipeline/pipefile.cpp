@@ -10,6 +10,7 @@
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 #include <cstdio>
+#include <memory>
 #include <new>
 
 namespace VESK {
@@ -72,16 +73,18 @@ int FrameworkPropertyLine(const Build& cBuild, char** ppchArguments) {
 }
 
 int PipeLine(const Build& cBuild, char** ppchArguments) {
-    auto* const pInner = new (std::nothrow) EPipeline;
-    if (pInner) {
-        pInner->m_pFramework = cBuild.cPipeline.m_pFramework;
+    std::unique_ptr<EPipeline> pBuilt(new (std::nothrow)
+                                          EPipeline); // gone too when the thread ends in a factory
+    if (pBuilt) {
+        pBuilt->m_pFramework = cBuild.cPipeline.m_pFramework;
     }
-    if (!pInner ||
-        !BuildFile({*pInner, cBuild.Form, cBuild.b2ReadConfig, cBuild.pchConfigFile}, ppchArguments[0])) {
-        delete pInner;
+    if (!pBuilt ||
+        !BuildFile({*pBuilt, cBuild.Form, cBuild.b2ReadConfig, cBuild.pchConfigFile}, ppchArguments[0])) {
+        pBuilt.reset();
         std::fprintf(stderr, "Could not build pipe %s\n", ppchArguments[0]);
         return 0;
     }
+    EPipeline* const pInner = pBuilt.release();
     SetCurrentElement(cBuild.Form, pInner);
     if (!cBuild.cPipeline.AddElement(pInner) && DeleteUnlessHeld(cBuild.cPipeline, pInner)) {
         // The line succeeds all the same, so the loss is reported where the host looks for errors.
@@ -220,6 +223,20 @@ void SplitLine(char* pchLine, char* (&apchTokens)[TokenSlots]) {
     apchTokens[u] = nullptr;
 }
 
+// Closes the file also when the thread ends in a factory.
+struct PipeFile {
+    explicit PipeFile(char* pchPath) : pFile(pchPath ? fwfopen(pchPath, Text("r")) : nullptr) {}
+    ~PipeFile() {
+        if (pFile) {
+            fwfclose(pFile);
+        }
+    }
+    PipeFile(const PipeFile&) = delete;
+    PipeFile& operator=(const PipeFile&) = delete;
+
+    char* const pFile; // owned; null when it does not open
+};
+
 // The lines of an open file, up to the first that fails.
 int ExecuteFile(const Build& cBuild, char* pFile, const char* pchPath) {
     char achLine[NameTextSize];
@@ -253,14 +270,12 @@ int BuildFile(const Build& cBuild, char* pchPath) {
         std::fprintf(stderr, "Pipe files nest more than %d deep: %s\n", DeepestNesting, pchShown);
         return 0;
     }
-    char* const pFile = pchPath ? fwfopen(pchPath, Text("r")) : nullptr;
-    if (!pFile) {
+    const PipeFile cFile(pchPath);
+    if (!cFile.pFile) {
         std::printf("Unable to open pipefile %s\n", pchShown);
         return 0;
     }
-    const int iBuilt = ExecuteFile(cBuild, pFile, pchShown);
-    fwfclose(pFile);
-    return iBuilt;
+    return ExecuteFile(cBuild, cFile.pFile, pchShown);
 }
 
 } // namespace
