@@ -278,6 +278,7 @@ END
             cmp to/file <(write 9 QObject a=b) || fail "$words, $way: not recovered"
         done
     done
+    cp damaged to/file
     { strace -qq -o trace -e inject=linkat:signal=QUIT "$fwpipe" recover --in-place to/file 2>err >trash; } 2>/dev/null
     [[ $? -gt 128 && $(ls -A to) == file ]] || fail "a signal while the file has two names: $(ls -A to)"
     rm -rf to && mkdir to && write 100000 QObject a=b >large && echo QObject >>large
