@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A program that sends an image through a text stream, and reads it back: its sizes as typed records, its bytes,
-// compressed, as a block record. Built like the other one, sum.cpp.
+// A program that writes an image to a text stream and reads it back. Width and height are typed records; the compressed
+// pixels are a block record. sum.cpp explains how to build it.
 //
 // Run: build/host/image
 // Output:
@@ -43,11 +43,10 @@ Image DrawDisc(int iWidth, int iHeight) {
     return cImage;
 }
 
-// The records Width, Height and Coded, the size of the compressed bytes, then these. Whoever reads the block has to
-// know its size before. Answers it; 0 when the image could not be sent.
+// Writes the records Width, Height and Coded, then the compressed pixels. Coded is their size, which the reader must know
+// before it reads the block. Returns this size, or 0 if the image could not be sent.
 int Send(VESK::SWrite& cWriter, Image& cImage) {
-    const std::size_t uSize =
-        cImage.Pixels.size(); // whole blocks of 120 bytes, else the rest would be missing
+    const std::size_t uSize = cImage.Pixels.size(); // must be a multiple of 120; Compress drops the rest
     std::vector<unsigned char> Coded(uSize);
     const int iCoded =
         cWriter.Compress(Coded.data(), cImage.Pixels.data(), static_cast<VESK::Byte2Type>(uSize), 0);
@@ -59,7 +58,7 @@ int Send(VESK::SWrite& cWriter, Image& cImage) {
 }
 
 bool Receive(VESK::SRead& cReader, Image& cImage) {
-    constexpr int Most = 60000; // bytes, lest a damaged stream ask for too many
+    constexpr int Most = 60000; // bytes; a damaged stream cannot make the program allocate more
     int iCoded = 0;
     if (!cReader.Deserialize(&cImage.iWidth) || !cReader.Deserialize(&cImage.iHeight) ||
         !cReader.Deserialize(&iCoded) || cImage.iWidth < 1 || cImage.iHeight < 1 ||

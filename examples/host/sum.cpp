@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A program that embeds the library, with an element of its own: it adds up what a producer counts. Build it
-// against the installed library, from the project's root:
+// A program that embeds the library. Its element adds up the numbers of a producer. Build it against the installed
+// library, from the project's root:
 //   cmake --install build/release --prefix build/installed
 //   cmake -S examples/host -B build/host -DCMAKE_PREFIX_PATH="$PWD/build/installed"
 //   cmake --build build/host
@@ -27,11 +27,11 @@ public:
 
     int Initialize() override {
         auto* const pPad = new (std::nothrow) VESK::SINKPAD(this, 0);
-        const int iAdopted = pPad && AddSinkPad(pPad);
-        if (!iAdopted) {
+        const int iAdded = pPad && AddSinkPad(pPad);
+        if (!iAdded) {
             delete pPad;
         }
-        return iAdopted;
+        return iAdded;
     }
 
     int DataArrived(VESK::QObject* pObject, VESK::Byte2Type) override {
@@ -45,7 +45,7 @@ public:
     long long m_llTotal = 0;
 };
 
-// Names the element and hands it to the pipeline, which owns it from then on.
+// Names the element and adds it to the pipeline, which takes ownership. On failure the element is deleted.
 int Add(VESK::EPipeline& cPipeline, VESK::EObject* pElement, char* pchName) {
     if (!pElement) {
         return 0;
@@ -66,7 +66,7 @@ int main() {
     VESK::EPipeline cPipeline;
     cPipeline.m_pFramework = &cFramework;
 
-    if (!cFramework.AddPlugin(VESK::Text("libfwlib.so"))) { // brings ESource
+    if (!cFramework.AddPlugin(VESK::Text("libfwlib.so"))) { // contains ESource
         return 1;
     }
     auto* const pSum = new (std::nothrow) ESum;
@@ -76,7 +76,7 @@ int main() {
     }
     cPipeline.Connect(Counter, 0, Sum, 0);
     cPipeline.m_cProperties.SetProperty(VESK::Key::SinkElement, Counter,
-                                        VESK::Section::Standard); // what runs
+                                        VESK::Section::Standard); // the element that runs
     if (!cPipeline.Initialize() || !cPipeline.Run() || cFramework.m_bError) {
         return 1;
     }

@@ -3,13 +3,13 @@
 //   cmake --install build/release --prefix build/installed
 //   cmake -S examples/plugin -B build/plugin -DCMAKE_PREFIX_PATH="$PWD/build/installed"
 //   cmake --build build/plugin
-// and run it as examples/plugin/countdown.pipe says.
+// The comment in examples/plugin/countdown.pipe contains the command that runs it.
 //
-// ECountdown: sends one object a run, whose property "Count" goes down to 1; then a run answers 0.
+// ECountdown: sends one object in each run. The property "Count" of the objects decreases to 1; after that a run returns 0.
 //   sink pads     none
 //   source pads   1
-//   properties    "Start" in section "Standard", else in section "ECountdown", else 3: the first count
-//                 "Debug" from 1: tells each count, and at the end how many there were
+//   properties    "Start", first looked up in section "Standard", then in section "ECountdown": the first count; default 3
+//                 "Debug", 1 or more: prints each count, and at the end the number of objects
 #include <fwlib/fwlib.h>
 
 #include <new>
@@ -29,16 +29,16 @@ public:
     ~ECountdown() override { Message(1, "%d object%s sent\n", m_iSent, m_iSent == 1 ? "" : "s"); }
 
     int Initialize() override {
-        EObject::Initialize(); // the debug level
+        EObject::Initialize(); // reads the debug level
         if (!m_cProperties.GetProperty(StartKey, &m_iNext, DefaultStart, Section::Standard)) {
             m_cProperties.GetProperty(StartKey, &m_iNext, DefaultStart, TypeName);
         }
         auto* const pPad = new (std::nothrow) VESK::SOURCEPAD(this);
-        const int iAdopted = pPad && AddSourcePad(pPad);
-        if (!iAdopted) {
+        const int iAdded = pPad && AddSourcePad(pPad);
+        if (!iAdded) {
             delete pPad;
         }
-        return iAdopted;
+        return iAdded;
     }
 
     int DataArrived(VESK::QObject*, VESK::Byte2Type) override { return 0; } // there is no sink pad

@@ -35,28 +35,28 @@ struct Options {
 };
 
 const char* const Examples = R"(Examples:
-  fwpipe dump objects.txt                       a block for each object
-  fwpipe dump --oneline --head 10 objects.txt   the first ten, a line each
-  fwpipe dump --oneline --tail 10 objects.txt   the last ten
-  fwpipe dump --where Count=7 objects.txt       the objects with that property
-  fwpipe dump --count --where a=b objects.txt   how many there are of them, as a bare number
-  fwpipe run --quiet record.pipe | fwpipe dump  from a pipeline that records to standard output
+  fwpipe dump objects.txt                       prints a block of lines for each object
+  fwpipe dump --oneline --head 10 objects.txt   prints the first ten, one line each
+  fwpipe dump --oneline --tail 10 objects.txt   prints the last ten
+  fwpipe dump --where Count=7 objects.txt       prints the objects with this property
+  fwpipe dump --count --where a=b objects.txt   prints only the number of these objects
+  fwpipe run --quiet record.pipe | fwpipe dump  reads what a pipeline records to standard output
   fwpipe dump --json objects.txt                {"type":"QObject","offset":0,"properties":{"Count":"0"}}
   fwpipe dump --json=pairs objects.txt          {"type":"QObject","offset":0,"properties":[["Count","0"]]}
 
-The last line counts the objects; with --json it goes to standard error.
+The last line states the number of objects; with --json it is printed on standard error.
 
-Control characters, characters that change the direction of text, and bytes that are not UTF-8 are shown as "\xNN", one
-for each byte, and a backslash as "\\"; in JSON, characters as "\uNNNN". --raw passes them all, as far as JSON allows.
-In JSON a key that an object holds more than once has an array of its values. An object with bytes that are not UTF-8
-has "escaped":true, and then "\xNN" and "\\" stand in its texts.
+Control characters, characters that change the direction of text, and bytes that are not UTF-8 are escaped. Each byte is
+shown as "\xNN" and a backslash as "\\"; JSON uses "\uNNNN". --raw escapes only what JSON requires.
+In JSON, a key that occurs more than once in an object has an array of its values. An object with bytes that are not
+UTF-8 has "escaped":true; its texts then contain "\xNN" and "\\".
 
 Exit status:
-  0         every object that was asked for is shown, and all that was read is whole; --head reads no further than it
-            shows
-  1         no whole object is at the begin of the stream, or it could not be read, or standard output not be written
+  0         all selected objects were shown, and all data read consists of complete objects; --head stops reading
+            after the last object that it shows
+  1         the recording does not begin with a complete object, or an error occurred while reading or writing
   2         wrong usage
-  3         the stream is damaged behind whole objects: they are shown, and standard error tells where
+  3         there is damage after complete objects; these were shown, and standard error reports the offset
   129, 130, 143
             ended by SIGHUP, SIGINT or SIGTERM
 )";
@@ -204,35 +204,38 @@ int Dump(const Options& cOptions) {
 
 void AddDump(CLI::App& cApp, Action& cChosen) {
     const auto pOptions = std::make_shared<Options>();
-    CLI::App* const pDump = cApp.add_subcommand("dump", "Show the objects of an object stream");
+    CLI::App* const pDump = cApp.add_subcommand("dump", "Show the objects of a recording");
     pDump->footer(Examples);
-    pDump->add_option("FILE", pOptions->cFile, "The object stream; standard input for \"-\" or when absent")
+    pDump->add_option("FILE", pOptions->cFile, "The recording; standard input if absent or \"-\"")
         ->type_name("");
-    CLI::Option* const pOneLine = pDump->add_flag("--oneline", pOptions->bOneLine, "A line for each object");
+    CLI::Option* const pOneLine =
+        pDump->add_flag("--oneline", pOptions->bOneLine, "Print one line for each object");
     CLI::Option* const pJson =
         pDump
             ->add_flag("--json{object}", pOptions->cJson,
-                       "A line of JSON for each object; --json=pairs has its properties as pairs")
+                       "Print one line of JSON for each object; --json=pairs prints properties as pairs")
             ->check(CLI::IsMember({"object", "pairs"}))
             ->excludes(pOneLine);
-    CLI::Option* const pRaw = pDump->add_flag("--raw", pOptions->bRaw, "Escape nothing");
+    CLI::Option* const pRaw = pDump->add_flag("--raw", pOptions->bRaw, "Do not escape control characters");
     CLI::Option* const pHead =
-        pDump->add_option("--head", pOptions->ullHead, "Show the first N objects that are asked for")
+        pDump->add_option("--head", pOptions->ullHead, "Show only the first N selected objects")
             ->type_name("N")
             ->check(CLI::Validator(NotACount, ""));
     CLI::Option* const pTail =
-        pDump->add_option("--tail", pOptions->ullTail, "Show the last N of them, which are kept in memory")
+        pDump
+            ->add_option("--tail", pOptions->ullTail,
+                         "Show only the last N selected objects, which are kept in memory")
             ->type_name("N")
             ->check(CLI::Validator(NotACount, ""))
             ->excludes(pHead);
     CLI::Option* const pCount =
-        pDump->add_flag("--count", pOptions->bCount, "Print only how many objects are asked for");
+        pDump->add_flag("--count", pOptions->bCount, "Print only the number of selected objects");
     for (CLI::Option* const pOther : {pOneLine, pJson, pRaw, pHead, pTail}) {
         pCount->excludes(pOther);
     }
     pDump
         ->add_option("--where", pOptions->cWhere,
-                     "Show objects that have this property; given more than once, that have all of them")
+                     "Select objects that have this property; if repeated, objects that have all of them")
         ->type_name("KEY=VALUE")
         ->allow_extra_args(false) // what follows is the next argument
         ->check(CLI::Validator(NotACondition, ""));

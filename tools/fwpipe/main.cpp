@@ -51,12 +51,10 @@ CLI::App& FwPipe::AddFileCommand(CLI::App& cApp, const char* pchName, const char
 
 int main(int iArguments, char** ppchArguments) {
     FwPipe::PrepareStreams();
-    CLI::App cApp(
-        "fwpipe runs the pipelines that pipe files describe, and shows and repairs what they record.",
-        "fwpipe");
+    CLI::App cApp("fwpipe runs pipe files, and shows and repairs recordings.", "fwpipe");
     cApp.set_version_flag("--version", "fwpipe " FWPIPE_VERSION);
     cApp.require_subcommand(1);
-    cApp.footer("\"fwpipe COMMAND --help\" tells more, with examples.");
+    cApp.footer("\"fwpipe COMMAND --help\" shows the options of a command, with examples.");
     FwPipe::Action cChosen;
     for (const FwPipe::AddCommand pAdd : Commands) {
         pAdd(cApp, cChosen);

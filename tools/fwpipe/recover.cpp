@@ -31,26 +31,26 @@ struct Options {
 };
 
 const char* const Examples =
-    R"(Keeps every whole object from the front and cuts off the rest; the input is left as it is unless --in-place
-says otherwise. Recovering a recovered file changes nothing. Whole objects behind the damage are counted. --resync
-keeps them, too: it goes on at the next line where a whole object begins that another one, or the end of the file,
-follows, and whose QObjectType property, if it has one, is what its first line says.
+    R"(Keeps the complete objects at the start of FILE and cuts off the rest. FILE is unchanged unless --in-place is given.
+Recovering a recovered file changes nothing. Complete objects after the damage are counted, and kept with --resync:
+it continues at the next line where a complete object begins. Another complete object or the end of the file must
+follow it, and its QObjectType property, if it has one, must equal its first line.
 
---in-place refuses a file that is open for writing, that changes meanwhile, or whose name another file has in the end.
-The new file gets its owner, mode, access control list and extended attributes.
+--in-place fails if another process has FILE open for writing, if FILE changes during the work, or if its name refers
+to another file in the end. The new file has the owner, mode, access control list and extended attributes of FILE.
 
 Examples:
   fwpipe recover objects.txt                  writes objects.txt.recovered
-  fwpipe recover --resync objects.txt         also with what is whole behind damage
+  fwpipe recover --resync objects.txt         also keeps complete objects after damage
   fwpipe recover objects.txt -o whole.txt     writes whole.txt, which must not exist
-  fwpipe recover --in-place objects.txt       puts the whole objects in the place of the file, in one step
+  fwpipe recover --in-place objects.txt       replaces the file by its complete objects, in one step
 
 Exit status:
-  0         all of the file is whole
-  1         nothing whole was found, the file could not be read, or the result not written: nothing was changed, unless
-            --in-place --force emptied the file; or only the report of it could not be written
+  0         the file consists of complete objects only
+  1         no complete object was found, or the file could not be read, or the result could not be written. Nothing
+            was changed, unless --in-place --force emptied the file, or only the report could not be written
   2         wrong usage
-  3         the whole objects are kept, and something was cut
+  3         the complete objects were kept, and something was cut off
   129, 130, 143
             ended by SIGHUP, SIGINT or SIGTERM; nothing was changed
 )";
@@ -276,16 +276,18 @@ int Recover(const Options& cOptions) {
 void AddRecover(CLI::App& cApp, Action& cChosen) {
     const auto pOptions = std::make_shared<Options>();
     CLI::App& cRecover =
-        AddFileCommand(cApp, "recover", "Keep the whole objects at the front of a damaged object stream",
-                       Examples, pOptions->cFile, "The object stream");
+        AddFileCommand(cApp, "recover", "Keep the complete objects at the start of a damaged recording",
+                       Examples, pOptions->cFile, "The recording");
     CLI::Option* const pOut =
-        cRecover.add_option("-o,--output", pOptions->cOut, "The new file; FILE.recovered when absent")
+        cRecover.add_option("-o,--output", pOptions->cOut, "The new file; FILE.recovered if absent")
             ->type_name("OUT");
-    cRecover.add_flag("--resync", pOptions->bResync, "Keep whole objects behind damage, too");
-    cRecover.add_flag("--in-place", pOptions->bInPlace, "Replace FILE, keeping its owner, mode and lists")
+    cRecover.add_flag("--resync", pOptions->bResync, "Also keep complete objects after damage");
+    cRecover
+        .add_flag("--in-place", pOptions->bInPlace,
+                  "Replace FILE, keeping its owner, mode and access control list")
         ->excludes(pOut);
     cRecover.add_flag("--force", pOptions->bForce,
-                      "Replace an OUT that exists; let --in-place empty FILE, or cut off whole objects");
+                      "Replace OUT if it exists; let --in-place empty FILE or remove complete objects");
     cRecover.callback([pOptions, &cChosen] {
         if (pOptions->cOut.empty()) {
             pOptions->cOut = pOptions->cFile + (pOptions->bInPlace ? "" : ".recovered");

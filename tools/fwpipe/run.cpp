@@ -44,21 +44,21 @@ struct Options {
 };
 
 const char* const Examples = R"(Examples:
-  fwpipe run counter.pipe                    build, initialize, run once
-  fwpipe run --quiet counter.pipe > data     only what the elements print
-  fwpipe run --repeat 100 counter.pipe       a hundred runs of one pipeline
-  fwpipe run --drain replay.pipe             run until there is nothing more
-  fwpipe run --config lab.cfg counter.pipe   settings from sections named like the elements' types
-  fwpipe run --keep record.pipe              never replace a recording
+  fwpipe run counter.pipe                    builds, initializes and runs the pipeline once
+  fwpipe run --quiet counter.pipe > data     prints only the output of the elements
+  fwpipe run --repeat 100 counter.pipe       runs one pipeline a hundred times
+  fwpipe run --drain replay.pipe             runs until there is no more data
+  fwpipe run --config lab.cfg counter.pipe   reads properties from the sections of lab.cfg
+  fwpipe run --keep record.pipe              does not replace a recording
 
 Exit status:
-  0         all went well; with --drain, also when a run answered 0 because there was no more data
-  1         a step answered 0, an element reported an error, objects were refused downstream, a replay ended before
+  0         success; with --drain, also when a run returned 0 because there was no more data
+  1         a step returned 0, an element reported an error, objects were refused, a replay ended before the end of
             its data, a recorder would write a file that another element uses, or standard output could not be
             written
   2         wrong usage
   129, 130, 143
-            ended by SIGHUP, SIGINT or SIGTERM: a loop ends after the current run, a second signal ends it at once
+            ended by SIGHUP, SIGINT or SIGTERM; the first signal ends a loop after the current run, a second one at once
 )";
 
 int Build(Options& cOptions, VESK::EPipeline& cPipeline) {
@@ -181,13 +181,13 @@ std::string Unreadable(const std::string& cPath) {
 
 void AddSafeguards(CLI::App& cRun, Options& cOptions) {
     cRun.add_flag("--keep", cOptions.cRecorders.bKeep,
-                  "Refuse to replace a recording, as if recorders had \"property Existing refuse\"");
+                  "Do not replace recordings: set Existing to \"refuse\" on recorders without this property");
     cRun.add_flag("--shared-files", cOptions.cRecorders.bShared,
-                  "Let recorders write what other elements of the pipeline write or read");
+                  "Let recorders write files that other elements of the pipeline use");
     cRun.add_flag("--ignore-refused", cOptions.bIgnoreRefused,
-                  "Objects that were refused downstream do not change the exit status");
+                  "Refused objects do not change the exit status");
     cRun.add_flag("--report", cOptions.bReport,
-                  "Tell runs, objects and times at the end, as on a terminal, on standard error");
+                  "Print runs, objects and time on standard error at the end (default on a terminal)");
 }
 
 } // namespace
@@ -198,18 +198,17 @@ void AddRun(CLI::App& cApp, Action& cChosen) {
         AddFileCommand(cApp, "run", "Build a pipeline from a pipe file, initialize it and run it", Examples,
                        pOptions->cFile, "The pipe file");
     cRun.add_option("--config", pOptions->cConfig,
-                    "Fill each element from the section of FILE named like its type")
+                    "Read properties of each element from the section of FILE named after its type")
         ->type_name("FILE")
         ->check(CLI::Validator(Unreadable, ""));
-    CLI::Option* const pDrain = cRun.add_flag("--drain", pOptions->bDrain, "Run until the answer is 0");
+    CLI::Option* const pDrain = cRun.add_flag("--drain", pOptions->bDrain, "Run until a run returns 0");
     CLI::Option* const pRepeat =
-        cRun.add_option("--repeat", pOptions->ullRepeat, "Run N times, or until the answer is 0")
+        cRun.add_option("--repeat", pOptions->ullRepeat, "Run N times, or until a run returns 0")
             ->type_name("N")
             ->check(CLI::Validator(NotACount, ""))
             ->excludes(pDrain);
     cRun.add_flag("--quiet", pOptions->bQuiet,
-                  "Keep the progress lines of the build off standard output; a failed build shows them on "
-                  "standard error");
+                  "Do not print progress lines; a build that fails prints them on standard error");
     AddSafeguards(cRun, *pOptions);
     cRun.callback([pOptions, pDrain, pRepeat, &cChosen] {
         pOptions->bLoop = pDrain->count() > 0 || pRepeat->count() > 0;
