@@ -55,14 +55,51 @@ int Serialize(ESerialize& cElement, QObject& cObject, ObjectFileWrite*& pWriter,
     return iSerialized;
 }
 
+// A name in a report ends at its first newline.
+int ShownLength(const char* pchName) {
+    return static_cast<int>(std::strcspn(pchName, "\n"));
+}
+
+// Whether the object would read back as another one, which is reported.
+bool ReportStreamLoss(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
+    PROPERTIES& cList = cObject.m_cProperties;
+    Byte2Type b2Length = 0;
+    cList.GetPropertyLength(Key::QObjectType, &b2Length, Section::Standard);
+    if (b2Length >= TypeTextSize) {
+        cElement.ErrorMessage("DataArrived(%d): a type line cannot hold the whole type: QObjectType = %s\n",
+                              b2Index, TypeText(cObject).achText);
+        return true;
+    }
+    Byte4Type b4Entry = 0;
+    const StreamLoss Loss = LossInStream(cList, &b4Entry);
+    if (Loss == StreamLoss::None) {
+        return false;
+    }
+    const char* const pchKey = cList.m_pachKeys[b4Entry];
+    const char* const pchSection = cList.m_pachSections[b4Entry];
+    if (Loss == StreamLoss::KeyTwice) {
+        cElement.ErrorMessage("DataArrived(%d): a stream, without sections, cannot hold a key twice: "
+                              "QObjectType = %s: %s in %.*s\n",
+                              b2Index, TypeText(cObject).achText, pchKey, ShownLength(pchSection),
+                              pchSection);
+        return true;
+    }
+    const char* const pchFault = Loss == StreamLoss::SignInKey      ? "a \"=\" in the key"
+                                 : Loss == StreamLoss::NewlineInKey ? "a newline in the key"
+                                                                    : "a newline in the value of";
+    cElement.ErrorMessage("DataArrived(%d): a line cannot hold a key or value: QObjectType = %s: "
+                          "%s %.*s in %.*s\n",
+                          b2Index, TypeText(cObject).achText, pchFault, ShownLength(pchKey), pchKey,
+                          ShownLength(pchSection), pchSection);
+    return true;
+}
+
 // Writes the object: 1, or 0 with a report when it returned 0 or, if the element is strict, when it was not stored.
 int Store(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
     ObjectFileWrite* pWriter = OwnWriter(cElement);
     const bool bOwn = pWriter != nullptr;
     const bool bStrict = bOwn && pWriter->IsStrict();
-    if (bStrict && !ReadsBack(cObject.m_cProperties)) {
-        cElement.ErrorMessage("DataArrived(%d): a line cannot hold a key or value: QObjectType = %s\n",
-                              b2Index, TypeText(cObject).achText);
+    if (bStrict && ReportStreamLoss(cElement, cObject, b2Index)) {
         return 0;
     }
     int iStored;

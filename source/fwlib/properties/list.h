@@ -99,8 +99,11 @@ enum class ConfigLoss { None, Reading, Writing };
 // The worst loss, and where it first is.
 ConfigLoss LossInConfig(const PROPERTIES& cList, Byte4Type* pb4Entry);
 
-// Whether the lines of a stream would be read back as the entries are, but for their sections.
-bool ReadsBack(const PROPERTIES& cList);
+// What keeps an entry from coming back out of a stream as it is, but for its section.
+enum class StreamLoss { None, SignInKey, NewlineInKey, NewlineInValue, KeyTwice };
+
+// The first loss, and where it is.
+StreamLoss LossInStream(const PROPERTIES& cList, Byte4Type* pb4Entry);
 
 } // namespace VESK
 

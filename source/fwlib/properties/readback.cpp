@@ -64,16 +64,22 @@ ConfigLoss LossInConfig(const PROPERTIES& cList, Byte4Type* pb4Entry) {
     return Worst;
 }
 
-bool ReadsBack(const PROPERTIES& cList) {
+StreamLoss LossInStream(const PROPERTIES& cList, Byte4Type* pb4Entry) {
     KeyFilter cBefore(cList.m_b2PropertyCount);
     for (Byte4Type b4 = 0; b4 < cList.m_b2PropertyCount; ++b4) {
         const SoughtText cKey(cList.m_pachKeys[b4]);
-        if (std::memchr(cKey.Begin(), '=', cKey.Length()) || std::memchr(cKey.Begin(), '\n', cKey.Length()) ||
-            HasNewline(cList.m_pachValues[b4]) || (cBefore.Mark(cKey) && StandsBefore(cList, b4, nullptr))) {
-            return false;
+        const bool bMarked = cBefore.Mark(cKey);
+        const StreamLoss Loss = std::memchr(cKey.Begin(), '=', cKey.Length())    ? StreamLoss::SignInKey
+                                : std::memchr(cKey.Begin(), '\n', cKey.Length()) ? StreamLoss::NewlineInKey
+                                : HasNewline(cList.m_pachValues[b4])             ? StreamLoss::NewlineInValue
+                                : bMarked && StandsBefore(cList, b4, nullptr)    ? StreamLoss::KeyTwice
+                                                                                 : StreamLoss::None;
+        if (Loss != StreamLoss::None) {
+            *pb4Entry = b4;
+            return Loss;
         }
     }
-    return true;
+    return StreamLoss::None;
 }
 
 } // namespace VESK
