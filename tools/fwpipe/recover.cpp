@@ -37,7 +37,7 @@ it continues at the next line where a complete object begins. Another complete o
 follow it, and its QObjectType property, if it has one, must equal its first line.
 
 --in-place fails if another process has FILE open for writing, if FILE changes during the work, or if its name refers
-to another file in the end. The new file has the owner, mode, access control list and extended attributes of FILE.
+to another file at the end. The new file has the owner, mode, access control list and extended attributes of FILE.
 
 Examples:
   fwpipe recover objects.txt                  writes objects.txt.recovered
