@@ -94,7 +94,7 @@ int main() {
     Image cReceived;
     VESK::SFileRead cReader(FileName);
     if (!Receive(cReader, cReceived) || cReceived.Pixels != cSent.Pixels) {
-        std::fprintf(stderr, "image: %s does not hold the image\n", FileName);
+        std::fprintf(stderr, "image: %s does not contain the image\n", FileName);
         return 1;
     }
     std::printf("%d x %d pixels, %zu bytes, travel as %d.\n", cReceived.iWidth, cReceived.iHeight,
