@@ -37,7 +37,7 @@ private:
 // The list that a stream makes, and whether it came whole.
 bool ExpectedList(const std::string& text, Entries& entries);
 
-// The whole objects that a stream begins with, up to the most, when every type is served.
+// The complete objects that a stream begins with, up to the most, when every type is served.
 int WholeObjects(std::string text, int most);
 
 // A decimal number of any length, clamped to 32 bits or to 64.

@@ -40,7 +40,7 @@ TEST(Replaying, AReadThatFailsIsToldAlsoWithoutAReason) {
     for (const char* const strict : BothWays) {
         Deck<EDeserialize> player("", strict);
         player.element.m_pReader->SetFile(reinterpret_cast<char*>(fopencookie(nullptr, "r", calls)));
-        EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no whole object at byte 0 of "
+        EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no complete object at byte 0 of "
                                         "a stream of the host: Input/output error\n");
     }
 }
@@ -103,13 +103,13 @@ TEST(Replaying, AHostMayReadOnBehindAnObject) {
     EXPECT_EQ(reader.ReadLine(), nullptr);
     fwfclose(reader.m_pFile);
     reader.m_pFile = nullptr;
-    EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no whole object at byte 0 of " +
-                                        path + ": its last line is cut\n");
+    EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no complete object at byte 0 of " +
+                                        path + ": the last line is truncated\n");
     const std::string other = scratch.Write("other", Object + "QObject\n");
     EXPECT_EQ(reader.OpenFile(Text(other.c_str())), 1); // and bytes count from its begin
     Runs(player.element);
-    EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no whole object at byte 48 of " +
-                                        other + ": its last lines are missing\n");
+    EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no complete object at byte 48 of " +
+                                        other + ": the last lines are missing\n");
 }
 
 } // namespace

@@ -32,7 +32,7 @@ refused() {
     check 1 '*' 'fwpipe: 120 of 10000 objects from "counter" were refused downstream' run --repeat 10 some.pipe
     # Each pad counts, whatever the element does with its pads. Every run but the third answers 1.
     feed two
-    check 1 '*' $'fwpipe: run 3 of two.pipe answered 0\nfwpipe: 4 of 6 objects from "feed" were refused downstream' \
+    check 1 '*' $'fwpipe: run 3 of two.pipe failed\nfwpipe: 4 of 6 objects from "feed" were refused downstream' \
         run --repeat 3 two.pipe
     feed turning 'property Turns 1' 'property Farewell 1'
     check 1 '*feed is gone' 'fwpipe: 1 of 2 objects from "feed" were refused downstream' run turning.pipe
@@ -160,7 +160,7 @@ report() {
     [[ $(tail -n 1 terminal) == $line ]] || fail "no report on a terminal"
     check 0 '*' 'fwpipe: 3 runs, 3 objects sent, 0 refused, *' run --report --drain countdown.pipe
     check 0 '*' 'fwpipe: 1 run, 1 object sent, 0 refused, *' run --report countdown.pipe
-    check 1 '*' $'fwpipe: 3 runs, 3 objects sent, *\nfwpipe: run 4 of countdown.pipe answered 0' \
+    check 1 '*' $'fwpipe: 3 runs, 3 objects sent, *\nfwpipe: run 4 of countdown.pipe failed' \
         run --report --repeat 9 countdown.pipe
     start 'launch: [0-9]' run --report endless.pipe --drain
     kill -INT "$runner"

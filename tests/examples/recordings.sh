@@ -106,7 +106,7 @@ END
     value=$(head -c 3000000 /dev/zero | tr '\0' v) # lines and objects of any length
     { printf 'QObject\nm_b2PropertyCount=1\nk=%s\nQObject\nm_b2PropertyCount=65520\n' "$value" && yes k=v | head -n 65520 && printf QObj; } >long
     input=long
-    check 3 "*\"$value\"*" $'2 objects\nfwpipe: no whole object at byte * of standard input: its last line is cut' dump --json
+    check 3 "*\"$value\"*" $'2 objects\nfwpipe: no complete object at byte * of standard input: the last line is truncated' dump --json
     [[ $(tail -n 1 out | grep -o '"v"' | wc -l) == 65520 ]] || fail "a long object"
     if (ulimit -v 200000 && "$fwpipe" --version >out 2>&1); then # sanitizers need more than all
         head -c 300000000 /dev/zero | tr '\0' v | (ulimit -v 200000 && "$fwpipe" dump >out 2>err)

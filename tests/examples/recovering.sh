@@ -13,17 +13,17 @@ recover() {
     for ((cut = 0, whole = 0; cut <= ends[4]; ++cut)); do # a file that is cut anywhere
         ((whole == 4 || cut < ends[whole + 1])) || ((++whole))
         head -c "$cut" all >file
-        reason='its last line is cut'
-        [[ -n $(tail -c 1 file) ]] || reason='its last lines are missing'
+        reason='the last line is truncated'
+        [[ -n $(tail -c 1 file) ]] || reason='the last lines are missing'
         if ((cut > 0 && whole == 0)); then
-            check 1 '' "fwpipe: file holds no whole object at its begin ($reason)" recover file -o none
+            check 1 '' "fwpipe: file does not begin with a complete object ($reason)" recover file -o none
             [[ ! -e none ]] || fail "a file without an object, at byte $cut"
             continue
         fi
-        place="file: cut at byte ${ends[whole]}, $((cut - ends[whole])) bytes: no whole object there: $reason"
+        place="file: cut at byte ${ends[whole]}, $((cut - ends[whole])) bytes: no complete object there: $reason"
         ((cut != ends[whole])) || place='file: nothing to cut'
         check $((cut == ends[whole] ? 0 : 3)) '*' '' recover --force file -o kept
-        [[ $(<out) == "file: $whole whole object$([[ $whole == 1 ]] || echo s), ${ends[whole]} bytes, kept in kept"$'\n'"$place" ]] ||
+        [[ $(<out) == "file: $whole complete object$([[ $whole == 1 ]] || echo s), ${ends[whole]} bytes, kept in kept"$'\n'"$place" ]] ||
             fail "cut at byte $cut: $(<out)"
         cmp -s kept <(head -c "${ends[whole]}" all) || fail "cut at byte $cut"
     done
@@ -36,38 +36,38 @@ recover() {
     while IFS='|' read -r object reason; do
         { cat front && printf '%b' "$object" && cat front front; } >file
         place="$(wc -c <front) of file: $reason"
-        check 3 $'0 @0 QObject QObjectType=QObject Count=7\n1 object' "fwpipe: no whole object at byte $place" dump --oneline file
-        check 1 '' "ERROR: EDeserialize - replay: Run(): no whole object at byte $place"$'\n*' run --drain --quiet replay.pipe
+        check 3 $'0 @0 QObject QObjectType=QObject Count=7\n1 object' "fwpipe: no complete object at byte $place" dump --oneline file
+        check 1 '' "ERROR: EDeserialize - replay: Run(): no complete object at byte $place"$'\n*' run --drain --quiet replay.pipe
         cmp front kept || fail "replayed: $object"
-        behind=$'\nfile: cut with it: 2 whole objects behind the damage; --resync keeps them'
+        behind=$'\nfile: cut with it: 2 complete objects behind the damage; --resync keeps them'
         check 3 "*: ${place#* file: }$behind" '' recover file -o kept --force
         cmp front kept || fail "recovered: $object"
-        check 3 "file: 3 whole objects, *: cut at byte ${place%% *}, *: ${place#* file: }" '' recover --resync file -o kept --force
+        check 3 "file: 3 complete objects, *: cut at byte ${place%% *}, *: ${place#* file: }" '' recover --resync file -o kept --force
         cmp kept <(cat front front front) || fail "resynchronized: $object"
     done <<'END'
-QObject\nm_b2PropertyCount=1\na=\0\n|a line holds a zero byte
-QObject\nm_b2PropertyCount=1\nab\n|a property line holds no "="
-QObject\nm_b2PropertyCount=2\na=b\n|a property line holds no "="
-QObject\nm_b2PropertyCount=65521\n|a count line holds no number that a list may have
-QObject\nm_b2PropertyCount=1x\na=b\n|a count line holds no number that a list may have
-QObject\nm_b2PropertyCount=\n|a count line is not one
-QObject\nm_b2PropertyCount=-1\n|a count line is not one
-QObject\nm_b2PropertyCoun=0\n|a count line is not one
+QObject\nm_b2PropertyCount=1\na=\0\n|a line contains a zero byte
+QObject\nm_b2PropertyCount=1\nab\n|a property line has no '='
+QObject\nm_b2PropertyCount=2\na=b\n|a property line has no '='
+QObject\nm_b2PropertyCount=65521\n|the property count is not a number from 0 to 65,520
+QObject\nm_b2PropertyCount=1x\na=b\n|the property count is not a number from 0 to 65,520
+QObject\nm_b2PropertyCount=\n|expected m_b2PropertyCount=N
+QObject\nm_b2PropertyCount=-1\n|expected m_b2PropertyCount=N
+QObject\nm_b2PropertyCoun=0\n|expected m_b2PropertyCount=N
 tttttttttttttttttttttttttttttttt\nm_b2PropertyCount=0\n|a type line is longer than 31 characters
 END
 
     rm -- * && write 1 QObject a=b >whole && { cat whole && echo QObject; } >file && chmod 640 file && ln -s file link
     check 3 '*' '' recover --in-place link
-    cmp file whole || fail "not the whole objects"
+    cmp file whole || fail "not the complete objects"
     [[ -L link && $(stat -c %a file) == 640 ]] || fail "not in place"
     i=$(stat -c %i file)
     check 0 '*nothing to cut' '' recover --in-place file
     [[ $i == $(stat -c %i file) ]] || fail "replaced although nothing was to be cut"
     echo a picture >file
-    check 1 '' "fwpipe: file holds no whole object at its begin (its last lines are missing) and stays as it is; --force would empty it" \
+    check 1 '' "fwpipe: file does not begin with a complete object (the last lines are missing); left unchanged; --force would empty it" \
         recover --in-place file
     [[ $(<file) == 'a picture' ]] || fail "a picture is no recording"
-    check 1 '*0 whole objects*cut at byte 0, 10 bytes*' '' recover --in-place --force file
+    check 1 '*0 complete objects*cut at byte 0, 10 bytes*' '' recover --in-place --force file
     [[ ! -s file ]] || fail "not emptied"
     check 0 '*nothing to cut' '' recover --in-place file
     { cat whole && echo QObject; } >file && chmod 600 file && ln file other && echo precious >kept
@@ -87,7 +87,7 @@ file -o fifo --force|fifo is not a regular file
 END
     [[ $(<kept) == precious && $(tail -n 1 file) == QObject ]] || fail "something changed"
     check 3 '*' '' recover file -o kept --force
-    cmp kept whole || fail "not the whole objects"
+    cmp kept whole || fail "not the complete objects"
     [[ $(stat -c %a kept) == 600 ]] || fail "more readable than the input"
     [[ $(echo *) == 'err fifo file kept link other out whole' ]] || fail "left: $(echo *)"
 }
@@ -101,7 +101,7 @@ resync() {
         for word in $text; do
             if [[ $word == [0-9] ]]; then object "$word"; else printf '%b' "$word"; fi >>file
         done
-        check 3 "file: ${#kept} whole object*" '' recover --resync --force file -o kept
+        check 3 "file: ${#kept} complete object*" '' recover --resync --force file -o kept
         [[ $(sed -n 's/^Count=//p' kept | tr -d '\n') == "$kept" ]] ||
             fail "resync: $name: $(<kept)"
         [[ $(sed -n 's/.*cut at byte \([0-9]*\), \([0-9]*\) bytes.*/\1+\2/p' out | tr '\n' ' ') == "$gaps " ]] ||
@@ -121,30 +121,30 @@ END
     # Types that nothing contradicts, the longest ones, and the last of two.
     printf 'Q\nm_b2PropertyCount=0\nx\n\nm_b2PropertyCount=0\nlonglonglonglonglonglonglonglon\nm_b2PropertyCount=1\nQObjectType=longlonglonglonglonglonglonglonger\n' >file
     printf 'Q\nm_b2PropertyCount=2\nQObjectType=x\nQObjectType=Q\n' >>file
-    check 3 'file: 4 whole objects, *cut at byte 22, 2 bytes*' '' recover --resync file
+    check 3 'file: 4 complete objects, *cut at byte 22, 2 bytes*' '' recover --resync file
     # Without --resync they are counted, and only --force takes them away from the file itself.
     { object 1 && echo damage && object 2 && object 3; } >file
     cp file kept
-    check 1 '' 'fwpipe: file is damaged at byte 56 (*) and stays as it is; --force would cut it off there; --resync keeps 2 whole objects behind the damage' \
+    check 1 '' 'fwpipe: file is damaged at byte 56 (*); left unchanged; --force would cut it off there; --resync keeps 2 complete objects behind the damage' \
         recover --in-place file
     cmp file kept || fail "changed"
     check 3 '*--resync keeps them' '' recover --in-place --force file
     cmp file <(object 1) || fail "not cut off"
     { echo damage && object 2 && object 3; } >file
-    check 1 '' 'fwpipe: file holds no whole object at its begin (*) and stays as it is; --force would empty it; --resync keeps 2 whole objects behind the damage' \
+    check 1 '' 'fwpipe: file does not begin with a complete object (*); left unchanged; --force would empty it; --resync keeps 2 complete objects behind the damage' \
         recover --in-place file
     check 3 '*' '' recover --in-place --resync file
     cmp file <(object 2 && object 3) || fail "not resynchronized in place"
     printf 'QObject\r\nm_b2PropertyCount=0\r\n' >file
-    check 1 '' 'fwpipe: file holds no whole object at its begin (its lines end in CR LF)' recover file -o none
-    check 1 '0 objects' 'fwpipe: no whole object at byte 0 of file: its lines end in CR LF' dump file
+    check 1 '' 'fwpipe: file does not begin with a complete object (its lines end in CR LF)' recover file -o none
+    check 1 '0 objects' 'fwpipe: no complete object at byte 0 of file: its lines end in CR LF' dump file
     # A hole costs neither memory nor time, and other endless lines no memory.
     for text in 'truncate -s 6G file' 'head -c 300000000 /dev/zero >>file' "head -c 300000000 /dev/zero | tr '\\0' '\\377' >>file"; do
         { object 1 && object 2; } >file
         eval "$text"
         (! ulimit -v 200000 || "$fwpipe" --version >out 2>&1) || continue # sanitizers need more than all
         (ulimit -v 200000 && ulimit -t 10 && "$fwpipe" recover --force file -o kept >out 2>err)
-        [[ $? == 3 && $(<out) == *'cut at byte 112, '*': its last line is cut' ]] || fail "recover behind $text"
+        [[ $? == 3 && $(<out) == *'cut at byte 112, '*': the last line is truncated' ]] || fail "recover behind $text"
         cmp kept <(object 1 && object 2) || fail "recovered behind $text"
         [[ $text == *377* ]] || (ulimit -v 200000 && ulimit -t 10 && "$fwpipe" dump --count file >out 2>err)
         [[ $? == 3 || $text == *377* ]] || fail "dump behind $text"
@@ -157,7 +157,7 @@ place() {
     local status writer
     { write 1 QObject a=b && echo QObject; } >file
     exec 3>>file
-    check 1 '' 'fwpipe: file is open for writing and stays as it is' recover --in-place file
+    check 1 '' 'fwpipe: file is open for writing; left unchanged' recover --in-place file
     exec 3>&-
     [[ $(tail -n 1 file) == QObject ]] || fail "changed under its writer"
     # No more people than before may read it, whatever the folder gives to new files, and none less.
@@ -227,8 +227,8 @@ meanwhile() {
         [[ $status == 1 && $(<err) == "fwpipe: file $number" && ! -s out ]] || fail "meanwhile $words: exit status $status"
         cmp -n "$(wc -c <damaged)" damaged "$([[ -e moved ]] && echo moved || echo file)" || fail "meanwhile $words: changed"
     done <<'END'
-(echo more >>file) &|was opened for writing meanwhile and stays as it is
-touch -hd @1 file|was changed meanwhile and stays as it is
+(echo more >>file) &|was opened for writing meanwhile; left unchanged
+touch -hd @1 file|was changed meanwhile; left unchanged
 mv file moved && cp damaged file|is another file by now; nothing is changed
 mv file moved && ln -s moved file|is another file by now; nothing is changed
 mv file moved|is another file by now; nothing is changed
@@ -250,7 +250,7 @@ END
     write 1 QObject a=b >>file
     wait "$runner"
     cmp file grown || fail "another file than at its end"
-    [[ $(<out) == "file: 10 whole objects, $(wc -c <file) bytes, kept in grown"* ]] || fail "another size: $(<out)"
+    [[ $(<out) == "file: 10 complete objects, $(wc -c <file) bytes, kept in grown"* ]] || fail "another size: $(<out)"
     # Nobody may use a file that changes its owner meanwhile.
     if ((EUID == 0)) && chown 1234:1234 file; then
         { strace -qq -o trace -e inject=/access:error=ENOENT -e inject=/fchown:signal=KILL "$fwpipe" recover file -o owned; } 2>/dev/null

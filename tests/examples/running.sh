@@ -32,7 +32,7 @@ steps() {
     check 1 '*' $'EPipeline::Initialize(): No sink or source pad\nfwpipe: initializing nopad.pipe failed' \
         run nopad.pipe
     pipe nosink
-    check 1 '*' $'EPipeline::Run(): Error: No sink element.\nfwpipe: run 1 of nosink.pipe answered 0' \
+    check 1 '*' $'EPipeline::Run(): Error: No sink element.\nfwpipe: run 1 of nosink.pipe failed' \
         run nosink.pipe
     check 1 '*' 'ERROR: *fwpipe: broken.pipe ran, but errors were reported' run broken.pipe
     printf '[ECountdown]\nStart=7\n' >seven.cfg
@@ -42,7 +42,7 @@ steps() {
 loops() {
     check 0 '*' '' run --repeat 3 good.pipe
     count 3000 "$object"
-    check 1 '*launch: 3 objects sent' 'fwpipe: run 4 of countdown.pipe answered 0' run --repeat 9 countdown.pipe
+    check 1 '*launch: 3 objects sent' 'fwpipe: run 4 of countdown.pipe failed' run --repeat 9 countdown.pipe
     check 0 '*launch: 3 objects sent' '' run --drain countdown.pipe
     count 3 "$object"
     check 1 '*' 'ERROR: *fwpipe: drained-broken.pipe ran, but errors were reported' run --drain drained-broken.pipe

@@ -103,7 +103,7 @@ struct Left {
     }
 };
 
-// A file is the front of all, a recording what fits of whole objects, also when there is space again for the last ones.
+// A file is the front of all, a recording what fits of complete objects, also when there is space again for the last ones.
 // A recorder reports it once for each gap; what is asked for by a call returns 0. What stands before the object that is
 // cut is there already, but for cuts between two.
 TEST_P(DiskFull, KeepsWhatFits) {

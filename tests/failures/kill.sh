@@ -59,7 +59,7 @@ for ((round = 0; round < ${FWLIB_KILL_ROUNDS:-25}; ++round)); do
     whole=$(wc -c <whole)
     ((status == (whole == 0 ? 1 : size > whole ? 3 : 0))) || fail "recovered with $status"
     [[ $whole != 0 || -e kept ]] || : >kept
-    cmp kept whole || fail "not the whole objects"
+    cmp kept whole || fail "not the complete objects"
     "$fwpipe" run --quiet --drain again.pipe || fail "what is kept has no end"
     cmp copy whole || fail "not replayed"
     status=0

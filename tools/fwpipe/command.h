@@ -16,9 +16,9 @@ namespace FwPipe {
 
 enum ExitStatus {
     ExitDone = 0,
-    ExitFailed = 1, // a step answered 0, the framework saw an error, or the output could not be written
+    ExitFailed = 1, // a step returned 0, the framework saw an error, or the output could not be written
     ExitUsage = 2,
-    ExitCut = 3,     // a recording is damaged behind whole objects, which are shown or kept
+    ExitCut = 3,     // a recording is damaged behind complete objects, which are shown or kept
     ExitSignal = 128 // plus the signal's number
 };
 

@@ -168,7 +168,7 @@ int Judge(const std::string& cName, const ObjectScan& cScan) {
         return ExitFailed;
     }
     if (cScan.Reason()) {
-        Complain("no whole object at byte " + std::to_string(cScan.Offset()) + " of " + cName + ": " +
+        Complain("no complete object at byte " + std::to_string(cScan.Offset()) + " of " + cName + ": " +
                  cScan.Reason());
         return cScan.Whole() > 0 ? ExitCut : ExitFailed;
     }

@@ -16,7 +16,7 @@ struct Gap {
 // All but the gaps, which are in order.
 struct Found {
     unsigned long long ullKept = 0;   // objects
-    unsigned long long ullBehind = 0; // whole objects in the only gap, which reaches to the end
+    unsigned long long ullBehind = 0; // complete objects in the only gap, which reaches to the end
     unsigned long long ullSize = 0;   // bytes, the gaps included
     std::vector<Gap> cGaps;
     int iReadError = 0;

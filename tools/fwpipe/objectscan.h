@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// An object stream, one whole object after the other. It holds one object at a time, whatever the size of the stream.
+// An object stream, one complete object after the other. It holds one object at a time, whatever the size of the stream.
 #ifndef FWPIPE_OBJECTSCAN_H
 #define FWPIPE_OBJECTSCAN_H
 

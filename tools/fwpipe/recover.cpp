@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// fwpipe recover: the whole objects of a damaged object stream, as a file of their own.
+// fwpipe recover: the complete objects of a damaged object stream, as a file of their own.
 #include "command.h"
 #include "file.h"
 #include "found.h"
@@ -66,7 +66,7 @@ int RefuseErrno(const char* pchWhat, const std::string& cName) {
 }
 
 std::string Objects(unsigned long long ullCount) {
-    return std::to_string(ullCount) + (ullCount == 1 ? " whole object" : " whole objects");
+    return std::to_string(ullCount) + (ullCount == 1 ? " complete object" : " complete objects");
 }
 
 int Scan(const Options& cOptions, const File& cInput, unsigned long long ullSize, Found& cFound) {
@@ -129,7 +129,7 @@ int CheckUnchanged(const Options& cOptions, const File& cInput, const struct sta
 int CheckReplaceable(const Options& cOptions, const Place& cPlace, const File& cInput,
                      const struct stat& Before) {
     struct stat Named = {};
-    const int iStatus = CheckUnchanged(cOptions, cInput, Before, " and stays as it is");
+    const int iStatus = CheckUnchanged(cOptions, cInput, Before, "; left unchanged");
     if (iStatus == ExitDone && (!cPlace.Stat(Named) || !IsSame(Before, Named))) {
         return Refuse(cOptions.cFile + " is another file by now; nothing is changed");
     }
@@ -184,7 +184,7 @@ void Report(const Options& cOptions, const Found& cFound) {
     std::printf("%s: %s, %llu bytes, kept in %s\n", pchFile, Objects(cFound.ullKept).c_str(), ullBytes,
                 ShownOn(stdout, cOptions.cOut).c_str());
     for (const Gap& cGap : cFound.cGaps) {
-        std::printf("%s: cut at byte %llu, %llu bytes: no whole object there: %s\n", pchFile, cGap.ullBegin,
+        std::printf("%s: cut at byte %llu, %llu bytes: no complete object there: %s\n", pchFile, cGap.ullBegin,
                     cGap.ullEnd - cGap.ullBegin, cGap.pchReason);
     }
     if (cFound.cGaps.empty()) {
@@ -225,14 +225,14 @@ int CheckFound(const Options& cOptions, const Found& cFound) {
         return ExitDone;
     }
     if (cFound.ullKept == 0) {
-        return Refuse(cOptions.cFile + " holds no whole object " + (cOptions.bResync ? "" : "at its begin ") +
+        return Refuse(cOptions.cFile + " holds no complete object " + (cOptions.bResync ? "" : "at its begin ") +
                       "(" + cFound.cGaps.front().pchReason + ")" +
-                      (cOptions.bInPlace ? " and stays as it is; --force would empty it" : "") + cBehind);
+                      (cOptions.bInPlace ? "; left unchanged; --force would empty it" : "") + cBehind);
     }
     if (cOptions.bInPlace && cFound.ullBehind > 0) {
         return Refuse(cOptions.cFile + " is damaged at byte " +
                       std::to_string(cFound.cGaps.front().ullBegin) + " (" + cFound.cGaps.front().pchReason +
-                      ") and stays as it is; --force would cut it off there" + cBehind);
+                      "); left unchanged; --force would cut it off there" + cBehind);
     }
     return ExitDone;
 }
@@ -251,7 +251,7 @@ int Recover(const Options& cOptions) {
         return Refuse(cOptions.cFile + " is not a regular file");
     }
     if (cOptions.bInPlace && !WatchForWriters(cInput.Get())) {
-        return Refuse(cOptions.cFile + " is open for writing and stays as it is");
+        return Refuse(cOptions.cFile + " is open for writing; left unchanged");
     }
     Found cFound;
     int iStatus = CheckPlace(cOptions, cPlace, Status);

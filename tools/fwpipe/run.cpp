@@ -109,7 +109,7 @@ int Loop(const Options& cOptions, VESK::EPipeline& cPipeline, const Origin& cOri
         cProgress.Stop();
         cReport.Tell(ull + (iAnswer ? 1 : 0), cOrigin);
         return Judge(iAnswer || bDrained, bArrived,
-                     "run " + std::to_string(ull + 1) + " of " + cOptions.cFile + " answered 0");
+                     "run " + std::to_string(ull + 1) + " of " + cOptions.cFile + " failed");
     }
     cReport.Tell(ull, cOrigin);
     return ExitDone;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where a damaged object stream holds whole objects, and the gaps between them. It looks at each line once and keeps of
+// Where a damaged object stream holds complete objects, and the gaps between them. It looks at each line once and keeps of
 // each only what tells whether objects are whole, for as many lines as two objects can have.
 #ifndef FWPIPE_WHOLESCAN_H
 #define FWPIPE_WHOLESCAN_H
@@ -15,16 +15,16 @@ class WholeScan {
 public:
     explicit WholeScan(int iFile); // lends the descriptor, which stands at the stream's begin
 
-    // Takes the next whole object. False where there is none: in front of a gap, at the end of the stream, when reading
+    // Takes the next complete object. False where there is none: in front of a gap, at the end of the stream, when reading
     // failed, and when a signal asked for an end.
     bool Next();
 
     // Why there was none: null at the end of the stream and after a read error.
     const char* Reason();
 
-    // Skips to the next place where whole objects begin again, or to the end of the stream. A place counts when it is
+    // Skips to the next place where complete objects begin again, or to the end of the stream. A place counts when it is
     // the begin of a line, the object there is whole, its QObjectType, if it has one, is what its type line says, and
-    // another whole object or the end follows. A line that was glued to the rest of a cut one makes no object so.
+    // another complete object or the end follows. A line that was glued to the rest of a cut one makes no object so.
     void SkipGap();
 
     unsigned long long Offset(); // of what comes next
@@ -47,7 +47,7 @@ private:
     const Line* At(unsigned long long ullLine); // null behind the end
     bool Read();
     void Drop(unsigned long long ullLine);
-    unsigned long long EndOf(unsigned long long ullLine); // of the whole object there, or 0
+    unsigned long long EndOf(unsigned long long ullLine); // of the complete object there, or 0
     bool IsTypeTold(unsigned long long ullLine, unsigned long long ullEnd);
 
     LineScan m_cScan;

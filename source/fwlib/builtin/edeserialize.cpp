@@ -25,7 +25,7 @@ ObjectFileRead* OwnReader(EDeserialize& cElement) {
 int ReportNone(EDeserialize& cElement, ObjectFileRead* pReader) {
     const char* const pchReason = pReader ? pReader->ReasonOnce() : nullptr;
     if (pchReason) {
-        cElement.ErrorMessage("Run(): no whole object at byte %llu of %s: %s\n", pReader->Offset(),
+        cElement.ErrorMessage("Run(): no complete object at byte %llu of %s: %s\n", pReader->Offset(),
                               pReader->ShownName(), pchReason);
     }
     return 0;

@@ -4,7 +4,7 @@
 //   source pads     "Passthrough", none when absent; each gets the object once it is written
 //   "Filename"      the file; standard output when absent. Initialize refuses a name of more than 255 characters
 //   "Existing"      "replace" or absent: Initialize empties the file. "append": it continues a recording behind its last
-//                   whole object, and reports a part of another that it removes there. "refuse": it refuses a file that
+//                   complete object, and reports a part of another that it removes there. "refuse": it refuses a file that
 //                   exists. What it refuses stays as it is, is reported, and Initialize returns 0
 //   "Shared"        unless it is not 0, Initialize refuses a file that an EDeserialize or another ESerialize of the
 //                   process has open

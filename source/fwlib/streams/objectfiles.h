@@ -109,7 +109,7 @@ private:
     FileInUse m_cOpen;
 };
 
-// Strict: hands out lines only while they make a whole object, and stays at its end once one is broken. Lines that a
+// Strict: hands out lines only while they make a complete object, and stays at its end once one is broken. Lines that a
 // stream has only in part yet are waited for: the object's lines so far are kept, and come again with its next beginning.
 class ObjectFileRead final : public SFileRead {
 public:

@@ -29,8 +29,8 @@ public:
     // Why a line cannot stand in an object at all, at its begin, as the count line, as a property line; or null. A line
     // is uLength characters, of which the last may be a newline, and a terminator. What is a line at all is asked first.
     static const char* LineFault(const char* pchLine, std::size_t uLength) {
-        return uLength == 0 || pchLine[uLength - 1] != '\n' ? "its last line is cut"
-               : std::strlen(pchLine) != uLength            ? "a line holds a zero byte"
+        return uLength == 0 || pchLine[uLength - 1] != '\n' ? "the last line is truncated"
+               : std::strlen(pchLine) != uLength            ? "a line contains a zero byte"
                                                             : nullptr;
     }
     static const char* TypeFault(std::size_t uLength) {
@@ -41,20 +41,20 @@ public:
         const char* const pchDigits = pchLine + uKey + 1;
         if (std::strncmp(pchLine, CountKey(), uKey) != 0 || pchLine[uKey] != '=' || *pchDigits < '0' ||
             *pchDigits > '9') {
-            return "a count line is not one";
+            return "expected m_b2PropertyCount=N";
         }
         char* pchEnd;
         *pulCount = std::strtoul(pchDigits, &pchEnd, 10);
         return *pchEnd != '\n' || *pulCount > MostProperties
-                   ? "a count line holds no number that a list may have"
+                   ? "the property count is not a number from 0 to 65,520"
                    : nullptr;
     }
     static const char* PropertyFault(const char* pchLine) {
-        return std::strchr(pchLine, '=') ? nullptr : "a property line holds no \"=\"";
+        return std::strchr(pchLine, '=') ? nullptr : "a property line has no '='";
     }
 
     // What the object lacks when the stream ends within it.
-    static const char* EndFault() { return "its last lines are missing"; }
+    static const char* EndFault() { return "the last lines are missing"; }
 
     // The next line, as it was read. A line behind the property list is a class's own.
     void Take(const char* pchLine, std::size_t uLength) {

@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* Existings[] = {"replace", "append", "refuse"}; // in the order of FileSettings::Existing
 
-// The whole objects at the front of a file, and what is behind them.
+// The complete objects at the front of a file, and what is behind them.
 struct Front {
     long long llWhole = 0; // bytes of the objects
     long long llAll = 0;   // bytes of the file
@@ -117,7 +117,7 @@ int ObjectFileWrite::OpenNamed(EObject& cElement, const FileSettings& cSettings)
     return m_pFile && bAppend ? GoBehindObjects(cElement) : 1;
 }
 
-// The end of the file becomes that of its last whole object: 0 with a report when there is anything behind but a part
+// The end of the file becomes that of its last complete object: 0 with a report when there is anything behind but a part
 // of another.
 int ObjectFileWrite::GoBehindObjects(EObject& cElement) {
     std::FILE* const pFile = StreamOf(m_pFile);
@@ -128,7 +128,7 @@ int ObjectFileWrite::GoBehindObjects(EObject& cElement) {
         cFront.pchReason = std::strerror(errno);
     }
     if (cFront.pchReason) {
-        cElement.ErrorMessage("Unable to append to %s: no whole object at byte %lld: %s\n", m_achFileName,
+        cElement.ErrorMessage("Unable to append to %s: no complete object at byte %lld: %s\n", m_achFileName,
                               cFront.llWhole, cFront.pchReason);
         return 0;
     }
