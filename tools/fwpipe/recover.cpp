@@ -184,8 +184,8 @@ void Report(const Options& cOptions, const Found& cFound) {
     std::printf("%s: %s, %llu bytes, kept in %s\n", pchFile, Objects(cFound.ullKept).c_str(), ullBytes,
                 ShownOn(stdout, cOptions.cOut).c_str());
     for (const Gap& cGap : cFound.cGaps) {
-        std::printf("%s: cut at byte %llu, %llu bytes: no complete object there: %s\n", pchFile, cGap.ullBegin,
-                    cGap.ullEnd - cGap.ullBegin, cGap.pchReason);
+        std::printf("%s: cut at byte %llu, %llu bytes: no complete object there: %s\n", pchFile,
+                    cGap.ullBegin, cGap.ullEnd - cGap.ullBegin, cGap.pchReason);
     }
     if (cFound.cGaps.empty()) {
         std::printf("%s: nothing to cut\n", pchFile);
@@ -225,9 +225,11 @@ int CheckFound(const Options& cOptions, const Found& cFound) {
         return ExitDone;
     }
     if (cFound.ullKept == 0) {
-        return Refuse(cOptions.cFile + " holds no complete object " + (cOptions.bResync ? "" : "at its begin ") +
-                      "(" + cFound.cGaps.front().pchReason + ")" +
-                      (cOptions.bInPlace ? "; left unchanged; --force would empty it" : "") + cBehind);
+        return Refuse(
+            cOptions.cFile +
+            (cOptions.bResync ? " contains no complete object " : " does not begin with a complete object ") +
+            "(" + cFound.cGaps.front().pchReason + ")" +
+            (cOptions.bInPlace ? "; left unchanged; --force would empty it" : "") + cBehind);
     }
     if (cOptions.bInPlace && cFound.ullBehind > 0) {
         return Refuse(cOptions.cFile + " is damaged at byte " +

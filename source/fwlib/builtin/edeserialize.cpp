@@ -6,8 +6,8 @@
 #include "fwlib/elements/qobject.h"
 #include "fwlib/framework/framework.h"
 #include "fwlib/internal/handle.h"
-#include "fwlib/internal/texts.h"
 #include "fwlib/streams/objectfiles.h"
+#include "fwlib/text.h"
 
 #include <cerrno>
 #include <new>

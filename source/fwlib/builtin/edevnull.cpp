@@ -3,7 +3,7 @@
 
 #include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/qobject.h"
-#include "fwlib/internal/texts.h"
+#include "fwlib/text.h"
 
 namespace VESK {
 

@@ -4,6 +4,7 @@
 #include "fwlib/elements/pad.h"
 #include "fwlib/elements/qobject.h"
 #include "fwlib/internal/growth.h"
+#include "fwlib/text.h"
 
 #include <new>
 

@@ -4,7 +4,7 @@
 #define FWLIB_BUILTIN_ELEMENTHELPERS_H
 
 #include "fwlib/internal/hidden.h"
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/textsizes.h"
 #include "fwlib/types.h"
 
 namespace FWLIB_HIDDEN VESK {

@@ -4,7 +4,8 @@
 #include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
 #include "fwlib/elements/qobject.h"
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/textsizes.h"
+#include "fwlib/text.h"
 
 #include <cstdio>
 

@@ -6,9 +6,9 @@
 #include "fwlib/elements/qobject.h"
 #include "fwlib/framework/framework.h"
 #include "fwlib/framework/living.h"
-#include "fwlib/internal/texts.h"
 #include "fwlib/properties/list.h"
 #include "fwlib/streams/objectfiles.h"
+#include "fwlib/text.h"
 
 #include <new>
 

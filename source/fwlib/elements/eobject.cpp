@@ -6,6 +6,7 @@
 #include "fwlib/framework/framework.h"
 #include "fwlib/internal/currentelement.h"
 #include "fwlib/internal/growth.h"
+#include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/text.h"
 
 #include <cstdarg>

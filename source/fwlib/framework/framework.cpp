@@ -8,7 +8,9 @@
 #include "fwlib/framework/living.h"
 #include "fwlib/framework/plugin.h"
 #include "fwlib/internal/growth.h"
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/textsizes.h"
+#include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/text.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -5,7 +5,7 @@
 #include "fwlib/framework/entry.h"
 #include "fwlib/framework/factory.h"
 #include "fwlib/framework/guarded.h"
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/textcopy.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
 #include <cstdio>

@@ -4,7 +4,11 @@
 #include "fwlib/elements/pad.h"
 #include "fwlib/internal/currentelement.h"
 #include "fwlib/internal/growth.h"
+#include "fwlib/internal/textmatch.h"
+#include "fwlib/internal/textsizes.h"
 #include "fwlib/pipeline/nameindex.h"
+#include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/text.h"
 
 #include <cstdio>
 #include <new>
@@ -20,7 +24,7 @@ enum PropertyPosition { TypeProperty = 0, SinkProperty = 2, SourceProperty = 3 }
 
 // The inner element that the pipeline's property names at this moment, or null.
 EObject* NamedElement(EPipeline& cPipeline, PropertyPosition Position) {
-    char achName[NameTextSize];
+    char achName[ElementNameSize];
     Byte2Type b2Index;
     const int iFound = cPipeline.m_cProperties.GetProperty(EPipeline::m_pachProperties[Position], achName,
                                                            sizeof achName, nullptr, Section::Standard) &&

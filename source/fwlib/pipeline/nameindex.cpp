@@ -2,8 +2,12 @@
 #include "fwlib/pipeline/nameindex.h"
 
 #include "fwlib/internal/growth.h"
+#include "fwlib/internal/textcopy.h"
+#include "fwlib/internal/textmatch.h"
+#include "fwlib/internal/textsizes.h"
 #include "fwlib/properties/list.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/text.h"
 
 #include <atomic>
 
@@ -31,7 +35,7 @@ Byte4Type HashOf(const char* pchName, std::size_t uLength) {
 
 bool IsNamed(const EObject& cElement, const SoughtText& cKey, const SoughtText& cName) {
     const char* const pchName = FindStandard(cElement.m_cProperties, cKey);
-    return pchName && cName.EqualsCut(pchName, NameTextSize - 1);
+    return pchName && cName.EqualsCut(pchName, ElementNameSize - 1);
 }
 
 // Each name stands there once, with the first element that has it.
@@ -106,7 +110,7 @@ private:
         if (!pchName || !MakeSlot()) {
             return false;
         }
-        const SoughtText cName(pchName, strnlen(pchName, NameTextSize - 1));
+        const SoughtText cName(pchName, strnlen(pchName, ElementNameSize - 1));
         const Slot cSlot = {HashOf(cName.Begin(), cName.Length()), static_cast<Byte4Type>(iPlace) + 1};
         Slot* const pFound = FindSlot(cPipeline, cSlot.b4Hash, cName);
         if (!pFound) {

@@ -11,7 +11,7 @@
 #define FWLIB_PIPELINE_NAMEINDEX_H
 
 #include "fwlib/internal/hidden.h"
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/textmatch.h"
 #include "fwlib/pipeline/epipeline.h"
 
 namespace FWLIB_HIDDEN VESK {

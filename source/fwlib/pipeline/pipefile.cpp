@@ -6,8 +6,9 @@
 #include "fwlib/framework/framework.h"
 #include "fwlib/internal/currentelement.h"
 #include "fwlib/internal/handle.h"
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/textsizes.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/text.h"
 
 #include <cstdio>
 #include <memory>
@@ -161,7 +162,8 @@ int ConfigLine(const Build& cBuild, char** ppchArguments) {
 struct PipeKey {
     const char* pchKeyword; // null closes the table
     unsigned int uArguments;
-    int (*pAction)(const Build&, char**); // its arguments are the tokens after the keyword; returns the result of the line
+    int (*pAction)(const Build&,
+                   char**); // its arguments are the tokens after the keyword; returns the result of the line
 };
 
 constexpr PipeKey PipeKeys[] = {
@@ -239,7 +241,7 @@ struct PipeFile {
 
 // The lines of an open file, up to the first that fails.
 int ExecuteFile(const Build& cBuild, char* pFile, const char* pchPath) {
-    char achLine[NameTextSize];
+    char achLine[PipeLineSize];
     char* apchTokens[TokenSlots];
     while (fwfgets(achLine, sizeof achLine, pFile)) {
         std::size_t uLength = fwstrlen(achLine);

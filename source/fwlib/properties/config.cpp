@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/properties/properties.h"
 
+#include "fwlib/internal/textcopy.h"
+#include "fwlib/internal/textmatch.h"
 #include "fwlib/properties/cutnames.h"
 #include "fwlib/properties/list.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/text.h"
 
 #include <cstdio>
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/properties/cutnames.h"
 
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/textcopy.h"
+#include "fwlib/internal/textsizes.h"
+#include "fwlib/text.h"
 
 #include <atomic>
 
@@ -11,7 +13,7 @@ namespace {
 
 struct CutName {
     CutName* pNext;
-    char achName[NameTextSize];
+    char achName[FileNameSize];
 };
 
 // Values are copied from list to list and have no place for a mark, so the text tells. It is as long as the line's

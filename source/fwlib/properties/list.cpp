@@ -3,6 +3,9 @@
 #include "fwlib/properties/list.h"
 
 #include "fwlib/internal/growth.h"
+#include "fwlib/internal/textcopy.h"
+#include "fwlib/internal/textmatch.h"
+#include "fwlib/text.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -4,8 +4,9 @@
 #define FWLIB_PROPERTIES_LIST_H
 
 #include "fwlib/internal/hidden.h"
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/textmatch.h"
 #include "fwlib/properties/properties.h"
+#include "fwlib/text.h"
 
 #include <atomic>
 

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/properties/properties.h"
 
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/decimal.h"
+#include "fwlib/internal/textcopy.h"
 #include "fwlib/properties/list.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/text.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a list would lose on its way through a configuration file or a stream.
+#include "fwlib/internal/textmatch.h"
 #include "fwlib/properties/list.h"
 
 #include <cstring>

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Block records: binary data as one line of a text stream.
+#include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/streams/asciize.h"
 #include "fwlib/streams/objectfiles.h"
 #include "fwlib/streams/record.h"
 #include "fwlib/streams/sread.h"
 #include "fwlib/streams/suppress.h"
 #include "fwlib/streams/swrite.h"
+#include "fwlib/text.h"
 
 namespace VESK {
 

@@ -4,7 +4,7 @@
 #define FWLIB_STREAMS_FILENAME_H
 
 #include "fwlib/internal/hidden.h"
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/textcopy.h"
 
 namespace FWLIB_HIDDEN VESK {
 

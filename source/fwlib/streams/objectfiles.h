@@ -6,7 +6,7 @@
 
 #include "fwlib/internal/hidden.h"
 #include "fwlib/internal/hostuse.h"
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/textsizes.h"
 #include "fwlib/properties/properties.h"
 #include "fwlib/streams/fileinuse.h"
 #include "fwlib/streams/objectlines.h"
@@ -33,7 +33,7 @@ struct FileSettings {
     Existing WhatExists() const { return m_Existing; } // what becomes of a file that exists
 
 private:
-    char m_achName[NameTextSize];
+    char m_achName[FileNameSize];
     char m_achExisting[TypeTextSize];
     bool m_bNamed;
     bool m_bCut; // the name

@@ -2,10 +2,12 @@
 // How a recorder comes to its file: the settings of the serializing elements, and what becomes of a file that exists.
 #include "fwlib/elements/eobject.h"
 #include "fwlib/internal/handle.h"
+#include "fwlib/internal/textsizes.h"
 #include "fwlib/properties/cutnames.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/streams/filename.h"
 #include "fwlib/streams/objectfiles.h"
+#include "fwlib/text.h"
 
 #include <algorithm>
 #include <cerrno>

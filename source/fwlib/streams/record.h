@@ -3,7 +3,7 @@
 #ifndef FWLIB_STREAMS_RECORD_H
 #define FWLIB_STREAMS_RECORD_H
 
-#include "fwlib/internal/texts.h"
+#include "fwlib/internal/textcopy.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/streams/swrite.h"
 #include "fwlib/text.h"

@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: MIT
 // The stream form of property lists and data objects.
 #include "fwlib/elements/qobject.h"
+#include "fwlib/internal/decimal.h"
 #include "fwlib/internal/growth.h"
+#include "fwlib/internal/textmatch.h"
+#include "fwlib/internal/textsizes.h"
 #include "fwlib/properties/list.h"
 #include "fwlib/properties/properties.h"
+#include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/streams/objectfiles.h"
 #include "fwlib/streams/record.h"
 #include "fwlib/streams/sread.h"
 #include "fwlib/streams/swrite.h"
+#include "fwlib/text.h"
 
 #include <cstdlib>
 

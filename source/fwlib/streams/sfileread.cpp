@@ -4,6 +4,7 @@
 #include "fwlib/internal/handle.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/streams/filename.h"
+#include "fwlib/text.h"
 
 #include <cstring>
 

@@ -5,6 +5,7 @@
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/streams/filename.h"
 #include "fwlib/streams/objectfiles.h"
+#include "fwlib/text.h"
 
 namespace VESK {
 

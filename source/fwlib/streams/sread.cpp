@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/streams/sread.h"
 
+#include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/streams/record.h"
 
 #include <cctype>

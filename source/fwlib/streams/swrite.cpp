@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/streams/swrite.h"
 
+#include "fwlib/internal/decimal.h"
 #include "fwlib/streams/record.h"
 
 namespace VESK {

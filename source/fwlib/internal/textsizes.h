@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// Sizes of buffers for texts, terminators included.
+#ifndef FWLIB_INTERNAL_TEXTSIZES_H
+#define FWLIB_INTERNAL_TEXTSIZES_H
+
+namespace VESK {
+
+constexpr unsigned int TypeTextSize = 32;     // the name of a type or element in a message
+constexpr unsigned int ElementNameSize = 256; // an element's name, as far as it is compared
+constexpr unsigned int FileNameSize = 256;    // a file's name
+constexpr unsigned int PipeLineSize = 256;    // a line of a pipe file
+
+} // namespace VESK
+
+#endif
