@@ -66,7 +66,7 @@ bool ReportStreamLoss(ESerialize& cElement, QObject& cObject, Byte2Type b2Index)
     Byte2Type b2Length = 0;
     cList.GetPropertyLength(Key::QObjectType, &b2Length, Section::Standard);
     if (b2Length >= TypeTextSize) {
-        cElement.ErrorMessage("DataArrived(%d): a type line cannot hold the whole type: QObjectType = %s\n",
+        cElement.ErrorMessage("DataArrived(%d): the type is longer than 31 characters: QObjectType = %s\n",
                               b2Index, TypeText(cObject).achText);
         return true;
     }
@@ -78,7 +78,7 @@ bool ReportStreamLoss(ESerialize& cElement, QObject& cObject, Byte2Type b2Index)
     const char* const pchKey = cList.m_pachKeys[b4Entry];
     const char* const pchSection = cList.m_pachSections[b4Entry];
     if (Loss == StreamLoss::KeyTwice) {
-        cElement.ErrorMessage("DataArrived(%d): a stream, without sections, cannot hold a key twice: "
+        cElement.ErrorMessage("DataArrived(%d): a key is in two sections: "
                               "QObjectType = %s: %s in %.*s\n",
                               b2Index, TypeText(cObject).achText, pchKey, ShownLength(pchSection),
                               pchSection);
@@ -87,10 +87,11 @@ bool ReportStreamLoss(ESerialize& cElement, QObject& cObject, Byte2Type b2Index)
     const char* const pchFault = Loss == StreamLoss::SignInKey      ? "a \"=\" in the key"
                                  : Loss == StreamLoss::NewlineInKey ? "a newline in the key"
                                                                     : "a newline in the value of";
-    cElement.ErrorMessage("DataArrived(%d): a line cannot hold a key or value: QObjectType = %s: "
-                          "%s %.*s in %.*s\n",
-                          b2Index, TypeText(cObject).achText, pchFault, ShownLength(pchKey), pchKey,
-                          ShownLength(pchSection), pchSection);
+    cElement.ErrorMessage(
+        "DataArrived(%d): a key contains '=' or a newline, or a value contains a newline: QObjectType = %s: "
+        "%s %.*s in %.*s\n",
+        b2Index, TypeText(cObject).achText, pchFault, ShownLength(pchKey), pchKey, ShownLength(pchSection),
+        pchSection);
     return true;
 }
 
