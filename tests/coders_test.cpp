@@ -130,7 +130,7 @@ TEST(Blocks, RecordsAreWrittenAndReadAsTold) {
     EXPECT_EQ(pieces.pieces,
               std::vector<std::string>({"a=b", "=", "(58;L?8 ", "\n", "k", "=", "", "\n", "k", "=", "\n"}));
     fuzz::Writer writer;
-    EXPECT_EQ(writer.WriteAsciized(Text("ABCA"), 4), 8u);          // the answer is WriteData's
+    EXPECT_EQ(writer.WriteAsciized(Text("ABCA"), 4), 8u);          // the result is WriteData's
     EXPECT_EQ(writer.WriteAsciized(Text("ABCA"), 0xC0000000), 0u); // 4 GiB of text
     EXPECT_EQ(writer.text, "!230!0  ");
     writer.AsciizeTriplets(reinterpret_cast<char*>(data), 1, Text("ABCDEF"));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Large pipelines find their elements by an index, which must answer as a walk does.
+// Large pipelines find their elements by an index, which must find what a linear search finds.
 #include "support/support.h"
 
 #include <algorithm>

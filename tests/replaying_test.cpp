@@ -40,8 +40,9 @@ TEST(Replaying, AReadThatFailsIsToldAlsoWithoutAReason) {
     for (const char* const strict : BothWays) {
         Deck<EDeserialize> player("", strict);
         player.element.m_pReader->SetFile(reinterpret_cast<char*>(fopencookie(nullptr, "r", calls)));
-        EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no complete object at byte 0 of "
-                                        "a stream of the host: Input/output error\n");
+        EXPECT_EQ(Runs(player.element),
+                  "0 ! ERROR: EDeserialize - tap: Run(): no complete object at byte 0 of "
+                  "a stream of the host: Input/output error\n");
     }
 }
 
@@ -108,8 +109,9 @@ TEST(Replaying, AHostMayReadOnBehindAnObject) {
     const std::string other = scratch.Write("other", Object + "QObject\n");
     EXPECT_EQ(reader.OpenFile(Text(other.c_str())), 1); // and bytes count from its begin
     Runs(player.element);
-    EXPECT_EQ(Runs(player.element), "0 ! ERROR: EDeserialize - tap: Run(): no complete object at byte 48 of " +
-                                        other + ": the last lines are missing\n");
+    EXPECT_EQ(Runs(player.element),
+              "0 ! ERROR: EDeserialize - tap: Run(): no complete object at byte 48 of " + other +
+                  ": the last lines are missing\n");
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# The groups of fwpipe_test.sh on what "fwpipe run" looks at besides the answers of the steps: objects that get lost,
+# The groups of fwpipe_test.sh on what "fwpipe run" looks at besides the results of the steps: objects that get lost,
 # files that are used twice, loops, and the report.
 # shellcheck disable=SC2154,SC2034,SC2053 # names and patterns of fwpipe_test.sh
 replaying=("${replay[@]/Strict 1/Strict 0}" 'element EDevNull' 'property Name end' 'connect replay 0 end 0')
@@ -30,7 +30,7 @@ refused() {
         check 0 '*' "fwpipe: $line" run --ignore-refused "$name.pipe"
     done
     check 1 '*' 'fwpipe: 120 of 10000 objects from "counter" were refused downstream' run --repeat 10 some.pipe
-    # Each pad counts, whatever the element does with its pads. Every run but the third answers 1.
+    # Each pad counts, whatever the element does with its pads. Every run but the third returns 1.
     feed two
     check 1 '*' $'fwpipe: run 3 of two.pipe failed\nfwpipe: 4 of 6 objects from "feed" were refused downstream' \
         run --repeat 3 two.pipe

@@ -15,7 +15,7 @@ struct Calls {
     std::size_t room = SIZE_MAX;  // bytes that the disk takes
     int untilDeath = 0;           // writing calls; 0 while the process is to live
     unsigned int moment = 0;      // 0 before that call, 1 within, 2 behind it
-    int stored = 0; // objects that were answered 1; a process that dies has 1 more for its status
+    int stored = 0; // objects for which 1 was returned; a process that dies has 1 more for its status
 };
 inline Calls now;
 

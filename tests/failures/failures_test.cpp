@@ -55,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(, Kill, testing::Range(Writers, std::end(Scenarios)), N
 
 } // namespace
 
-// Nothing is kept, nothing is released twice, and what the answers promise is there, or a loss is reported.
+// Nothing is kept, nothing is released twice, and what the results promise is there, or a loss is reported.
 TEST_P(EachCall, FailsInTurn) {
     const Account whole = Performed({true});
     ASSERT_EQ(std::count(whole.answers.begin(), whole.answers.end(), '1'), GetParam()->ones) << whole.answers;
@@ -131,7 +131,7 @@ TEST_P(DiskFull, KeepsWhatFits) {
     }
 }
 
-// Before, within or behind each write. The file is the front of all, and has at least what was answered 1.
+// Before, within or behind each write. The file is the front of all, and has at least the objects for which 1 was returned.
 TEST_P(Kill, LeavesTheFrontOfAll) {
     const std::string all = Performed({}).written;
     const std::vector<std::size_t> bounds = Bounds(all);

@@ -14,7 +14,7 @@ using namespace VESK;
 
 inline const char Written[] = "written"; // the file that scenarios write
 
-// What the calls of a scenario answered and brought about.
+// What the calls of a scenario returned and brought about.
 struct Account {
     std::string answers; // 1 and 0
     std::string result;
@@ -154,7 +154,7 @@ inline void Properties(Account& told, Place&) {
     told.result = Entries(list);
 }
 
-// Copy goes on where an entry could not be set, and answers 1; a duplicate is whole or none.
+// Copy goes on where an entry could not be set, and returns 1; a duplicate is whole or none.
 inline void Copies(Account& told, Place& place) {
     PROPERTIES target;
     told.Must(target.Copy(&place.settings) == 1, "the answer of Copy");
@@ -241,7 +241,7 @@ enum class Writes { Nothing, File, Recording, StrictRecording };
 
 struct Scenario {
     const char* name;
-    int ones;   // among the answers when nothing fails; given/NAME.written is what it writes then
+    int ones;   // among the results when nothing fails; given/NAME.written is what it writes then
     bool tells; // what is lost makes an answer 0 or is reported; else some losses are silent, as documented
     Writes writes;
     void (*act)(Account&, Place&);

@@ -129,9 +129,9 @@ public:
         if (--m_iAt == 0) {
             m_pHappen();
         }
-        const int iAnswer = m_ppSourcePads[0]->m_pSinkPad ? m_ppSourcePads[0]->Push(pObject) : 1;
-        m_iLast = iAnswer;
-        return iAnswer;
+        const int iResult = m_ppSourcePads[0]->m_pSinkPad ? m_ppSourcePads[0]->Push(pObject) : 1;
+        m_iLast = iResult;
+        return iResult;
     }
     int m_iLast = 0;
 };

@@ -3,7 +3,7 @@
 // does too, and throws for "Thrown" and ends the thread for "Ended"; the second makes "ESink" too, "EWitness", "QGood" and "Extra". An "ESink" tells
 // its maker. Each counts in the framework's property of its name how often it was initialized; all throws then when
 // the framework has the property "Throw".
-// ENTRY: 1 hands the factories out, 2 answers null, 3 throws what only the plugin knows, and 0 is no plugin. The last
+// ENTRY: 1 hands the factories out, 2 returns null, 3 throws what only the plugin knows, and 0 is no plugin. The last
 // three report when they are closed.
 #include "fwlib/fwlib.h"
 
@@ -16,7 +16,7 @@ using namespace VESK;
 
 namespace {
 
-// Prints "NAME.OPERATION(NUMBER)" of each call, and answers the property that has the operation's name, 1 when absent,
+// Prints "NAME.OPERATION(NUMBER)" of each call, and returns the property that has the operation's name, 1 when absent,
 // or for a number other than 0 its only pad.
 class EWitness final : public EObject {
 public:

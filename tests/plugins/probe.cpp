@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: MIT
 // The plugin of the language tests: elements that send and take what a case needs.
 //
-// EFeed: each Run sends one object through each of its pads and answers what the last one answered.
+// EFeed: each Run sends one object through each of its pads and returns what the last one returned.
 //   source pads   "TotalSourcePads", 1 when absent
 //   properties    those of its section "Object" are the object's, in section "Standard", and those of "Other" are in
 //                 that section; a "^" in them stands for "=" and a "~" for a newline, which a configuration file
 //                 cannot give
-//                 "Kind": Null sends no object, Empty one without a type, End a QEOF, Refuse one that answers 0 to
+//                 "Kind": Null sends no object, Empty one without a type, End a QEOF, Refuse one that returns 0 to
 //                 Serialize once it is written; a plain one when absent
 //                 "Turns": behind each object the pads exchange their receivers, and the first is made anew
 // EProbe: prints "NAME(INDEX): PROPERTIES" of each object.
 //   sink pads     "TotalSinkPads", 1 when absent; their indexes are 10, 11 and so on
 //   source pads   "TotalSourcePads", none when absent; gets each object on all of them
 //   properties    "Answer": of DataArrived when nothing is passed on, 1 when absent
-//                 "Every": a number N; all objects but each Nth are then answered 1
+//                 "Every": a number N; then the result is 1 for all objects but each Nth
 //                 "Mark": KEY^VALUE, set on the object once it is printed, so that who gets the same one sees it
-//                 "Initialized": the answer of Initialize, 1 when absent
-// EBox: a pipeline with an EFeed "inner", which it destroys at the end of its first Run; later ones answer 0.
+//                 "Initialized": the result of Initialize, 1 when absent
+// EBox: a pipeline with an EFeed "inner", which it destroys at the end of its first Run; later ones return 0.
 // EFeed and EProbe print "NAME is gone" when they are destroyed with the property "Farewell".
 #include "support/support.h"
 

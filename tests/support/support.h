@@ -55,7 +55,7 @@ private:
     char m_achPath[sizeof FWLIB_TEST_SCRATCH + 32] = FWLIB_TEST_SCRATCH "/scratch-XXXXXX";
 };
 
-// Records what arrives and answers what it is told to.
+// Records what arrives and returns what it is told to.
 class Probe : public VESK::EObject {
 public:
     Probe() = default;

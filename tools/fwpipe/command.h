@@ -22,7 +22,7 @@ enum ExitStatus {
     ExitSignal = 128 // plus the signal's number
 };
 
-// Does what the command line asked for and answers the exit status, after one line on standard error when
+// Does what the command line asked for and returns the exit status, after one line on standard error when
 // that is ExitFailed.
 using Action = std::function<int()>;
 

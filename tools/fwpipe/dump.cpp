@@ -127,7 +127,7 @@ private:
     std::deque<std::string> m_cLast;
 };
 
-// Answers how many were asked for. Ends early when that is enough, and when nobody takes them.
+// Returns how many were asked for. Ends early when that is enough, and when nobody takes them.
 unsigned long long ShowAll(const Options& cOptions, const File& cInput, ObjectScan& cScan) {
     Shower cShower(cOptions);
     const unsigned long long ullSize = SizeOf(cInput);

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "failure.h"
 
+#include "activeelement.h"
 #include "heldoutput.h"
 #include "holder.h"
 #include "knownelements.h"
-#include "turns.h"
 
 #include <cerrno>
 #include <csignal>
@@ -62,12 +62,14 @@ __attribute__((noinline, used)) void FwPipeGuarded(const std::function<void()>& 
 namespace {
 
 const char* Shown(const Holder& cHolder) {
-    const Label& cTurn = Turn();
-    return cTurn.achText[0] ? cTurn.achText : cHolder.pLabel ? cHolder.pLabel->achText : "unknown element";
+    const Label& cActive = ActiveElement();
+    return cActive.achText[0] ? cActive.achText
+           : cHolder.pLabel   ? cHolder.pLabel->achText
+                              : "unknown element";
 }
 
 void Tell(const char* pchWhat) {
-    const bool bOrBehind = cThrower.bOrBehind && !Turn().achText[0];
+    const bool bOrBehind = cThrower.bOrBehind && !ActiveElement().achText[0];
     const std::size_t uLength = std::strlen(pchWhat);
     std::fprintf(stderr, "fwpipe: %s%s: %s%s", Shown(cThrower), bOrBehind ? " or one downstream" : "",
                  pchWhat, uLength > 0 && pchWhat[uLength - 1] == '\n' ? "" : "\n");
@@ -172,7 +174,7 @@ void OnFault(int iSignal, siginfo_t* pInfo, void* pContext) {
         }
     }
     const Holder cHolder = HolderAt(Context);
-    TellFault(Shown(cHolder), cHolder.bOrBehind && !Turn().achText[0], sigdescr_np(iSignal), bStack);
+    TellFault(Shown(cHolder), cHolder.bOrBehind && !ActiveElement().achText[0], sigdescr_np(iSignal), bStack);
     Restore();
     if (pInfo->si_code <= 0) {
         raise(iSignal); // it does not come again by itself, as one of an instruction does
@@ -210,7 +212,7 @@ bool Guarded(const std::function<void()>& cCall) {
     } catch (abi::__forced_unwind&) {
         throw;
     } catch (const std::bad_alloc& cError) {
-        if (!cThrower.pLabel && !Turn().achText[0]) {
+        if (!cThrower.pLabel && !ActiveElement().achText[0]) {
             throw; // not by an element
         }
         Tell(cError.what());

@@ -19,7 +19,7 @@ namespace FwPipe {
 
 struct Deliveries {
     unsigned long long ullSent = 0;
-    unsigned long long ullRefused = 0; // of them: the delivery answered 0
+    unsigned long long ullRefused = 0; // of them: the delivery returned 0
 };
 
 // Outlives the pipeline, since an element may have copied a connection to a place that nobody knows.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // fwpipe run: builds a pipeline from a pipe file, initializes it and runs it, once, several times or until it
 // has nothing more to give.
+#include "activeelement.h"
 #include "checks.h"
 #include "command.h"
 #include "ending.h"
@@ -12,7 +13,6 @@
 #include "output.h"
 #include "recorders.h"
 #include "replay.h"
-#include "turns.h"
 
 #include <fwlib/fwlib.h>
 
@@ -83,32 +83,32 @@ int BuildQuietly(Options& cOptions, VESK::EPipeline& cPipeline) {
 
 // What a finished step means for the exit status: ExitDone to go on. A signal explains a failure, so it comes
 // first.
-int Judge(int iAnswer, bool bArrived, const std::string& cComplaint) {
+int Judge(int iResult, bool bArrived, const std::string& cComplaint) {
     if (Interrupt()) {
         return ExitSignal + Interrupt();
     }
-    if (!iAnswer) {
+    if (!iResult) {
         std::fprintf(stderr, "fwpipe: %s\n", cComplaint.c_str());
     }
-    return iAnswer && bArrived ? ExitDone : ExitFailed;
+    return iResult && bArrived ? ExitDone : ExitFailed;
 }
 
-// Runs once, or as often as was asked for, until a run answers 0, output is lost or a signal comes.
+// Runs once, or as often as was asked for, until a run returns 0, output is lost or a signal comes.
 int Loop(const Options& cOptions, VESK::EPipeline& cPipeline, const Origin& cOrigin) {
     const Report cReport(cOptions.bReport);
     ReplayProgress cProgress(cOptions.bDrain, cPipeline, cOrigin);
     unsigned long long ull = 0;
     while (cOptions.bDrain || ull < cOptions.ullRepeat) {
-        const int iAnswer = cPipeline.Run();
-        const bool bDrained = cOptions.bDrain && !iAnswer;
+        const int iResult = cPipeline.Run();
+        const bool bDrained = cOptions.bDrain && !iResult;
         const bool bArrived = OutputArrived();
-        if (iAnswer && bArrived && !Interrupt()) {
+        if (iResult && bArrived && !Interrupt()) {
             cProgress.Ran(++ull);
             continue;
         }
         cProgress.Stop();
-        cReport.Tell(ull + (iAnswer ? 1 : 0), cOrigin);
-        return Judge(iAnswer || bDrained, bArrived,
+        cReport.Tell(ull + (iResult ? 1 : 0), cOrigin);
+        return Judge(iResult || bDrained, bArrived,
                      "run " + std::to_string(ull + 1) + " of " + cOptions.cFile + " failed");
     }
     cReport.Tell(ull, cOrigin);
@@ -131,7 +131,7 @@ int Steps(Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin) {
         iStatus = ExitFailed;
     }
     if (iStatus == ExitDone) {
-        const int iInitialized = InitializeInTurn(cPipeline);
+        const int iInitialized = InitializeNoting(cPipeline);
         iStatus = Judge(iInitialized, OutputArrived(), "initializing " + cOptions.cFile + " failed");
     }
     if (iStatus == ExitDone) {
@@ -155,7 +155,7 @@ int Run(Options& cOptions) {
         VESK::EPipeline cPipeline; // gone before the framework, which unloads the code of its elements
         cPipeline.m_pFramework = &cFramework;
         Guarded([&] { iStatus = Steps(cOptions, cPipeline, cOrigin); });
-        DestroyInTurn(cPipeline);
+        NoteDestruction(cPipeline);
     }
     if (iStatus == ExitDone && cFramework.m_bError) {
         std::fprintf(stderr, "fwpipe: %s ran, but errors were reported\n", cOptions.cFile.c_str());

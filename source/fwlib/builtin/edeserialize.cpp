@@ -6,7 +6,8 @@
 #include "fwlib/elements/qobject.h"
 #include "fwlib/framework/framework.h"
 #include "fwlib/internal/handle.h"
-#include "fwlib/streams/objectfiles.h"
+#include "fwlib/streams/filesettings.h"
+#include "fwlib/streams/objectfileread.h"
 #include "fwlib/text.h"
 
 #include <cerrno>

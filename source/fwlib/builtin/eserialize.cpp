@@ -7,7 +7,7 @@
 #include "fwlib/framework/framework.h"
 #include "fwlib/framework/living.h"
 #include "fwlib/properties/list.h"
-#include "fwlib/streams/objectfiles.h"
+#include "fwlib/streams/objectfilewrite.h"
 #include "fwlib/text.h"
 
 #include <new>

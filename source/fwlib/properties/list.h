@@ -15,7 +15,7 @@ namespace FWLIB_HIDDEN VESK {
 // Incremented when any list replaces or drops its "Name"; cached names are then stale.
 inline std::atomic<Byte4Type> NameChanges{0};
 
-// What FindEntry answers for a list with many entries from that one on, of which some may begin as the key does.
+// What FindEntry returns for a list with many entries from that one on, of which some may begin as the key does.
 Byte4Type FindAmongMany(const PROPERTIES& cList, Byte4Type b4, const char* pchKey, const char* pchSection);
 
 // The index of the first entry with this key and section, or the list's count. Most keys differ in their first

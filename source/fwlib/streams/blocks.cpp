@@ -2,7 +2,7 @@
 // Block records: binary data as one line of a text stream.
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/streams/asciize.h"
-#include "fwlib/streams/objectfiles.h"
+#include "fwlib/streams/objectfilewrite.h"
 #include "fwlib/streams/record.h"
 #include "fwlib/streams/sread.h"
 #include "fwlib/streams/suppress.h"

@@ -4,7 +4,7 @@
 #include "fwlib/internal/handle.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/streams/filename.h"
-#include "fwlib/streams/objectfiles.h"
+#include "fwlib/streams/objectfilewrite.h"
 #include "fwlib/text.h"
 
 namespace VESK {

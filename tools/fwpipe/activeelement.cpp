@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "turns.h"
+#include "activeelement.h"
 
 #include <fwlib/fwlib.h>
 
@@ -10,7 +10,7 @@ namespace FwPipe {
 
 namespace {
 
-Label cTurn = {};
+Label cActive = {};
 int iNamed = 0; // elements that were named because their Initialize returned 0
 
 class StandIn : public VESK::EObject {
@@ -28,7 +28,7 @@ protected:
     }
     void GivePlace() {
         m_cPipeline.m_ppElements[m_iPlace] = m_pElement;
-        cTurn = LabelOf(*m_pElement);
+        cActive = LabelOf(*m_pElement);
     }
     VESK::EPipeline* Inner() const {
         return IsPipeline(*m_pElement, m_cOuter) ? static_cast<VESK::EPipeline*>(m_pElement) : nullptr;
@@ -50,22 +50,22 @@ public:
     }
     int Initialize() override {
         GivePlace();
-        const Label cLabel = cTurn;
+        const Label cLabel = cActive;
         const VESK::FRAMEWORK* const pFramework = m_cOuter.m_pFramework;
         const int iErrors = pFramework->m_bError;
         const int iBefore = iNamed;
         VESK::EPipeline* const pInner = Inner();
-        const int iAnswer = pInner ? Initializer(*pInner, m_cOuter).Go() : m_pElement->Initialize();
-        if (!iAnswer && iNamed == iBefore && iErrors == pFramework->m_bError) {
+        const int iResult = pInner ? Initializer(*pInner, m_cOuter).Go() : m_pElement->Initialize();
+        if (!iResult && iNamed == iBefore && iErrors == pFramework->m_bError) {
             std::fprintf(stderr, "fwpipe: %s: Initialize returned 0\n", cLabel.achText);
             ++iNamed;
         }
-        cTurn = {};
-        if (iAnswer) {
+        cActive = {};
+        if (iResult) {
             ++m_iPlace;
             TakePlace();
         }
-        return iAnswer;
+        return iResult;
     }
 };
 
@@ -82,7 +82,7 @@ public:
             Begin(*pInner, m_cOuter, 0);
         }
         delete m_pElement;
-        cTurn = {};
+        cActive = {};
         Begin(m_cPipeline, m_cOuter, m_iPlace + 1);
     }
 
@@ -96,15 +96,15 @@ public:
 
 } // namespace
 
-const Label& Turn() {
-    return cTurn;
+const Label& ActiveElement() {
+    return cActive;
 }
 
-int InitializeInTurn(VESK::EPipeline& cPipeline) {
+int InitializeNoting(VESK::EPipeline& cPipeline) {
     return Initializer(cPipeline, cPipeline).Go();
 }
 
-void DestroyInTurn(VESK::EPipeline& cPipeline) {
+void NoteDestruction(VESK::EPipeline& cPipeline) {
     Destroyer::Begin(cPipeline, cPipeline, 0);
 }
 

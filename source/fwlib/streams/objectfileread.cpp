@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The reader behind EDeserialize.
+#include "fwlib/streams/objectfileread.h"
 #include "fwlib/internal/handle.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
-#include "fwlib/streams/objectfiles.h"
 
 #include <cerrno>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The writer behind ESerialize; objectopen.cpp opens its file.
-#include "fwlib/streams/objectfiles.h"
+// The writer behind ESerialize; objectfileopen.cpp opens its file.
+#include "fwlib/streams/objectfilewrite.h"
 
 #include "fwlib/internal/handle.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"

@@ -6,7 +6,8 @@
 #include "fwlib/properties/cutnames.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/streams/filename.h"
-#include "fwlib/streams/objectfiles.h"
+#include "fwlib/streams/objectfilewrite.h"
+#include "fwlib/streams/objectlines.h"
 #include "fwlib/text.h"
 
 #include <algorithm>

@@ -1,23 +1,23 @@
 // SPDX-License-Identifier: MIT
-// Initializing and destroying a pipeline with a note of whose turn it is, so that a failure can be told by name.
+// Initializing and destroying a pipeline with a note of the element at work, so that a failure can be reported by name.
 //
 // The pipeline goes through its elements by itself. A stand-in takes the place of the next one in its table for as long
 // as nobody looks, and gives the place back before that element is called.
-#ifndef FWPIPE_TURNS_H
-#define FWPIPE_TURNS_H
+#ifndef FWPIPE_ACTIVEELEMENT_H
+#define FWPIPE_ACTIVEELEMENT_H
 
 #include "knownelements.h"
 
 namespace FwPipe {
 
 // The element whose Initialize or destructor runs; an empty text for none.
-const Label& Turn();
+const Label& ActiveElement();
 
 // What the pipeline's Initialize returns. An element that returned 0 without an error message is named on standard error.
-int InitializeInTurn(VESK::EPipeline& cPipeline);
+int InitializeNoting(VESK::EPipeline& cPipeline);
 
 // To be called right before the pipeline is destroyed.
-void DestroyInTurn(VESK::EPipeline& cPipeline);
+void NoteDestruction(VESK::EPipeline& cPipeline);
 
 } // namespace FwPipe
 

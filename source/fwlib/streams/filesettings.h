@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// What the properties of a serializing element say of its file.
+#ifndef FWLIB_STREAMS_FILESETTINGS_H
+#define FWLIB_STREAMS_FILESETTINGS_H
+
+#include "fwlib/internal/hidden.h"
+#include "fwlib/internal/textsizes.h"
+#include "fwlib/properties/properties.h"
+#include "fwlib/types.h"
+
+namespace FWLIB_HIDDEN VESK {
+
+struct FileSettings {
+    enum class Existing { Replace, Append, Refuse };
+
+    explicit FileSettings(PROPERTIES& cProperties);
+
+    // Whether they can be followed; else the element reports it.
+    bool NameFits(EObject& cElement) const;
+    bool ExistingKnown(EObject& cElement) const;
+    char* Name() { return m_bNamed ? m_achName : nullptr; } // null for a standard stream
+    bool Strict() const { return m_uStrict != 0; }
+    bool Shared() const { return m_uShared != 0; }
+    Existing WhatExists() const { return m_Existing; } // what becomes of a file that exists
+
+private:
+    char m_achName[FileNameSize];
+    char m_achExisting[TypeTextSize];
+    bool m_bNamed;
+    bool m_bCut; // the name
+    bool m_bKnown;
+    Existing m_Existing;
+    unsigned int m_uStrict;
+    unsigned int m_uShared;
+};
+
+} // namespace VESK
+
+#endif
