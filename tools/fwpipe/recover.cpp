@@ -225,11 +225,9 @@ int CheckFound(const Options& cOptions, const Found& cFound) {
         return ExitDone;
     }
     if (cFound.ullKept == 0) {
-        return Refuse(
-            cOptions.cFile +
-            (cOptions.bResync ? " contains no complete object " : " does not begin with a complete object ") +
-            "(" + cFound.cGaps.front().pchReason + ")" +
-            (cOptions.bInPlace ? "; left unchanged; --force would empty it" : "") + cBehind);
+        const char* const pchLack = cOptions.bResync ? " contains no" : " does not begin with a";
+        return Refuse(cOptions.cFile + pchLack + " complete object (" + cFound.cGaps.front().pchReason + ")" +
+                      (cOptions.bInPlace ? "; left unchanged; --force would empty it" : "") + cBehind);
     }
     if (cOptions.bInPlace && cFound.ullBehind > 0) {
         return Refuse(cOptions.cFile + " is damaged at byte " +

@@ -225,20 +225,6 @@ void SplitLine(char* pchLine, char* (&apchTokens)[TokenSlots]) {
     apchTokens[u] = nullptr;
 }
 
-// Closes the file also when the thread ends in a factory.
-struct PipeFile {
-    explicit PipeFile(char* pchPath) : pFile(pchPath ? fwfopen(pchPath, Text("r")) : nullptr) {}
-    ~PipeFile() {
-        if (pFile) {
-            fwfclose(pFile);
-        }
-    }
-    PipeFile(const PipeFile&) = delete;
-    PipeFile& operator=(const PipeFile&) = delete;
-
-    char* const pFile; // owned; null when it does not open
-};
-
 // The lines of an open file, up to the first that fails.
 int ExecuteFile(const Build& cBuild, char* pFile, const char* pchPath) {
     char achLine[PipeLineSize];
@@ -272,12 +258,14 @@ int BuildFile(const Build& cBuild, char* pchPath) {
         std::fprintf(stderr, "Pipe files nest more than %d deep: %s\n", DeepestNesting, pchShown);
         return 0;
     }
-    const PipeFile cFile(pchPath);
-    if (!cFile.pFile) {
+    // Closed also when the thread ends in a factory.
+    const std::unique_ptr<char, int (*)(char*)> pFile(pchPath ? fwfopen(pchPath, Text("r")) : nullptr,
+                                                      fwfclose);
+    if (!pFile) {
         std::printf("Unable to open pipefile %s\n", pchShown);
         return 0;
     }
-    return ExecuteFile(cBuild, cFile.pFile, pchShown);
+    return ExecuteFile(cBuild, pFile.get(), pchShown);
 }
 
 } // namespace
