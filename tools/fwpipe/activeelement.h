@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Initializing and destroying a pipeline with a note of the element at work, so that a failure can be reported by name.
 //
-// The pipeline goes through its elements by itself. A stand-in takes the place of the next one in its table for as long
-// as nobody looks, and gives the place back before that element is called.
+// The pipeline goes through its elements by itself. A stand-in takes the place of the next element in its table and
+// restores it before that element is called.
 #ifndef FWPIPE_ACTIVEELEMENT_H
 #define FWPIPE_ACTIVEELEMENT_H
 

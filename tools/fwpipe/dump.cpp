@@ -98,7 +98,7 @@ class Shower {
 public:
     explicit Shower(const Options& cOptions) : m_cOptions(cOptions), m_pShow(FormOf(cOptions)) {}
 
-    // False when nobody takes them.
+    // False when no one reads the output.
     bool Take(const ObjectScan& cScan) {
         ++m_ullTaken;
         if (m_cOptions.bCount) {
@@ -127,7 +127,7 @@ private:
     std::deque<std::string> m_cLast;
 };
 
-// Returns how many were asked for. Ends early when that is enough, and when nobody takes them.
+// Returns how many were asked for. Ends early when that is enough, and when no one reads the output.
 unsigned long long ShowAll(const Options& cOptions, const File& cInput, ObjectScan& cScan) {
     Shower cShower(cOptions);
     const unsigned long long ullSize = SizeOf(cInput);
@@ -193,7 +193,7 @@ int Dump(const Options& cOptions) {
         return ExitSignal + Interrupt();
     }
     if (std::ferror(stdout)) {
-        return ExitDone; // which is told, and turned into a failure, at the end of every command
+        return ExitDone; // which is reported, and makes the command fail, at its end
     }
     Summarize(cOptions, cScan, ullShown);
     // Sent before the reason, where both go to one place.

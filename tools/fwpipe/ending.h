@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is told when the runs of a pipeline are over, and what it means for the exit status.
+// What is reported after the runs of a pipeline, and the exit status it causes.
 #ifndef FWPIPE_ENDING_H
 #define FWPIPE_ENDING_H
 
@@ -28,7 +28,7 @@ private:
 enum class Asked { One, Number, All };
 
 // Says when a replay did not come to the end of its data. True when that is a failure: all of it was asked for, or the
-// rest is lost although nobody asked for a number of runs.
+// rest is lost although no number of runs was requested.
 bool TellRest(Asked Runs, const VESK::EPipeline& cPipeline, const Origin& cOrigin);
 
 } // namespace FwPipe

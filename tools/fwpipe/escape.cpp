@@ -42,7 +42,7 @@ Character::Character(std::string_view cBytes)
     m_uLength = m_uNumber < uSmallest || bSurrogate || m_uNumber > 0x10ffff ? 0 : m_uLength;
 }
 
-// Moves to the text what stands for itself in every form, which is nearly all there is.
+// Appends the characters that need no escape in any form, which are nearly all.
 void TakePlain(std::string_view& cBytes, std::string& cText) {
     const auto* const pEnd = std::find_if(cBytes.begin(), cBytes.end(), [](char chByte) {
         return chByte < ' ' || chByte > '~' || chByte == '\\' ||

@@ -10,7 +10,7 @@ namespace FwPipe {
 
 // Appends the bytes; as "\xNN", each of its bytes, what a terminal would act on: control characters (those of ASCII,
 // DEL, U+0080 to U+009F), the characters that change the direction of text (U+202A to U+202E, U+2066 to U+2069), and
-// what is not UTF-8. A backslash becomes "\\", so that the bytes can be told from the result.
+// what is not UTF-8. A backslash becomes "\\", so that the result identifies the bytes.
 void AppendEscaped(std::string_view cBytes, std::string& cText);
 
 // Appends the bytes as a JSON string with its quotation marks. The same characters become "\uNNNN". What is not UTF-8

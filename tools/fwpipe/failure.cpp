@@ -56,7 +56,7 @@ _Unwind_Reason_Code FwPipeNoteThrow(int, _Unwind_Action Actions, _Unwind_Excepti
 __attribute__((noinline, used)) void FwPipeGuarded(const std::function<void()>& cCall) {
     asm volatile(".cfi_personality 0x1b, FwPipeNoteThrow");
     cCall();
-    asm volatile("" ::: "memory"); // the call is not the last thing, or this frame would be gone
+    asm volatile("" ::: "memory"); // the call must not be the last action, or this frame would be reused
 }
 
 namespace {
@@ -102,7 +102,7 @@ void TellFault(const char* pchElement, bool bOrBehind, const char* pchFault, boo
     [[maybe_unused]] const ssize_t iWritten = write(STDERR_FILENO, achLine, std::strlen(achLine));
 }
 
-int iFault = 0; // the one that is being told
+int iFault = 0; // the one that is being reported
 
 void Restore() {
     for (int i = 0; i < FaultCount; ++i) {
@@ -148,7 +148,7 @@ Holder HolderAt(ucontext_t& Context) {
 #else
 Address StackAt(const ucontext_t&) {
     return reinterpret_cast<Address>(
-        __builtin_frame_address(0)); // of the stack for signals: a full one is not told
+        __builtin_frame_address(0)); // of the stack for signals: a full one is not reported
 }
 
 Holder HolderAt(ucontext_t&) {
@@ -190,11 +190,11 @@ void CatchFaults() {
         Stack.ss_sp = achFaultStack;
         Stack.ss_size = sizeof achFaultStack;
         Stack.ss_flags = 0;
-        sigaltstack(&Stack, nullptr); // or running over the end of the stack could not be told
+        sigaltstack(&Stack, nullptr); // otherwise a stack overflow could not be reported
     }
     struct sigaction Action = {};
     Action.sa_sigaction = OnFault;
-    Action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_NODEFER; // a fault while it is told gets to GiveUp
+    Action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_NODEFER; // a fault while one is reported calls GiveUp
     for (int i = 0; i < FaultCount; ++i) {
         sigaction(Faults[i], &Action, &aBefore[i]);
     }

@@ -11,7 +11,7 @@ class EPipeline;
 
 namespace FwPipe {
 
-// From here on a fault (SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT) is told on standard error, with the element that had the
+// From here on a fault (SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT) is reported on standard error, with the element that had the
 // object, before it has the effect that it had without this.
 void CatchFaults();
 

@@ -10,7 +10,7 @@ namespace FwPipe {
 
 namespace {
 
-// Empty, with the reason in errno, when it cannot be told.
+// Empty, with the reason in errno, when it is not known.
 std::string Resolved(const std::string& cPath) {
     char chEnd;
     if (readlink(cPath.c_str(), &chEnd, sizeof chEnd) < 0) {

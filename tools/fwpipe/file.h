@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files by their descriptors, and places for files that stay the same whoever renames folders meanwhile.
+// Files by their descriptors, and places for files that stay the same when folders are renamed meanwhile.
 #ifndef FWPIPE_FILE_H
 #define FWPIPE_FILE_H
 

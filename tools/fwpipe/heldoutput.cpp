@@ -152,7 +152,7 @@ HeldOutput::~HeldOutput() {
     std::fflush(stdout);
     std::clearerr(stdout); // what went wrong so far concerns the held lines
     if (dup2(iOutput, STDOUT_FILENO) < 0) {
-        close(STDOUT_FILENO); // an error at the next line rather than lines that nobody sees
+        close(STDOUT_FILENO); // an error at the next line is better than lines that are lost
     }
     ShowFile(iErrors);
     ForgetAll();

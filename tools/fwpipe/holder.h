@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which element had the object when something failed, told by the stack alone, so that deliveries cost nothing for it.
+// Which element had the object when something failed, found from the stack alone, so that deliveries have no extra cost.
 //
 // The frames are compared with the code of the elements' classes, and with who sends to whom: an element that delivers in
 // place of returning leaves no frame. Of several elements of one class the registers tell, and in 32 bits the arguments.
@@ -15,7 +15,7 @@ class KnownElements;
 struct Label;
 
 struct Holder {
-    const Label* pLabel; // null when it cannot be told
+    const Label* pLabel; // null when it is not known
     bool bOrBehind;      // or one downstream of it
 };
 

@@ -8,7 +8,7 @@ namespace FwPipe {
 // From here on the first of these signals is remembered, and ends a read or write that it finds waiting; the next one
 // kills at once. What comes within a tenth of a second of the first is the same request, since some programs signal a
 // process and then its group. Also when SIGINT or SIGTERM was ignored at the start, as a shell does for commands in the
-// background: whoever sends it to this process means it. An ignored SIGHUP stays ignored: the user asked for that.
+// background: it was sent to this process on purpose. An ignored SIGHUP stays ignored: the user asked for that.
 void CatchInterrupts();
 
 // The signal that came, or 0.

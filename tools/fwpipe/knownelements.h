@@ -43,7 +43,7 @@ struct KnownElement {
 class KnownElements {
 public:
     void Learn(VESK::EPipeline& cPipeline); // once it is initialized
-    void Examine();                         // fills in what is told about classes, when something failed
+    void Examine();                         // fills in what is reported about classes after a failure
 
     const std::vector<KnownElement>& Elements() const {
         return m_cElements;

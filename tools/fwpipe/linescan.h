@@ -20,7 +20,7 @@ public:
     bool Append(std::string& cText);
 
     unsigned long long Taken() const { return m_ullTaken; } // bytes, those left out included
-    int ReadError() const { return m_iError; }              // 0, or what errno told
+    int ReadError() const { return m_iError; }              // 0, or an error number
 
 private:
     bool Fill();

@@ -41,7 +41,7 @@ Address Relative(Address uAddress) {
 }
 
 // What an entry of a linkage table leads to; any other code leads to itself. In 32 bits the table's place is in a
-// register, so it cannot be told.
+// register, so it is not known.
 Address Linked(Address uAddress) {
     if (!Wide || !KnowsInstructions || !CodeAt(uAddress).uBegin) {
         return uAddress;

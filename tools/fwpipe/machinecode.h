@@ -11,7 +11,7 @@ namespace FwPipe {
 using Address = std::uintptr_t;
 
 // Whether the instructions of this processor are known. Otherwise nothing is read from code, and what it would tell counts
-// as possible: fewer elements are told by name, and none wrongly.
+// as possible: fewer elements are named, and none wrongly.
 #if (defined(__x86_64__) || defined(__i386__)) && !defined(FWPIPE_UNKNOWN_PROCESSOR)
 #define FWPIPE_X86
 constexpr bool KnowsInstructions = true;
@@ -47,7 +47,7 @@ enum class Call {
 // The call that returns to this address.
 Call CallBefore(Address uReturn);
 
-// Where a direct call leads, also through a linkage table; 0 when that cannot be told.
+// Where a direct call leads, also through a linkage table; 0 when that is not known.
 Address TargetOf(Address uReturn);
 
 } // namespace FwPipe

@@ -24,7 +24,8 @@ public:
 
     bool Sync(); // brings the contents to the disk, which has to come before the name
 
-    // Gives it the name in one step: whoever opens the name gets all of the old file or all of the new one. False, with the reason in errno, also when the name is taken and must not be.
+    // Gives it the name in one step: a program that opens the name gets the old file or the new one. False, with the
+    // reason in errno, also when the name is taken and must not be.
     bool PutInPlace(bool bReplace);
 
 private:

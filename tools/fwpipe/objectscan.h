@@ -34,7 +34,7 @@ public:
 
     // Why there is no further object: null for the end of the stream behind a whole one.
     const char* Reason() const { return m_cState.Reason(); }
-    int ReadError() const { return m_cScan.ReadError(); } // 0, or what errno told
+    int ReadError() const { return m_cScan.ReadError(); } // 0, or an error number
 
 private:
     static constexpr std::size_t FirstProperty = 2; // behind the type line and the count line

@@ -22,7 +22,7 @@ struct Deliveries {
     unsigned long long ullRefused = 0; // of them: the delivery returned 0
 };
 
-// Outlives the pipeline, since an element may have copied a connection to a place that nobody knows.
+// Outlives the pipeline, since an element may have copied a connection.
 class Origin {
 public:
     Origin();

@@ -16,7 +16,7 @@ namespace {
 // The stream's own when it writes on a terminal. Lines leave it at once, but their bytes stay in it.
 char achLines[BUFSIZ];
 
-int iFailure = 0; // what errno told when a write here failed first
+int iFailure = 0; // the error number of the first write that failed
 
 // False when the stream has failed. Its functions do not always tell what they did not write, but its state does.
 bool Remember() {
@@ -27,7 +27,7 @@ bool Remember() {
     return false;
 }
 
-// Whether both standard streams go to one file, in which their lines have to stand in the order they were printed. A
+// Whether both standard streams go to one file, in which their lines must appear in the order they were printed. A
 // device keeps none.
 bool SharesErrors() {
     struct stat Output = {};
@@ -40,7 +40,7 @@ bool SharesErrors() {
 
 void PrepareStreams() {
     std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN); // a write past the limit of a file's size fails then, and is told
+    std::signal(SIGXFSZ, SIG_IGN); // a write past the limit of a file's size then fails, and is reported
     for (int iStream = STDIN_FILENO; iStream <= STDERR_FILENO; ++iStream) {
         if (fcntl(iStream, F_GETFD) < 0) {
             // Opened the wrong way round: using the stream fails as it would when it is closed.

@@ -20,8 +20,8 @@ namespace {
 
 struct Use {
     VESK::EObject* pElement;
-    bool bAlone;    // a recorder that nobody said may share its file
-    bool bStandard; // standard output, which several recorders write in turn
+    bool bAlone;    // a recorder that may not share its file
+    bool bStandard; // standard output, which several recorders may write
 };
 
 using Uses = std::map<std::string, std::vector<Use>>; // by file

@@ -152,7 +152,7 @@ int Run(Options& cOptions) {
     Origin cOrigin;
     int iStatus = ExitFailed;
     {
-        VESK::EPipeline cPipeline; // gone before the framework, which unloads the code of its elements
+        VESK::EPipeline cPipeline; // destroyed before the framework, which unloads the code of its elements
         cPipeline.m_pFramework = &cFramework;
         Guarded([&] { iStatus = Steps(cOptions, cPipeline, cOrigin); });
         NoteDestruction(cPipeline);
@@ -167,7 +167,7 @@ int Run(Options& cOptions) {
     return iStatus;
 }
 
-// The library passes over a configuration file that it cannot read; whoever names one here wants it read. Each element
+// The library ignores a configuration file that it cannot read; a user who names one wants it read. Each element
 // opens the file anew, so a pipe would be empty for the second one.
 std::string Unreadable(const std::string& cPath) {
     std::error_code cError;

@@ -16,7 +16,7 @@ void ShowBlock(const ObjectScan& cScan, bool bRaw,
                std::string& cText); // a line each for object and properties
 void ShowLine(const ObjectScan& cScan, bool bRaw, std::string& cText); // words with spaces in quotation marks
 
-// {"type":TYPE,"offset":BYTE,"properties":{KEY:VALUE,...}}. A key that stands in the object more than once has an array
+// {"type":TYPE,"offset":BYTE,"properties":{KEY:VALUE,...}}. A key that occurs more than once in the object has an array
 // of its values in their order. An object that holds bytes that are not UTF-8 has "escaped":true behind its offset,
 // and in its texts "\xNN" for each such byte and "\\" for a backslash.
 void ShowJson(const ObjectScan& cScan, bool bRaw, std::string& cText);

@@ -5,7 +5,7 @@
 
 namespace FwPipe {
 
-// From here on, until the file is closed, whoever opens it for writing or cuts it off has to wait and is noticed; false
+// From here on, until the file is closed, a program that opens it for writing or truncates it has to wait and is noticed; false
 // when somebody has it open for writing. Only for files of one's own, on file systems that know leases; for others it
 // does nothing.
 bool WatchForWriters(int iFile);

@@ -22,7 +22,7 @@ ObjectFileRead* OwnReader(EDeserialize& cElement) {
     return OwnClass<ObjectFileRead>::Of(cElement.m_pReader);
 }
 
-// Why no object came, told once: the result of Run, 0.
+// Reports once why no object was read. Returns 0, the result of Run.
 int ReportNone(EDeserialize& cElement, ObjectFileRead* pReader) {
     const char* const pchReason = pReader ? pReader->ReasonOnce() : nullptr;
     if (pchReason) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What several built-in elements do alike.
+// Helpers of the built-in elements.
 #ifndef FWLIB_BUILTIN_ELEMENTHELPERS_H
 #define FWLIB_BUILTIN_ELEMENTHELPERS_H
 

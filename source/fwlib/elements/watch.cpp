@@ -50,7 +50,7 @@ void Watch(const void* pObject, const void* pCode) {
     try {
         TheLiving().cCode[{pObject}] = {pCode};
     } catch (const std::bad_alloc&) {
-        TheLiving().cCode.erase({pObject}); // not watched, which nobody needs for going on
+        TheLiving().cCode.erase({pObject}); // not watched; nothing else depends on it
     }
 }
 

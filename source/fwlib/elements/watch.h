@@ -3,7 +3,7 @@
 //
 // What is known of an object is an address in its code: where its construction was asked for, which is a constructor of
 // its class unless that class derives from one of this library's, and once a factory has made it, its class's table.
-// The objects themselves are never looked at: their memory may be gone without their destructor.
+// The objects themselves are never read: their memory may be released without a destructor call.
 #ifndef FWLIB_ELEMENTS_WATCH_H
 #define FWLIB_ELEMENTS_WATCH_H
 

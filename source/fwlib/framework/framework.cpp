@@ -57,7 +57,7 @@ struct Origin {
     char achName[TypeTextSize];
 };
 
-// Whether the formatted text ends with a newline. Without memory nobody knows.
+// Whether the formatted text ends with a newline; not known without memory.
 bool EndsLine(const char* pchFormat, va_list Values) {
     va_list Again;
     va_copy(Again, Values);

@@ -3,7 +3,7 @@
 // plugins, creates objects by type name, and writes the lines that elements report.
 //
 // It has no types of its own: the built-in ones come with AddPlugin("libfwlib.so"). Everything created
-// through a plugin must be gone before the framework, whose destructor unloads the plugins' code; a Debug build
+// through a plugin must be destroyed before the framework, whose destructor unloads the plugins' code; a Debug build
 // of the library aborts when it is not. An exception that leaves a plugin's factory is reported on standard error
 // and counts as null. One thread at a time; threads may each have a framework of their own.
 #ifndef FWLIB_FRAMEWORK_FRAMEWORK_H

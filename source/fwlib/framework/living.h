@@ -8,7 +8,7 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-void BeginLife(const FRAMEWORK* pFramework); // without memory to note it, it counts as gone
+void BeginLife(const FRAMEWORK* pFramework); // without memory for the entry, it counts as destroyed
 void EndLife(const FRAMEWORK* pFramework);
 bool Living(const FRAMEWORK* pFramework);
 

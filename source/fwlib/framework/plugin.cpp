@@ -84,7 +84,7 @@ void* OpenObject(const char* pchPath) {
 }
 
 // The loader also looks through the libraries that a plugin was linked with, this one and other plugins among them, and
-// would hand out the entry point of one of those for a plugin that has none.
+// would return the entry point of one of those for a plugin that has none.
 bool IsBorrowed(EntryPoint pEntry, void* pHandle) {
     link_map* pMap = nullptr;
     return dlinfo(pHandle, RTLD_DI_LINKMAP, &pMap) == 0 && pMap != ObjectOf(pEntry);

@@ -32,7 +32,7 @@ inline char* GetLine(char* pchBuffer, unsigned int uSize, char* pFile) {
     return std::fgets(pchBuffer, iSize, StreamOf(pFile));
 }
 
-// What the C library tells of a stream only in the fields that its own macros use: they are the same for good. Where
+// The C library shows this state of a stream only in the fields that its own macros use, which are stable. Where
 // there are none such, the slower way is taken each time.
 #ifdef __GLIBC__
 

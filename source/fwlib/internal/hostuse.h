@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A class that serializes itself may use the recorder's stream, to write its length where it began for instance. The
-// recorder learns of it here, before the wrapper that the class calls does its work.
+// recorder is informed here, before the wrapper that the class calls does its work.
 #ifndef FWLIB_INTERNAL_HOSTUSE_H
 #define FWLIB_INTERNAL_HOSTUSE_H
 

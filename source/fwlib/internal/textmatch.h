@@ -73,7 +73,7 @@ private:
         return LoadWhole(pchOther + uFrom) == Load(m_pchText + uFrom);
     }
 
-    // The whole words behind the first, two in a turn.
+    // The whole words behind the first, two in an iteration.
     bool RestEquals(const char* pchOther) const {
         std::size_t u = Size;
         for (; u + Size < m_uWhole; u += 2 * Size) {

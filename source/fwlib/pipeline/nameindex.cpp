@@ -15,7 +15,7 @@ namespace VESK {
 
 namespace {
 
-constexpr int LeastElements = 64; // below that a walk is as fast
+constexpr int LeastElements = 64; // below that a linear search is as fast
 constexpr Byte4Type FirstSlots = 256;
 
 struct Slot {
@@ -49,7 +49,7 @@ public:
             m_pOwner = &cPipeline;
             m_iSeen = cPipeline.m_iElementCount;
             m_b4Changes = b4Changes;
-            return -1; // for one name a walk is faster
+            return -1; // for one name a linear search is faster
         }
         m_iSeen = cPipeline.m_iElementCount;
         IndexNew(cPipeline);
@@ -179,7 +179,7 @@ private:
     const bool m_bHeld;
 };
 
-// -1 when a walk has to tell.
+// -1 when a linear search is needed.
 int FindIndexed(const EPipeline& cPipeline, const SoughtText& cName) {
     if (cPipeline.m_iElementCount < LeastElements) {
         return -1;
@@ -216,7 +216,7 @@ void TellIndexOfAdding(const EPipeline& cPipeline) {
 void ForgetIndex(const EPipeline& cPipeline) {
     const IndexLock cLock;
     if (!cLock.Held()) {
-        // To wait for the turn could last for ever, after a fork for one.
+        // Waiting for the lock could last for ever, for example after a fork.
         NameChanges.fetch_add(1, std::memory_order_relaxed);
     } else if (cIndex.IsOf(cPipeline)) {
         cIndex.Clear();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where the elements of a large pipeline stand by their names. A walk for each name makes the time of building grow
+// Finds the elements of a large pipeline by name. A linear search for each name makes the time of building grow
 // with the square of the elements.
 //
 // The process has one index, of the pipeline that was searched last, because a pipeline's fields are fixed. It knows
@@ -21,7 +21,7 @@ int FindNamed(const EPipeline& cPipeline, const SoughtText& cName);
 
 void TellIndexOfAdding(const EPipeline& cPipeline); // one more element, which is not counted yet
 
-void ForgetIndex(const EPipeline& cPipeline); // which is gone: another may come to stand where it stood
+void ForgetIndex(const EPipeline& cPipeline); // destroyed: another may get the same address
 
 } // namespace VESK
 

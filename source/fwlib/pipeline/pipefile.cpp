@@ -42,7 +42,7 @@ void SetReported(EPipeline& cPipeline, PROPERTIES& cProperties, char* pchKey, ch
     }
 }
 
-// An AddElement that fails may be another class's, which kept the element all the same. True when it is gone.
+// A derived class's AddElement may fail although it kept the element. Returns true if the element was deleted.
 bool DeleteUnlessHeld(const EPipeline& cPipeline, EObject* pElement) {
     for (int i = 0; i < cPipeline.m_iElementCount && i < cPipeline.m_iElementCapacity; ++i) {
         if (cPipeline.m_ppElements[i] == pElement) {
@@ -75,7 +75,7 @@ int FrameworkPropertyLine(const Build& cBuild, char** ppchArguments) {
 
 int PipeLine(const Build& cBuild, char** ppchArguments) {
     std::unique_ptr<EPipeline> pBuilt(new (std::nothrow)
-                                          EPipeline); // gone too when the thread ends in a factory
+                                          EPipeline); // deleted also when the thread ends in a factory
     if (pBuilt) {
         pBuilt->m_pFramework = cBuild.cPipeline.m_pFramework;
     }

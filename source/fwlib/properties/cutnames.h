@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Names of files that a configuration file holds in a line that is longer than its readers take. Their lists keep what
-// was read, as any other value; whoever opens a file must know that it is the front of another name.
+// was read, as any other value; but an element must not open the file of a truncated name.
 #ifndef FWLIB_PROPERTIES_CUTNAMES_H
 #define FWLIB_PROPERTIES_CUTNAMES_H
 

@@ -5,7 +5,7 @@
 // Values are texts; the typed overloads convert at the call. Keys and sections compare byte for byte. The
 // system itself reads and writes the section "Standard" only; other sections come from configuration files.
 // A pair of key and section stands at most once, entries keep the order in which they were first added, and a
-// list holds at most 65,520 of them. The list owns copies of all its texts and hands out none of them:
+// list holds at most 65,520 of them. The list owns copies of all its texts and lends none of them:
 // callers get copies in their own buffers. Operations return 1 for success or for an entry found and 0
 // otherwise, print nothing, and leave the entries as they were when memory is out. Keys and sections are
 // zero-terminated; a null key or section finds nothing and stores nothing. One thread at a time.

@@ -54,7 +54,7 @@ constexpr Word InLanes(std::uint32_t uValue) {
     return Lanes == 1 ? uValue : static_cast<Word>(uint64_t{uValue} << 32 | uValue);
 }
 
-// A word holds a group a lane; in 64 bits, two groups that lie side by side are first drawn apart, and at last
+// A word holds a group a lane; in 64 bits, two adjacent groups are first moved to their lanes, and at last
 // pushed together.
 constexpr Word BytesToLanes(Word uGroups) {
     return Lanes == 1 ? uGroups : (uGroups & 0xFFFFFF) | (uGroups << 8 & static_cast<Word>(0xFFFFFF00000000));
@@ -120,7 +120,7 @@ constexpr std::size_t Spill =
     Half - HalfData; // bytes that are read before the data, and read or written behind
 constexpr std::size_t SpillGroups = Spill / GroupBytes + 1;
 constexpr std::size_t Unrolled =
-    2; // registers a turn: how fast a loop of one is hangs on where its code lies
+    2; // registers an iteration: the speed of a loop over one depends on its address
 
 // A register is loaded from before its data, so that each half holds the bytes of its own four groups.
 __attribute__((target("avx2"))) void EncodeVectors(Byte* pText, const Byte* pData, std::size_t uGroups) {

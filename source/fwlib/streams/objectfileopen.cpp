@@ -30,7 +30,7 @@ struct Front {
 };
 
 // Reads the file to the first object that is not whole. A rest that may be anything but a cut object is none: its first
-// line is no type, or, in front of which there is no object that tells of a recording, its second is no count.
+// line is no type, or, with no complete object before it, its second line is no count.
 Front FrontOf(std::FILE* pFile) {
     Front cFront = {};
     ObjectLines cLines;

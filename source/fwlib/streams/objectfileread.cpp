@@ -186,7 +186,7 @@ void ObjectFileRead::BeginObject() {
     m_uTaken = 0;
     m_bWaits = false;
     m_cLines.Restart();
-    if (m_cLines.Now() != ObjectLines::Broken) { // else the broken one is what the report tells of
+    if (m_cLines.Now() != ObjectLines::Broken) { // otherwise the report is about the broken one
         m_ullObject = m_ullRead;
     }
 }

@@ -13,7 +13,7 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-// Strict: hands out lines only while they make a complete object, and stays at its end once one is broken. Lines that a
+// Strict: returns lines only while they form a complete object, and no more after a broken one. Lines that a
 // stream has only in part yet are waited for: the object's lines so far are kept, and come again with its next beginning.
 class ObjectFileRead final : public SFileRead {
 public:
@@ -29,7 +29,7 @@ public:
     int EndObject();     // whether the object came whole; when not strict, unless it is waited for
     bool Waits() const { return m_bWaits; } // the rest of the object, or all of it, has not arrived yet
 
-    // Why no object came, for a report, or null at a plain end of the file. Each reason is told once.
+    // Why no object was read, for a report, or null at a normal end of the file. Each reason is returned once.
     const char* ReasonOnce();
     const char* ShownName() const;
     unsigned long long Offset() const {

@@ -151,7 +151,7 @@ std::size_t ObjectFileWrite::WriteThrough(const char* pchData, std::size_t uLeng
 
 Byte4Type ObjectFileWrite::Put(const char* pchData, std::size_t uLength) {
     if (uLength == 0) {
-        return 0; // nor would it tell of a flush that failed
+        return 0; // a failed flush would not be noticed either
     }
     errno = 0;
     const std::size_t uWritten = m_pFile ? WriteThrough(pchData, uLength) : 0;

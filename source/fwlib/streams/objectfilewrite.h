@@ -63,10 +63,10 @@ private:
     bool m_bEnded;   // the recording
     bool m_bReported;
     int m_iReason;
-    unsigned long long m_ullLost; // objects, not told yet
+    unsigned long long m_ullLost; // objects, not reported yet
 
     long long
-        m_llNext; // where the next object begins if nobody else uses the named file; or -1: ask the system
+        m_llNext; // where the next object begins if no one else uses the named file; or -1: ask the system
     long long m_llStart;          // where the object at hand begins, or -1: its length tells
     unsigned long long m_ullDone; // bytes of it that the file took
     bool m_bUsed;                 // the host used the stream since it began

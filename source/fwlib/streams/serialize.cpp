@@ -31,7 +31,7 @@ void TellLoss(SRead& cReader) {
     }
 }
 
-// What a reader that changes the list while it hands out a line leaves different.
+// What differs after a reader changed the list while it read a line.
 struct ListState {
     explicit ListState(const PROPERTIES& cList)
         : b4Count(cList.m_b2PropertyCount),
@@ -107,7 +107,7 @@ private:
 int PROPERTIES::Serialize(SWrite* pWriter) {
     const Byte4Type b4Count = m_b2PropertyCount;
     const DecimalText cCount(b4Count);
-    ComposedLines cLines(*this); // now, since whoever takes them may change the list
+    ComposedLines cLines(*this); // composed now, since the writer may change the list
     WriteRecord<PropertyLineSize>(*pWriter, ObjectLines::CountKey(), std::strlen(ObjectLines::CountKey()),
                                   cCount.Begin(), cCount.Length());
     if (cLines.WriteTo(*pWriter)) {

@@ -35,8 +35,8 @@ public:
     virtual Byte4Type ReadBlock(char* pchBuffer, Byte4Type b4Length);
 
     virtual int OpenFile(char* pchFileName); // closes the file it has first; 1 when the new one was opened
-    virtual int SetFile(char* pFile);        // adopts an open handle; the one it replaces is not closed; 1
-    virtual Byte4Type GetFileSize();         // always 0
+    virtual int SetFile(char* pFile); // takes ownership of an open handle; does not close the old one; 1
+    virtual Byte4Type GetFileSize();  // always 0
 
     // The fields in their order are part of the binary interface.
     char m_achFileName[FileNameSize]; // of the file last opened

@@ -31,7 +31,7 @@ Byte4Type SFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
     if (!m_pFile) {
         return 0;
     }
-    BeforeHostUse(m_pFile); // a recorder's stream may be adopted within an object
+    BeforeHostUse(m_pFile); // a host may set a recorder's stream within an object
     const Byte4Type b4Written = WriteItems(pchData, 1, b4Length, m_pFile);
     FlushFile(m_pFile);
     return b4Written;

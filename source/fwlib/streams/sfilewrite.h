@@ -30,7 +30,7 @@ public:
     // at the flush shows in the error indicator of the stream m_pFile.
     Byte4Type WriteData(char* pchData, Byte4Type b4Length) override;
 
-    void SetFile(char* pFile); // adopts an open handle; the handle it replaces is not closed
+    void SetFile(char* pFile); // takes ownership of an open handle; the one it replaces is not closed
 
     // The fields in their order are part of the binary interface.
     char m_achFileName[FileNameSize]; // empty when no name was given

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // One algorithm, written once over the work on a block's words, which a machine's registers or wide ones do. Inside,
-// bits go by a word's place in the block, the first lowest; only a bitmap of the backward layout is turned round.
+// bits go by a word's place in the block, the first lowest; only the bitmap of the backward layout is reversed.
 #include "fwlib/streams/suppress.h"
 
 #include "fwlib/streams/suppresswords.h"
@@ -110,7 +110,7 @@ inline __attribute__((always_inline)) std::size_t ExpandForward(Byte* pTarget, s
 }
 
 // The blocks come off the end of the source, the last one first, so the room is filled from its end; where it was
-// not filled, the blocks move down. Counting them first would walk from bitmap to bitmap twice, which is the
+// not filled, the blocks move down. Counting them first would read every bitmap twice, which is the
 // whole cost.
 template <class Words>
 inline __attribute__((always_inline)) std::size_t ExpandBackward(Byte* pTarget, std::size_t uRoom,

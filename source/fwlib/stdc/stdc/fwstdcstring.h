@@ -17,7 +17,7 @@
 namespace VESK {
 
 // Files. Those of 2 GiB and more can be opened, read, written and closed on 32-bit hosts too; a position
-// that does not fit a long is told as -1.
+// that does not fit a long is returned as -1.
 FWLIB_EXPORT char* fwfopen(char* pchName, char* pchMode);
 FWLIB_EXPORT int fwfclose(char* pFile);
 FWLIB_EXPORT int fwflush(char* pFile);
@@ -36,7 +36,7 @@ FWLIB_EXPORT unsigned int fwfwrite(void* pBuffer, unsigned int uSize, unsigned i
 FWLIB_EXPORT char* fwfgets(char* pchBuffer, unsigned int uSize, char* pFile);
 FWLIB_EXPORT int fwfputs(char* pchText, char* pFile);
 
-// The next character; -1 at end of file, which cannot be told from the byte 255. Keep it in an int, a signed char or auto:
+// The next character; -1 at end of file, which looks like the byte 255. Keep it in an int, a signed char or auto:
 // where char is unsigned, a char never equals -1.
 FWLIB_EXPORT SignedByte fwfgetc(char* pFile);
 
@@ -66,7 +66,7 @@ FWLIB_EXPORT char* fwstrncpy(char* pchTarget, char* pchSource, int iCount);
 FWLIB_EXPORT char* fwstrncat(char* pchTarget, char* pchSource, int iCount);
 FWLIB_EXPORT char* fwstrchr(char const* pchText, char ch);
 FWLIB_EXPORT char* fwstrstr(char const* pchText, char const* pchSought);
-FWLIB_EXPORT char* fwstrupr(char* pchText); // turns the text into upper case in place and returns it
+FWLIB_EXPORT char* fwstrupr(char* pchText); // converts the text to upper case in place and returns it
 
 // Decimal conversions by the rules of strtol and strtoul. A number beyond the result's range gives the limit next to
 // it: 32 bits for an int on every host, and as wide as a long for the others.
