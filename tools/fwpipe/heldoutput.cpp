@@ -8,6 +8,7 @@
 #include <cwchar>
 #include <fcntl.h>
 #include <iostream>
+#include <new>
 #include <streambuf>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -83,9 +84,11 @@ class ErrorBuffer final : public std::streambuf {
 };
 
 void ExchangeErrors() {
-    static ErrorBuffer cHolding;
-    static std::streambuf* pOther = &cHolding;
-    static std::streambuf* pOtherLog = &cHolding;
+    // Never destroyed: the C++ library flushes its streams after the destructors of static objects.
+    alignas(ErrorBuffer) static char achPlace[sizeof(ErrorBuffer)];
+    static std::streambuf* const pHolding = new (achPlace) ErrorBuffer;
+    static std::streambuf* pOther = pHolding;
+    static std::streambuf* pOtherLog = pHolding;
     pOther = std::cerr.rdbuf(pOther);
     pOtherLog = std::clog.rdbuf(pOtherLog);
 }
