@@ -28,6 +28,15 @@ std::string DecodedBlock(const std::string& text, std::size_t count) {
     return bytes;
 }
 
+Words InFileOrder(Words words) {
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+    for (unsigned int& word : words) {
+        word = __builtin_bswap32(word);
+    }
+#endif
+    return words;
+}
+
 Words ExpandedBlocks(const Words& coded) {
     Words words;
     for (std::size_t at = 0; at < coded.size();) {

@@ -10,6 +10,9 @@ namespace fuzz {
 
 using Words = std::vector<unsigned int>;
 
+// The words between this processor's byte order and that of the formats, whose lowest byte comes first.
+Words InFileOrder(Words words);
+
 // The bytes that a block record's characters hold of so many.
 std::string DecodedBlock(const std::string& text, std::size_t count);
 

@@ -11,7 +11,7 @@
 #include <random>
 #include <sys/mman.h>
 
-// What the compiler's library found out about the processor, a bit for each feature.
+// What the compiler's library found out about an x86 processor, a bit for each feature.
 extern "C" struct { unsigned int vendor, type, subtype, features; } __cpu_model;
 
 using namespace VESK;
@@ -152,7 +152,7 @@ std::pair<std::size_t, bool> CodeInSteps(std::string& memory, std::size_t target
          source += BlockBytes) {
         fuzz::Words words(BlockBytes / 4);
         memory.copy(reinterpret_cast<char*>(words.data()), BlockBytes, source);
-        words = fuzz::CodedBlocks(words, backward);
+        words = fuzz::InFileOrder(fuzz::CodedBlocks(fuzz::InFileOrder(words), backward));
         const std::size_t coded = words.size() * 4;
         if (total + coded >= size) {
             return {total, false};

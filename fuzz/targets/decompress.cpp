@@ -16,6 +16,7 @@ void fuzz::Decompress(Input& in) {
     Words coded(size / 4 + 1); // one more, so that there are data
     std::memcpy(coded.data(), source.Data(), size / 4 * 4);
     coded.pop_back();
+    coded = InFileOrder(coded);
     if (backward) {
         std::reverse(coded.begin(), coded.end());
     }
@@ -23,6 +24,7 @@ void fuzz::Decompress(Input& in) {
     if (backward) {
         std::reverse(words.begin(), words.end());
     }
+    words = InFileOrder(words);
     const std::size_t answer = words.size() * 4 <= room ? words.size() * 4 : 0;
     for (const VESK::BlockCoder* coder : {&VESK::cPlainBlockCoder, &VESK::ChooseBlockCoder()}) {
         const Exact target(room);

@@ -7,8 +7,8 @@ void fuzz::Lut(Input& in) {
     VESK::MFColorTable table;
     CLAIM(table.SetFilename(VESK::Text("t")) == 1);
     unsigned int header = 7, expected = 7;
-    if (file.size() >= 4) {
-        std::memcpy(&expected, file.data(), 4);
+    for (std::size_t u = 4; file.size() >= 4 && u > 0; --u) {
+        expected = expected << 8 | static_cast<unsigned char>(file[u - 1]);
     }
     CLAIM(table.GetHeaderSize(&header) == (file.size() >= 4) && header == expected);
     for (int requests = 0; !in.Empty() && requests < 16; ++requests) {

@@ -54,7 +54,9 @@ _Unwind_Reason_Code FwPipeNoteThrow(int, _Unwind_Action Actions, _Unwind_Excepti
 
 // Makes the function above the one that is asked about this frame.
 __attribute__((noinline, used)) void FwPipeGuarded(const std::function<void()>& cCall) {
+#ifndef __ARM_EABI__ // which has unwind tables of its own; see unreadstack.cpp
     asm volatile(".cfi_personality 0x1b, FwPipeNoteThrow");
+#endif
     cCall();
     asm volatile("" ::: "memory"); // the call must not be the last action, or this frame would be reused
 }

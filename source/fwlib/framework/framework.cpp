@@ -58,7 +58,7 @@ struct Origin {
 };
 
 // Whether the formatted text ends with a newline; not known without memory.
-bool EndsLine(const char* pchFormat, va_list Values) {
+FWLIB_PRINTF(1, 0) bool EndsLine(const char* pchFormat, va_list Values) {
     va_list Again;
     va_copy(Again, Values);
     const auto uLength = static_cast<std::size_t>(std::max(std::vsnprintf(nullptr, 0, pchFormat, Values), 0));

@@ -3,6 +3,7 @@
 #ifndef FWLIB_INTERNAL_TEXTMATCH_H
 #define FWLIB_INTERNAL_TEXTMATCH_H
 
+#include "fwlib/internal/lowestfirst.h"
 #include "fwlib/internal/textcopy.h"
 
 #include <climits>
@@ -39,7 +40,7 @@ public:
     // Words is what that tells.
     template <int Words>
     bool Equals(const char* pchOther) const {
-        if (reinterpret_cast<std::uintptr_t>(pchOther) % Size != 0) {
+        if (!LowestFirst || reinterpret_cast<std::uintptr_t>(pchOther) % Size != 0) {
             return TextEquals(pchOther, m_pchText);
         }
         return (Words < 1 || WordEquals(pchOther, 0)) && (Words < Many || RestEquals(pchOther)) &&
