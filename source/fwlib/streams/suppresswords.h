@@ -58,9 +58,14 @@ struct PlainWords {
     // word is written: the list may lie in it.
     static void Gather(unsigned char* pList, const unsigned char* pBlock, std::uint32_t uWords) {
         unsigned char abBlock[BlockWords * WordBytes];
-        std::memcpy(abBlock, pBlock, sizeof abBlock);
+        const auto uList = reinterpret_cast<std::uintptr_t>(pList);
+        const auto uBlock = reinterpret_cast<std::uintptr_t>(pBlock);
+        if (uList < uBlock + sizeof abBlock && uBlock < uList + sizeof abBlock) {
+            std::memcpy(abBlock, pBlock, sizeof abBlock);
+            pBlock = abBlock;
+        }
         for (; uWords != 0; uWords &= uWords - 1, pList += WordBytes) {
-            std::memcpy(pList, abBlock + static_cast<unsigned int>(__builtin_ctz(uWords)) * WordBytes,
+            std::memcpy(pList, pBlock + static_cast<unsigned int>(__builtin_ctz(uWords)) * WordBytes,
                         WordBytes);
         }
     }
