@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Input: a layout, the room, then any bytes as compressed blocks. Each coder of the library returns what a reader
-// that follows the format word by word, and touches nothing outside.
+// Input: a layout, the room, then any bytes as compressed blocks. Each coder of the library returns what a
+// reader returns that follows the format word by word, and touches nothing outside.
 #include "../models.h"
 #include "../targets.h"
 

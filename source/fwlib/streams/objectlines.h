@@ -11,7 +11,7 @@
 
 namespace VESK {
 
-// The object's lines, taken one after the other from the first.
+// Checks the lines of one object after the other, in the order of the stream. One thread at a time.
 class ObjectLines {
 public:
     enum State { TypeNext, CountNext, PropertyNext, Whole, Broken };
@@ -21,13 +21,15 @@ public:
     static const char* CountKey() { return "m_b2PropertyCount"; }
 
     State Now() const { return m_State; }
-    const char* Reason() const { return m_pchReason; } // why it is broken
+    const char* Reason() const { return m_pchReason; } // why it is broken: a constant; null if it is not
 
-    // The next line begins an object; after a broken one, nothing does.
+    // Says that the next line begins an object. A broken stream stays broken.
     void Restart() { m_State = m_State == Broken ? Broken : TypeNext; }
 
-    // Why a line cannot stand in an object at all, at its begin, as the count line, as a property line; or null. A line
-    // is uLength characters, of which the last may be a newline, and a terminator. What is a line at all is asked first.
+    // Return a constant text, why the line is not valid, or null. LineFault is for every line and has to be asked first,
+    // the others for a type line, a count line and a property line. A line is uLength characters, its newline included,
+    // and a terminator. CountFault stores the number of properties when it returns null; otherwise *pulCount may be
+    // unchanged.
     static const char* LineFault(const char* pchLine, std::size_t uLength) {
         return uLength == 0 || pchLine[uLength - 1] != '\n' ? "the last line is truncated"
                : std::strlen(pchLine) != uLength            ? "a line contains a zero byte"
@@ -56,7 +58,8 @@ public:
     // What the object lacks when the stream ends within it.
     static const char* EndFault() { return "the last lines are missing"; }
 
-    // The next line, as it was read. A line behind the property list is a class's own.
+    // Takes the next line, as it was read. Lines after the property list belong to the object's class and are not checked,
+    // but for LineFault.
     void Take(const char* pchLine, std::size_t uLength) {
         const char* pchFault = LineFault(pchLine, uLength);
         if (!pchFault && m_State == TypeNext) {
@@ -74,13 +77,14 @@ public:
         }
     }
 
-    // The stream is over: an object that has begun is broken.
+    // Says that the stream has ended: an incomplete object is then broken.
     void End() {
         if (m_State == CountNext || m_State == PropertyNext) {
             Break(EndFault());
         }
     }
 
+    // Marks the object as broken. The reason is lent and must outlive this object.
     void Break(const char* pchReason) {
         m_State = Broken;
         m_pchReason = pchReason;
