@@ -7,7 +7,7 @@
 #include <type_traits>
 
 namespace KESTRAN {
-class IComponent; // named by FRAMEWORK::GetDataRecorderComponentPortal, never used
+class IComponent; // a parameter type of FRAMEWORK::GetDataRecorderComponentPortal; never defined
 }
 
 namespace VESK {
@@ -15,7 +15,7 @@ namespace VESK {
 using Byte4Type = unsigned int;   // 32 bits
 using Byte2Type = unsigned short; // 16 bits: counts and indexes of pads, properties, plugins, connections
 
-// A byte as a number from -128 to 127: char itself, except where that is unsigned.
+// A byte as a number from -128 to 127: char where char is signed, otherwise signed char.
 using SignedByte = std::conditional<(CHAR_MIN < 0), char, signed char>::type;
 
 static_assert(sizeof(Byte4Type) == 4 && sizeof(Byte2Type) == 2, "fixed widths are part of the interface");

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The element that `property` and `config` lines of pipe files act on: the process has one for each of the two
-// building forms, the last one that a line of that form made. It stands here, below the pipeline, because an element
-// that dies is forgotten by both.
+// The current elements, which `property` and `config` lines of pipe files act on. The process has one for each of the
+// two building forms: the last element that a line of this form created. The destructor of every element removes it.
 //
-// While a thread is building from a file, its lines act on the last one that it made itself in this build, if there
-// is one. That is the same element, unless another thread is building with this form at the same time.
+// While a thread builds from a file, its lines act on the last element that this thread created in this build, if any.
+// This matters only while another thread builds with the same form.
 #ifndef FWLIB_INTERNAL_CURRENTELEMENT_H
 #define FWLIB_INTERNAL_CURRENTELEMENT_H
 
@@ -19,18 +18,19 @@ enum BuildForm { PlainForm, ConfiguredForm, BuildForms }; // without and with a 
 
 extern std::atomic<EObject*> apcCurrentElements[BuildForms]; // lent; null when there is none
 
-// What a thread knows of the files it is building from, one within the other.
+// The build of a thread: one pipe file, or several nested ones.
 struct ThreadBuild {
-    int iDepth; // of the files
+    int iDepth; // number of nested files; 0 while the thread builds nothing
     bool abMade[BuildForms];
     EObject* apcMade[BuildForms]; // lent
 };
 
-// Not thread_local, whose initialization each use would test. The loader makes its place when it loads the library,
-// else the first use would take memory, and end the process when there is none.
+// Not thread_local, which would test at each use whether it is initialized. With the initial-exec model the loader
+// reserves the memory when it loads the library. Otherwise the first use would allocate it, and end the process when
+// there is not enough memory.
 extern __thread ThreadBuild cThreadBuild __attribute__((tls_model("initial-exec")));
 
-// Stands for a pipe file while the thread is building from it.
+// Exists while the thread builds from a pipe file.
 class Nesting {
 public:
     Nesting() { ++cThreadBuild.iDepth; }
@@ -59,7 +59,7 @@ inline void ForgetElement(const EObject* pElement) {
             cThreadBuild.apcMade[i] = nullptr;
         }
         EObject* pCurrent = apcCurrentElements[i].load(std::memory_order_relaxed);
-        if (pCurrent == pElement) { // another thread may set it meanwhile, which then stays
+        if (pCurrent == pElement) { // an element that another thread sets meanwhile is kept
             apcCurrentElements[i].compare_exchange_strong(pCurrent, nullptr);
         }
     }

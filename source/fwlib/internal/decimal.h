@@ -11,7 +11,7 @@
 
 namespace VESK {
 
-// The digits of the numbers below 100, in words: the first digit lowest.
+// For each number below 100, its two digits in one 16-bit word, the first digit in the low byte.
 struct DigitPairs {
     constexpr DigitPairs() : ab2Pair() {
         for (unsigned int u = 0; u < 100; ++u) {
@@ -22,7 +22,7 @@ struct DigitPairs {
 };
 inline constexpr DigitPairs Pairs;
 
-// A number in decimal. 20 digits, a sign and a terminator hold every 64-bit number.
+// A number as decimal text. The array has room for every 64-bit number: 20 digits, a sign and a terminator.
 class DecimalText {
 public:
     explicit DecimalText(int iValue) { Format(MagnitudeOf(iValue), iValue < 0); }
@@ -36,7 +36,7 @@ public:
 
 private:
     static constexpr std::size_t Size = 24;
-    static constexpr Byte4Type WordLimit = 1000000; // six digits, a sign and the terminator are a word
+    static constexpr Byte4Type WordLimit = 1000000; // 6 digits, a sign and a terminator are 8 bytes
 
     static Byte4Type MagnitudeOf(int iValue) {
         const auto uValue = static_cast<Byte4Type>(iValue);
@@ -70,8 +70,8 @@ private:
         m_uLength = Size - 1 - m_uBegin;
     }
 
-    // Composed in a register, since a word that is read right after its bytes were written one by one makes the
-    // processor wait.
+    // Composes the text in a register: a word that is read right after its bytes were written one by one stalls the
+    // processor.
     void FormatWord(Byte4Type b4Value, bool bNegative) {
         TextWord Word = 0;
         m_uBegin = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The growth of every table in the library: by 16 slots, never shrinking, never past its counter.
+// How every table of the library grows: by 16 slots, up to the limit of its counter. Tables never shrink.
 #ifndef FWLIB_INTERNAL_GROWTH_H
 #define FWLIB_INTERNAL_GROWTH_H
 
@@ -9,10 +9,10 @@
 namespace VESK {
 
 constexpr Byte4Type GrowthStep = 16;
-constexpr Byte4Type LargestCapacity = 0x10000 - GrowthStep; // 65,520: the last step that a Byte2Type counts
+constexpr Byte4Type LargestCapacity = 0x10000 - GrowthStep; // 65,520: the last multiple of 16 in a Byte2Type
 
-// Moves the table's entries into a block of b4NewCapacity slots. 0 with the table as it was when memory is
-// out.
+// Moves the table's entries into a block of b4NewCapacity slots. Returns 0, with the table unchanged, when there is not
+// enough memory.
 template <class Entry>
 int Regrow(Entry*& pTable, Byte4Type b4Count, Byte4Type b4NewCapacity) {
     constexpr Byte4Type Size = sizeof(Entry);
@@ -24,8 +24,8 @@ int Regrow(Entry*& pTable, Byte4Type b4Count, Byte4Type b4NewCapacity) {
     return 1;
 }
 
-// Makes room for one more entry in tables that grow together. 0 with the tables' entries, the capacity and
-// the count as they were when memory is out or the next step passes b4Largest.
+// Gives tables of the same capacity a slot for one more entry. Returns 0, with entries, capacity and count unchanged,
+// when there is not enough memory or the new capacity would be over b4Largest.
 template <class Counter, class Count, class... Entry>
 int MakeRoom(Counter& Capacity, Count Used, Byte4Type b4Largest, Entry*&... pTables) {
     const auto b4Used = static_cast<Byte4Type>(Used);
@@ -41,7 +41,7 @@ int MakeRoom(Counter& Capacity, Count Used, Byte4Type b4Largest, Entry*&... pTab
     return 1;
 }
 
-// Appends to a table of pointers: 1, or 0 with all as it was.
+// Appends an entry to a table of pointers. Returns 1; or 0 with the table unchanged.
 template <class Counter, class Pointer>
 int Append(Pointer*& ppTable, Counter& Capacity, Counter& Count, Pointer pEntry) {
     if (!MakeRoom(Capacity, Count, LargestCapacity, ppTable)) {

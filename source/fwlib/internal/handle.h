@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A file handle and the stream behind it are the same address; this is the only place that says so. With it the
-// wrappers that streams need for each line: a function more in between costs 32-bit code a tenth of a short line.
+// A file handle and its stream have the same address; no other file of the library relies on that. The calls that
+// streams make for each line are inline: in 32-bit code, one more call takes a tenth of the time of a short line.
 #ifndef FWLIB_INTERNAL_HANDLE_H
 #define FWLIB_INTERNAL_HANDLE_H
 
@@ -32,22 +32,23 @@ inline char* GetLine(char* pchBuffer, unsigned int uSize, char* pFile) {
     return std::fgets(pchBuffer, iSize, StreamOf(pFile));
 }
 
-// The C library shows this state of a stream only in the fields that its own macros use, which are stable. Where
-// there are none such, the slower way is taken each time.
+// glibc shows the state of a stream only in fields that are stable because its own macros use them. With other C
+// libraries, the callers always take their slow path.
 #ifdef __GLIBC__
 
-// The stream holds nothing and remembers no position, so that a write to its descriptor comes where one to it would.
+// True if the stream buffers nothing and caches no position: a write to its descriptor then has the same position.
 inline bool InStep(const std::FILE* pFile) {
     return pFile->_IO_write_ptr == pFile->_IO_write_base && pFile->_IO_read_ptr == pFile->_IO_read_end &&
            pFile->_offset == -1;
 }
 
-// stdio has not used the stream yet, so only writes to its descriptor moved it.
+// True if stdio has not used the stream yet: then only reads and writes on its descriptor moved the position.
 inline bool Untouched(const std::FILE* pFile) {
     return !pFile->_IO_buf_base;
 }
 
-// Copies the next line without its newline, if the stream holds it whole and it fits: its length, or -1.
+// If the stream's buffer contains the complete next line and the line fits, copies it without its newline and returns
+// its length. Otherwise returns -1.
 inline std::ptrdiff_t HeldLine(std::FILE* pFile, char* pchBuffer, std::size_t uSize) {
     const auto uHeld = static_cast<std::size_t>(pFile->_IO_read_end - pFile->_IO_read_ptr);
     const char* const pchFirst = pFile->_IO_read_ptr;

@@ -2,8 +2,8 @@
 #ifndef FWLIB_INTERNAL_HIDDEN_H
 #define FWLIB_INTERNAL_HIDDEN_H
 
-// Of a namespace block: nothing in it is exported. Hidden before it is called, a function needs no procedure table, whose
-// register costs 32-bit code.
+// Hides all declarations of a namespace block. A call of a hidden function does not need the procedure linkage table,
+// whose register set-up costs time in 32-bit code.
 #define FWLIB_HIDDEN [[gnu::visibility("hidden")]]
 
 #endif

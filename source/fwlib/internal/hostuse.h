@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A class that serializes itself may use the recorder's stream, to write its length where it began for instance. The
-// recorder is informed here, before the wrapper that the class calls does its work.
+// A class that serializes itself may use the recorder's stream, for example to go back and store its length. The fw
+// function that it calls notifies the recorder first, through this header.
 #ifndef FWLIB_INTERNAL_HOSTUSE_H
 #define FWLIB_INTERNAL_HOSTUSE_H
 
@@ -12,10 +12,11 @@ class ObjectFileWrite;
 
 struct ObjectAtHand;
 
-// Lent: the innermost on this thread; null when there is none. The loader makes its place, so that no use takes memory.
+// The innermost object of this thread; lent, null if there is none. The loader reserves its memory (initial-exec), so
+// that no use allocates.
 extern __thread ObjectAtHand* pObjectAtHand __attribute__((tls_model("initial-exec")));
 
-// One for each object that is being serialized, while it is.
+// Exists while an object is being serialized.
 struct ObjectAtHand {
     using BeforeUse = void (*)(ObjectFileWrite& cWriter, char* pFile);
 
@@ -27,9 +28,9 @@ struct ObjectAtHand {
     ObjectAtHand(const ObjectAtHand&) = delete;
     ObjectAtHand& operator=(const ObjectAtHand&) = delete;
 
-    ObjectFileWrite* pWriter; // lent; null when it is none of the library's, and once it is destroyed
+    ObjectFileWrite* pWriter; // lent; null for a host's writer, and after the recorder was destroyed
     const BeforeUse pBeforeUse;
-    ObjectAtHand* const pOuter; // lent: of the object around this one; null when there is none
+    ObjectAtHand* const pOuter; // lent: the object whose serialization contains this one; or null
 };
 
 inline void BeforeHostUse(char* pFile) {

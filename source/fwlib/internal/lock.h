@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A lock that needs no construction, no destruction and no memory, and does not fail: std::mutex may throw.
+// A lock that needs no construction, destruction or memory and cannot fail; std::mutex may throw.
 #ifndef FWLIB_INTERNAL_LOCK_H
 #define FWLIB_INTERNAL_LOCK_H
 
@@ -9,7 +9,7 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-// Holds the lock while it exists.
+// Locks the mutex while it exists.
 class Locked {
 public:
     explicit Locked(pthread_mutex_t& Lock) : m_Lock(Lock) { pthread_mutex_lock(&m_Lock); }

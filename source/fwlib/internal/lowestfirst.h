@@ -4,8 +4,8 @@
 
 namespace VESK {
 
-// Whether the lowest byte of a word comes first in memory. Code that works on several bytes in a word needs this; other
-// processors run the loop over single bytes that stands beside it.
+// Whether the lowest byte of a word comes first in memory (little-endian). Code that processes several bytes in one
+// word requires this. On other processors, a loop over single bytes next to it does the same.
 constexpr bool LowestFirst = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
 
 } // namespace VESK

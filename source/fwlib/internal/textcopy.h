@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Copies of texts, and texts read a word at a time.
+// Copying texts, and reading them a word at a time.
 #ifndef FWLIB_INTERNAL_TEXTCOPY_H
 #define FWLIB_INTERNAL_TEXTCOPY_H
 
@@ -14,7 +14,7 @@
 
 namespace VESK {
 
-// Texts are hashed and numbers composed a word at a time.
+// The word in which texts are hashed and numbers are composed.
 using TextWord = std::uint64_t;
 constexpr std::size_t WordSize = sizeof(TextWord);
 
@@ -24,7 +24,7 @@ inline TextWord LoadWord(const char* pch) {
     return Word;
 }
 
-// A word of at most 7 characters.
+// Returns at most 7 characters as one word.
 inline TextWord LoadTail(const char* pch, std::size_t uLength) {
     constexpr std::size_t Half = sizeof(Byte4Type);
     if (!LowestFirst) {
@@ -41,14 +41,15 @@ inline TextWord LoadTail(const char* pch, std::size_t uLength) {
         }
         return b4First;
     }
-    Byte4Type b4Second; // begins within the first; in two steps, since none can be by all 32 bits
+    Byte4Type b4Second; // may overlap the first; shifted in two steps, as a shift by 32 bits is undefined
     std::memcpy(&b4First, pch, Half);
     std::memcpy(&b4Second, pch + uLength - Half, Half);
     b4Second = b4Second >> CHAR_BIT >> (WordSize - 1 - uLength) * CHAR_BIT;
     return TextWord{b4Second} << Half * CHAR_BIT | b4First;
 }
 
-// Copies exactly so many bytes; the places may overlap. Most texts are short, and a call costs more than two words.
+// Copies exactly uLength bytes; source and target may overlap. Most texts are short, and a call of memmove costs more
+// than copying two words.
 inline void CopyShort(char* pchTo, const char* pchFrom, std::size_t uLength) {
     constexpr std::size_t Half = sizeof(Byte4Type);
     if (uLength > 2 * WordSize) {
@@ -74,7 +75,7 @@ inline void CopyShort(char* pchTo, const char* pchFrom, std::size_t uLength) {
     }
 }
 
-// Copies at most uSize - 1 characters and terminates. The text may overlap the buffer.
+// Copies at most uSize - 1 characters and appends a terminator. The text may overlap the buffer.
 inline void CopyBounded(char* pchBuffer, std::size_t uSize, const char* pchText) {
     const std::size_t uLength = strnlen(pchText, uSize - 1);
     CopyShort(pchBuffer, pchText, uLength);
@@ -86,8 +87,8 @@ void CopyBounded(char (&achBuffer)[Size], const char* pchText) {
     CopyBounded(achBuffer, Size, pchText);
 }
 
-// A fresh copy of a text in a block of its size, or null when memory is out. Texts are many and small, so they come
-// from malloc itself: a call of fwmalloc costs 32-bit code a sixth of a duplicate. Released with free.
+// Returns a copy of the text in a block of its exact size, to be released with free; or null when there is not enough
+// memory. malloc is called directly: in 32-bit code, fwmalloc would take a sixth of the time of a Duplicate.
 inline char* StoreText(const char* pchText, std::size_t uLength) {
     char* const pchStored = uLength < UINT32_MAX ? static_cast<char*>(std::malloc(uLength + 1)) : nullptr;
     if (pchStored) {

@@ -17,9 +17,9 @@ inline bool TextEquals(const char* pchLeft, const char* pchRight) {
     return *pchLeft == *pchRight && std::strcmp(pchLeft, pchRight) == 0;
 }
 
-// Compares one text with many, a machine word at a time. A host may put texts of its own into a list, in blocks that
-// end with their terminator. So a word is read only at a multiple of its size and when its first byte belongs to the
-// text: it ends in the same page, and what is behind the terminator does not count. An address checker must not see it.
+// Compares one text with many, a machine word at a time. The other text may be in a host's block that ends with its
+// terminator. So a word is read only at an aligned address, where it is in one page, and only if its first byte belongs
+// to the text. Bytes after the terminator are masked. The address sanitizer is off, as it would report these reads.
 class TextMatch {
 public:
     explicit TextMatch(const char* pchText)
@@ -33,11 +33,11 @@ public:
         return m_uWhole == 0 ? Equals<0>(pchOther) : Equals<Many>(pchOther);
     }
 
-    // The number of whole words; Many for more than one.
+    // Returns the number of complete words; Many for more than one.
     static constexpr int Many = 2;
     int Words() const { return m_uWhole < Size ? 0 : m_uWhole == Size ? 1 : Many; }
 
-    // Words is what that tells.
+    // Words: the result of Words().
     template <int Words>
     bool Equals(const char* pchOther) const {
         if (!LowestFirst || reinterpret_cast<std::uintptr_t>(pchOther) % Size != 0) {
@@ -61,10 +61,10 @@ private:
         return Chars;
     }
 
-    // The characters behind the whole words.
+    // The characters after the complete words.
     Word TailOf() const {
         const std::size_t uTail = m_uLength % Size;
-        if (m_uWhole > 0) { // in two steps, since none can be by all bits
+        if (m_uWhole > 0) { // shifted in two steps, as a shift by all bits is undefined
             return Load(m_pchText + m_uLength - Size) >> CHAR_BIT * (Size - 1 - uTail) >> CHAR_BIT;
         }
         return static_cast<Word>(LoadTail(m_pchText, uTail));
@@ -74,7 +74,7 @@ private:
         return LoadWhole(pchOther + uFrom) == Load(m_pchText + uFrom);
     }
 
-    // The whole words behind the first, two in an iteration.
+    // Compares the complete words after the first, two in an iteration.
     bool RestEquals(const char* pchOther) const {
         std::size_t u = Size;
         for (; u + Size < m_uWhole; u += 2 * Size) {
@@ -92,7 +92,7 @@ private:
     Word m_Tail;
 };
 
-// A text, lent, of known length.
+// A lent text and its length.
 class SoughtText {
 public:
     explicit SoughtText(const char* pchText) : SoughtText(pchText, std::strlen(pchText)) {}
@@ -101,7 +101,7 @@ public:
     const char* Begin() const { return m_pchText; }
     std::size_t Length() const { return m_uLength; }
 
-    // Of the first word and the last; its upper bits are the best mixed.
+    // Hashes the first and the last word. The upper bits are mixed best.
     Byte4Type Hash() const {
         const TextWord Mixed = m_uLength < WordSize
                                    ? LoadTail(m_pchText, m_uLength)
@@ -109,7 +109,7 @@ public:
         return (static_cast<Byte4Type>(Mixed) ^ static_cast<Byte4Type>(Mixed >> 32)) * 0x9E3779B1U;
     }
 
-    // Whether the other text, cut to uCut characters, equals this one.
+    // Whether the other text, truncated to uCut characters, equals this one.
     bool EqualsCut(const char* pchOther, std::size_t uCut) const {
         return m_uLength < uCut ? TextEquals(pchOther, m_pchText)
                                 : m_uLength == uCut && std::strncmp(pchOther, m_pchText, uCut) == 0;

@@ -9,7 +9,7 @@ namespace {
 
 enum Order { LittleEndian, BigEndian };
 
-// How far the byte at a position is shifted up in a value of that size.
+// The number of bits by which the byte at a position is shifted in a value of that size.
 template <Order ByteOrder, unsigned int Size>
 constexpr unsigned int ShiftOf(unsigned int uPosition) {
     return 8 * (ByteOrder == LittleEndian ? uPosition : Size - 1 - uPosition);

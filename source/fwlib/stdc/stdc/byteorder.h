@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Fields of 8, 16 and 32 bits in a named byte order, in memory and in files, the same on every host.
 //
-// Big-endian is the most significant byte first. The memory functions take the target first, need 2 or 4 bytes at any
-// address and cannot fail. The file functions return 1 when every byte was transferred and 0 otherwise, with the
-// position after the last byte transferred; a file handle must not be null. Functions without a byte order in their name
-// are big-endian.
+// Big-endian: the most significant byte first. The memory functions take the target first, access 2 or 4 bytes at any
+// alignment and cannot fail. The file functions return 1 when every byte was transferred. Otherwise they return 0, and
+// the position is after the last byte transferred. A file handle must not be null. Functions without a byte order in
+// their name are big-endian.
 #ifndef FWLIB_STDC_STDC_BYTEORDER_H
 #define FWLIB_STDC_STDC_BYTEORDER_H
 
@@ -32,11 +32,11 @@ FWLIB_EXPORT int WriteByte2Type(char* pFile, unsigned short& usValue);
 FWLIB_EXPORT int WriteByte4TypeBigEndian(char* pFile, unsigned int& uValue);
 FWLIB_EXPORT int WriteByte4Type(char* pFile, unsigned int& uValue);
 
-// Every byte is written by itself, also after one that failed.
+// Each byte is written by a call of its own. When one fails, the others are still written.
 FWLIB_EXPORT int WriteByte2TypeLittleEndian(char* pFile, unsigned short& usValue);
 FWLIB_EXPORT int WriteByte4TypeLittleEndian(char* pFile, unsigned int& uValue);
 
-// A short read leaves the variable as it was.
+// When a byte is missing, the variable is unchanged.
 FWLIB_EXPORT int ReadByte2TypeBigEndian(char* pFile, unsigned short& usValue);
 FWLIB_EXPORT int ReadByte2TypeLittleEndian(char* pFile, unsigned short& usValue);
 FWLIB_EXPORT int ReadByte2Type(char* pFile, unsigned short& usValue);

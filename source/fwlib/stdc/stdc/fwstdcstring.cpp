@@ -15,7 +15,7 @@
 #include <ctime>
 #include <strings.h>
 
-// fwassert reports in optimized builds too, where the platform's header would hide its report function.
+// fwassert must report in optimized builds too, where NDEBUG would hide the platform's report function.
 #undef NDEBUG
 #include <cassert>
 
@@ -169,7 +169,7 @@ char* fwstrncat(char* pchTarget, char* pchSource, int iCount) {
 }
 
 char* fwstrchr(char const* pchText, char ch) {
-    // The platform's function for texts that may be written to gives the position its writable type.
+    // The platform's overload for writable texts returns a writable position.
     return ::strchr(Text(pchText), ch);
 }
 
@@ -186,7 +186,7 @@ char* fwstrupr(char* pchText) {
 
 int fwatoi(char* pchText) {
     const long lValue = fwatol(pchText);
-    if (lValue > INT32_MAX || lValue < INT32_MIN) { // only where a long is wider
+    if (lValue > INT32_MAX || lValue < INT32_MIN) { // possible only where a long has 64 bits
         errno = ERANGE;
         return lValue > 0 ? INT32_MAX : INT32_MIN;
     }
@@ -211,7 +211,7 @@ long fwgetclockspersec() {
 
 void fwassert(Byte4Type b4Expression) {
     if (!b4Expression) {
-        // The place is a fixed text: what reads these reports knows this line by it.
+        // A fixed location: programs that read these reports recognize this line by it.
         __assert_fail("b4Expression", "source/fwlib/stdc/stdc/fwstdcstring", 71,
                       "void VESK::fwassert(Byte4Type)");
     }
