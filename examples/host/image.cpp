@@ -4,7 +4,7 @@
 //
 // Run: build/host/image
 // Output:
-//   24 x 10 pixels, 240 bytes, travel as 120.
+//   24 x 10 pixels, 240 bytes, stored in 120.
 //   ........................
 //   .......##########.......
 //   .....##############.....
@@ -43,10 +43,10 @@ Image DrawDisc(int iWidth, int iHeight) {
     return cImage;
 }
 
-// Writes the records Width, Height and Coded, then the compressed pixels. Coded is their size, which the reader must know
-// before it reads the block. Returns this size, or 0 if the image could not be sent.
+// Writes the records Width, Height and Coded, then the compressed pixels. Coded is their size, which the reader must
+// know before it reads the block. Returns Coded, or 0 if the image cannot be compressed.
 int Send(VESK::SWrite& cWriter, Image& cImage) {
-    const std::size_t uSize = cImage.Pixels.size(); // must be a multiple of 120; Compress drops the rest
+    const std::size_t uSize = cImage.Pixels.size(); // a multiple of 120; Compress omits a rest
     std::vector<unsigned char> Coded(uSize);
     const int iCoded =
         cWriter.Compress(Coded.data(), cImage.Pixels.data(), static_cast<VESK::Byte2Type>(uSize), 0);
@@ -97,7 +97,7 @@ int main() {
         std::fprintf(stderr, "image: %s does not contain the image\n", FileName);
         return 1;
     }
-    std::printf("%d x %d pixels, %zu bytes, travel as %d.\n", cReceived.iWidth, cReceived.iHeight,
+    std::printf("%d x %d pixels, %zu bytes, stored in %d.\n", cReceived.iWidth, cReceived.iHeight,
                 cReceived.Pixels.size(), iCoded);
     Show(cReceived);
     return 0;

@@ -66,7 +66,7 @@ int main() {
     VESK::EPipeline cPipeline;
     cPipeline.m_pFramework = &cFramework;
 
-    if (!cFramework.AddPlugin(VESK::Text("libfwlib.so"))) { // contains ESource
+    if (!cFramework.AddPlugin(VESK::Text("libfwlib.so"))) { // its factory creates ESource
         return 1;
     }
     auto* const pSum = new (std::nothrow) ESum;

@@ -5,10 +5,11 @@
 //   cmake --build build/plugin
 // The comment in examples/plugin/countdown.pipe contains the command that runs it.
 //
-// ECountdown: sends one object in each run. The property "Count" of the objects decreases to 1; after that a run returns 0.
+// ECountdown: sends one object in each run. The property "Count" of the objects decreases to 1. After that, a run
+// returns 0.
 //   sink pads     none
 //   source pads   1
-//   properties    "Start", first looked up in section "Standard", then in section "ECountdown": the first count; default 3
+//   properties    "Start": the first count, 3 if absent; looked up in section "Standard", then in section "ECountdown"
 //                 "Debug", 1 or more: prints each count, and at the end the number of objects
 #include <fwlib/fwlib.h>
 

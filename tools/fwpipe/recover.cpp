@@ -31,26 +31,28 @@ struct Options {
 };
 
 const char* const Examples =
-    R"(Keeps the complete objects at the start of FILE and cuts off the rest. FILE is unchanged unless --in-place is given.
-Recovering a recovered file changes nothing. Complete objects after the damage are counted, and kept with --resync:
-it continues at the next line where a complete object begins. Another complete object or the end of the file must
-follow it, and its QObjectType property, if it has one, must equal its first line.
+    R"(Copies the complete objects at the start of FILE to a new file, OUT. Complete objects after damage are counted,
+and copied only with --resync. --resync continues at the next line where a complete object begins. Another complete
+object or the end of the file must follow this object, and its property QObjectType, if present, must equal its first
+line.
 
---in-place fails if another process has FILE open for writing, if FILE changes during the work, or if its name refers
-to another file at the end. The new file has the owner, mode, access control list and extended attributes of FILE.
+--in-place replaces FILE by the result. It fails if another process has FILE open for writing, if FILE changes
+meanwhile, or if the path FILE then refers to another file. Owner, mode, access control list and extended attributes
+are copied to the result.
 
 Examples:
   fwpipe recover objects.txt                  writes objects.txt.recovered
   fwpipe recover --resync objects.txt         also keeps complete objects after damage
-  fwpipe recover objects.txt -o whole.txt     writes whole.txt, which must not exist
-  fwpipe recover --in-place objects.txt       replaces the file by its complete objects, in one step
+  fwpipe recover objects.txt -o new.txt       writes new.txt, which must not exist
+  fwpipe recover --in-place objects.txt       replaces objects.txt, in one step
 
 Exit status:
-  0         the file consists of complete objects only
-  1         no complete object was found, or the file could not be read, or the result could not be written. Nothing
-            was changed, unless --in-place --force emptied the file, or only the report could not be written
+  0         FILE consists of complete objects only, or is empty
+  1         no complete object was found, FILE could not be read, or the result could not be written; no file was
+            changed. Exceptions: --in-place --force emptied FILE; a process wrote to FILE at the moment when it was
+            replaced; the result was written, but standard output could not be
   2         wrong usage
-  3         the complete objects were kept, and something was cut off
+  3         complete objects were kept, and the other data was omitted
   129, 130, 143
             ended by SIGHUP, SIGINT or SIGTERM; nothing was changed
 )";
@@ -284,10 +286,11 @@ void AddRecover(CLI::App& cApp, Action& cChosen) {
     cRecover.add_flag("--resync", pOptions->bResync, "Also keep complete objects after damage");
     cRecover
         .add_flag("--in-place", pOptions->bInPlace,
-                  "Replace FILE, keeping its owner, mode and access control list")
+                  "Replace FILE; keep its owner, mode and access control list")
         ->excludes(pOut);
-    cRecover.add_flag("--force", pOptions->bForce,
-                      "Replace OUT if it exists; let --in-place empty FILE or remove complete objects");
+    cRecover.add_flag(
+        "--force", pOptions->bForce,
+        "Replace OUT if it exists; allow --in-place to empty FILE or to remove complete objects");
     cRecover.callback([pOptions, &cChosen] {
         if (pOptions->cOut.empty()) {
             pOptions->cOut = pOptions->cFile + (pOptions->bInPlace ? "" : ".recovered");

@@ -58,7 +58,8 @@ Exit status:
             written
   2         wrong usage
   129, 130, 143
-            ended by SIGHUP, SIGINT or SIGTERM; the first signal ends a loop after the current run, a second one at once
+            ended by SIGHUP, SIGINT or SIGTERM; the first signal ends a loop after the current run, a second at once
+  128 + N   an element received the fatal signal N, for example 139 for SIGSEGV
 )";
 
 int Build(Options& cOptions, VESK::EPipeline& cPipeline) {
@@ -198,7 +199,7 @@ void AddRun(CLI::App& cApp, Action& cChosen) {
         AddFileCommand(cApp, "run", "Build a pipeline from a pipe file, initialize it and run it", Examples,
                        pOptions->cFile, "The pipe file");
     cRun.add_option("--config", pOptions->cConfig,
-                    "Read properties of each element from the section of FILE named after its type")
+                    "Read each element's properties from the section of FILE that has the name of its type")
         ->type_name("FILE")
         ->check(CLI::Validator(Unreadable, ""));
     CLI::Option* const pDrain = cRun.add_flag("--drain", pOptions->bDrain, "Run until a run returns 0");
