@@ -28,7 +28,7 @@ public:
     int DataArrived(QObject* pObject, Byte2Type b2Index) override;
     int Run() override;
 
-    // The fields in their order are part of the binary interface.
+    // The order of the fields is part of the binary interface.
     SFileRead* m_pReader; // owned; null until Initialize, and after it failed
 };
 

@@ -22,7 +22,7 @@ public:
     int Initialize() override;
     int DataArrived(QObject* pObject, Byte2Type b2Index) override;
 
-    // The fields in their order are part of the binary interface.
+    // The order of the fields is part of the binary interface.
     SOURCEPAD* m_pSourcePad; // lent by the list of source pads; null until Initialize
     Byte4Type m_b4Debug;     // not 0: trace
 };

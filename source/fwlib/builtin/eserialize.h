@@ -36,7 +36,7 @@ public:
     int Initialize() override;
     int DataArrived(QObject* pObject, Byte2Type b2Index) override;
 
-    // The fields in their order are part of the binary interface.
+    // The order of the fields is part of the binary interface.
     SFileWrite* m_pWriter; // owned; null until Initialize
     Byte2Type m_b2Passthrough;
 };

@@ -38,7 +38,7 @@ public:
     int GetData(int iOffset, int iCount, int iSize, unsigned char** ppData);
     void DeleteData(unsigned char* pData); // null is ignored
 
-    // The fields in their order are part of the binary interface.
+    // The order of the fields is part of the binary interface.
     char m_achFileName[FileNameSize]; // extension included
     char* m_pFile;                    // owned; null when there is none
 };

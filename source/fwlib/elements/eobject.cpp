@@ -19,7 +19,7 @@ __thread ThreadBuild cThreadBuild __attribute__((tls_model("initial-exec")));
 
 namespace {
 
-constexpr Byte2Type MisuseTextSize = 64; // the type name that the base Run reports
+constexpr Byte2Type MisuseTextSize = 64; // for the type name that EObject::Run reports
 
 template <class Pad>
 void DeletePads(Pad** ppPads, Byte2Type b2Count) {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Pads: the numbered ends of an element. A source pad hands objects to the one sink pad it is connected to.
+// Pads: the connection points of an element. A source pad delivers objects to the one sink pad it is connected to.
 //
-// Delivery is a plain nested call on the caller's thread: Push calls the receiving element's DataArrived with
-// the object and the sink pad's index and returns its result, after all downstream work. There is no queue, no copy
-// and no allocation. A pad owns neither its element nor the pad it is connected to.
+// A delivery is a nested call on the caller's thread: Push calls the receiving element's DataArrived with the object
+// and the sink pad's index, and returns its result after all downstream work is done. There is no queue, no copy and no
+// allocation. A pad owns neither its element nor the pad it is connected to.
 #ifndef FWLIB_ELEMENTS_PAD_H
 #define FWLIB_ELEMENTS_PAD_H
 
@@ -20,7 +20,7 @@ public:
     PAD(const PAD&) = delete;
     PAD& operator=(const PAD&) = delete;
 
-    // The fields in their order are part of the binary interface.
+    // The order of the fields is part of the binary interface.
     EObject* m_pElement; // lent
 };
 
@@ -29,7 +29,7 @@ public:
     SINKPAD(EObject* pElement, Byte2Type b2Index);
     ~SINKPAD() override;
 
-    Byte2Type m_b2Index; // passed to DataArrived; chosen by the element, not a position
+    Byte2Type m_b2Index; // passed to DataArrived; chosen by the element, not always the position
 };
 
 class FWLIB_EXPORT SOURCEPAD : public PAD {
@@ -37,9 +37,9 @@ public:
     explicit SOURCEPAD(EObject* pElement);
     ~SOURCEPAD() override;
 
-    // Lends the object to the connected element and returns the result of its DataArrived. Returns 0 when the
-    // pad is not connected, which is reported as an error of its owner, if it has one: "SourcePad: No sink pad (broken
-    // pipe)\n". Returns 0 without a report when the sink pad has no owner.
+    // Lends the object to the connected element and returns the result of its DataArrived. If the pad is not connected,
+    // reports "SourcePad: No sink pad (broken pipe)\n" as an error of its owner, if it has one, and returns 0. Returns
+    // 0 without a report if the sink pad has no owner.
     int Push(QObject* pObject) {
         SINKPAD* const pSinkPad = m_pSinkPad;
         if (!pSinkPad) {
@@ -52,7 +52,7 @@ public:
         return pReceiver->DataArrived(pObject, pSinkPad->m_b2Index);
     }
 
-    SINKPAD* m_pSinkPad; // lent; set by whoever connects the pads, null while unconnected
+    SINKPAD* m_pSinkPad; // lent; set by the code that connects the pads; null while unconnected
 
 private:
     FWLIB_COLD int ReportUnconnected() { return BrokenPipe(); }

@@ -11,7 +11,7 @@ namespace VESK {
 
 namespace {
 
-// A copy that lost a property would be another object, so memory that runs out half-way ends in null.
+// Returns null when there is not enough memory for every property: an incomplete copy would be another object.
 template <class Object>
 QObject* DuplicateAs(const QObject& cSource) {
     auto* const pCopy = new (std::nothrow) Object;

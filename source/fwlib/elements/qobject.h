@@ -23,22 +23,22 @@ public:
 
     virtual ~QObject();
 
-    // A new object with the same properties, owned by the caller; null when memory is out. The base class creates a
-    // plain QObject, whatever the class of this object.
+    // A new object with the same properties, owned by the caller; null when there is not enough memory. The base class
+    // creates a plain QObject, whatever the class of this object.
     virtual QObject* Duplicate();
 
-    // The object in a stream: a line with the type name (at most 31 characters), then the property list.
-    // Both return 1. Deserialize reads only the list, because the caller has read the type line to create the object. At
-    // the end of the stream, the properties read so far are set.
+    // Write and read the object in a stream: a line with the type name (at most 31 characters), then the property list.
+    // Both return 1. Deserialize reads only the list, as the caller has read the type line to create the object. If the
+    // stream ends early, the properties before the end are set.
     virtual int Serialize(SWrite* pWriter);
     virtual int Deserialize(SRead* pReader);
 
     virtual int Write(SWrite* pWriter); // writes nothing and returns 1
-    virtual int GetEOF();               // 0
+    virtual int GetEOF();               // returns 0
 
-    int Copy(QObject* pObject); // sets every property of the other object in this one; always 1
+    int Copy(QObject* pObject); // sets every property of the other object in this one; returns 1
 
-    // The fields in their order are part of the binary interface.
+    // The order of the fields is part of the binary interface.
     PROPERTIES m_cProperties;
     Byte2Type m_b2Reserved; // 0; neither copied nor written
 };
@@ -47,8 +47,8 @@ class FWLIB_EXPORT QEOF : public QObject {
 public:
     QEOF();
     ~QEOF() override;
-    QObject* Duplicate() override; // a QEOF
-    int GetEOF() override;         // 1
+    QObject* Duplicate() override; // returns a QEOF
+    int GetEOF() override;         // returns 1
 };
 
 } // namespace VESK

@@ -13,25 +13,25 @@ namespace VESK {
 
 namespace {
 
-struct Address { // a type of this file's own, which keeps the map's code out of what the library exports
+struct Address { // a local type, so that the map's code is not exported
     const void* p;
     bool operator<(const Address& cOther) const { return p < cOther.p; }
 };
 
 struct Living {
-    std::mutex cMutex;                // threads that share no object may each have their own
+    std::mutex cMutex;                // threads with different objects share the map
     std::map<Address, Address> cCode; // by object
 };
 
-// Never destroyed: objects of static storage may die later than anything of this file.
+// Never destroyed: other static objects may be destroyed later than those of this file.
 Living& TheLiving() {
     alignas(Living) static unsigned char abLiving[sizeof(Living)];
     static auto* const pLiving = new (abLiving) Living;
     return *pLiving;
 }
 
-// Adds how many have their code in this one of the loaded objects. dladdr would do it, but waits for a lock that the
-// loader holds while another thread's plugin constructs or destroys its static objects, which wait for this file's.
+// Adds the number of objects whose code is in this loaded file. dladdr would wait for a lock that the loader holds
+// while another thread's plugin constructs or destroys its static objects, which wait for the mutex of this file.
 int CountLoaded(dl_phdr_info* pInfo, std::size_t, void* pCount) {
     std::size_t& uCount = *static_cast<std::size_t*>(pCount);
     for (const ElfW(Phdr)* p = pInfo->dlpi_phdr; p < pInfo->dlpi_phdr + pInfo->dlpi_phnum; ++p) {
@@ -50,7 +50,7 @@ void Watch(const void* pObject, const void* pCode) {
     try {
         TheLiving().cCode[{pObject}] = {pCode};
     } catch (const std::bad_alloc&) {
-        TheLiving().cCode.erase({pObject}); // not watched; nothing else depends on it
+        TheLiving().cCode.erase({pObject}); // not watched, which has no other effect
     }
 }
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Debug builds know every living element and data object, so that they can tell when the code of one is unloaded.
+// Debug builds list the existing elements and data objects, to detect when the code of one is unloaded.
 //
-// What is known of an object is an address in its code: where its construction was asked for, which is a constructor of
-// its class unless that class derives from one of this library's, and once a factory has made it, its class's table.
-// The objects themselves are never read: their memory may be released without a destructor call.
+// Each has an address in its code: at first the caller of the base class's constructor, which is a constructor of its
+// class unless that class derives from another one of this library; once a factory has created it, its table of virtual
+// operations. The objects are not read later: their memory may be released without a destructor call.
 #ifndef FWLIB_ELEMENTS_WATCH_H
 #define FWLIB_ELEMENTS_WATCH_H
 
@@ -13,9 +13,9 @@ namespace FWLIB_HIDDEN VESK {
 
 #ifdef FWLIB_WATCH
 
-void Watch(const void* pObject, const void* pCode); // replaces what was known of one at this address
+void Watch(const void* pObject, const void* pCode); // adds the object, or replaces the one at its address
 void Unwatch(const void* pObject);
-unsigned int UnloadedObjects(); // how many objects that were not destroyed have their code unloaded
+unsigned int UnloadedObjects(); // the number of existing objects whose code was unloaded
 
 #else
 
@@ -27,7 +27,7 @@ inline unsigned int UnloadedObjects() {
 
 #endif
 
-// Of an object that a factory has made, or null: it begins with the pointer to its class's table.
+// Watches an object that a factory has created, or null: it begins with the pointer to its virtual operations.
 template <class Object>
 Object* Watched(Object* pObject) {
     if (pObject) {

@@ -10,7 +10,7 @@
 
 #include <new>
 
-// The library as a plugin. The list holds addresses only, so it is complete before any code runs.
+// The library is a plugin itself. The list contains only addresses, so it is initialized before any code runs.
 class flibfactory final : public VESK::PluginFactory {
 public:
     flibfactory() : PluginFactory(flibfactorylist) {}

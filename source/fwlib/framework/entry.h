@@ -6,15 +6,15 @@
 #include "fwlib/export.h"
 #include "fwlib/types.h"
 
-// A plugin defines this function; including this header gives it its unmangled, exported name. The framework calls it
-// each time it loads the plugin. The plugin owns the factory, which must be valid as long as the plugin is loaded. The
+// A plugin defines this function; this declaration makes its name exported and unmangled. The framework calls it each
+// time it loads the plugin. The plugin owns the factory, which must be valid as long as the plugin is loaded. The
 // library's own factory creates "QObject" and the built-in elements.
 extern "C" FWLIB_EXPORT VESK::Factory* GetFactory();
 
 namespace VESK {
 
-// Refers to the constructors of FRAMEWORK, EPipeline, MFColorTable, SOURCEPAD and SFileRead, so that they are linked into
-// a host that only loads plugins. Each call leaks one object of each.
+// Uses the constructors of FRAMEWORK, EPipeline, MFColorTable, SOURCEPAD and SFileRead, so that they are linked into a
+// host that only loads plugins. Each call creates one object of each class and never destroys it.
 FWLIB_EXPORT void Pullin();
 
 } // namespace VESK

@@ -5,7 +5,7 @@ namespace VESK {
 
 namespace {
 
-// Asks the factories of a list, closed by null, in order, up to the first that creates the object.
+// Calls the factories of a list, which ends with null, until one creates the object.
 template <class Object>
 Object* FirstAnswer(Factory** ppFactories, Object* (Factory::*pCreate)(char*), char* pchType) {
     for (Factory** pp = ppFactories; pp && *pp; ++pp) {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Factories create elements, data objects and other objects by type name. Every plugin exports one.
 //
-//   Factory         the interface; never deleted through it
-//   LibraryFactory  a base that creates nothing: override the operations for your types
-//   PluginFactory   several factories behind one, asked in order
+//   Factory         the interface; do not delete a factory through it
+//   LibraryFactory  a base class that creates nothing: override the operations for your types
+//   PluginFactory   several factories, called in order
 #ifndef FWLIB_FRAMEWORK_FACTORY_H
 #define FWLIB_FRAMEWORK_FACTORY_H
 
@@ -12,7 +12,7 @@
 
 namespace VESK {
 
-// The create operations return a new object owned by the caller, or null for a name they do not know.
+// The create operations return a new object, which the caller owns, or null for an unknown name.
 class FWLIB_EXPORT Factory {
 public:
     // The order of the virtual operations is part of the binary interface.
@@ -35,10 +35,10 @@ public:
 
 class FWLIB_EXPORT PluginFactory : public Factory {
 public:
-    // The list ends with null and is lent, normally a static table of the plugin. A null list creates nothing.
+    // The list ends with null; it is lent and normally a static table of the plugin. A null list creates nothing.
     explicit PluginFactory(Factory** ppFactories);
 
-    // The first factory of the list that creates the object.
+    // Return the object of the first factory in the list that creates one.
     EObject* CreateElement(char* pchType) override;
     QObject* CreateQObject(char* pchType) override;
     void* CreateObject(char* pchType) override;

@@ -26,7 +26,7 @@ const char* Shown(const char* pchText) {
     return pchText ? pchText : "(null)";
 }
 
-// Asks the plugins' factories in load order; null when none creates the object.
+// Calls the plugins' factories in load order; null when none creates the object.
 template <class Object>
 Object* FirstAnswer(const FRAMEWORK& cFramework, Object* (Factory::*pCreate)(char*), char* pchType) {
     for (Byte4Type b4 = 0; b4 < cFramework.m_b2PluginCount; ++b4) {
@@ -43,7 +43,7 @@ Object* FirstAnswer(const FRAMEWORK& cFramework, Object* (Factory::*pCreate)(cha
     return nullptr;
 }
 
-// What element lines begin with.
+// The type and name at the beginning of an element's lines.
 struct Origin {
     explicit Origin(EObject& cElement) {
         PROPERTIES& cProperties = cElement.m_cProperties;
@@ -57,7 +57,7 @@ struct Origin {
     char achName[TypeTextSize];
 };
 
-// Whether the formatted text ends with a newline; not known without memory.
+// Whether the formatted text ends with a newline; false when there is not enough memory.
 FWLIB_PRINTF(1, 0) bool EndsLine(const char* pchFormat, va_list Values) {
     va_list Again;
     va_copy(Again, Values);
@@ -151,7 +151,7 @@ void FRAMEWORK::ErrorMessage(EObject* pElement, const char* pchFormat, va_list V
 
 PLUGIN* FRAMEWORK::LoadPlugin(char* pchPath) {
     std::unique_ptr<PLUGIN> pPlugin(new (std::nothrow)
-                                        FWPLUGIN(pchPath)); // closed too when the thread ends in it
+                                        FWPLUGIN(pchPath)); // also deleted if Initialize ends the thread
     if (pPlugin && !pPlugin->Initialize(this)) {
         return nullptr;
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Calls of a plugin's factory. An exception must not leave them: it could be caught after the code of its class
+// Calls of a plugin's factory. Exceptions are caught here: elsewhere, one could be caught after the code of its class
 // was unloaded.
 #ifndef FWLIB_FRAMEWORK_GUARDED_H
 #define FWLIB_FRAMEWORK_GUARDED_H
@@ -9,9 +9,9 @@
 
 namespace VESK {
 
-// What the call returns; null or 0, after a report, when it throws. The name is what was asked of the plugin. A
-// thread that ends within the call unwinds through it: where that is an exception, it is thrown on. It is
-// an exception without an object, which the sanitizer takes for a null reference.
+// Returns the result of the call; null or 0, after a report, if it throws. pchName is the requested type or path. A
+// thread that ends within the call may unwind by an exception, which is rethrown. That exception has no object, so a
+// sanitizer would report a null reference.
 template <class Call>
 __attribute__((no_sanitize("undefined"))) auto Guarded(const char* pchName, Call cCall) -> decltype(cCall()) {
     try {

@@ -12,7 +12,7 @@ namespace VESK {
 namespace {
 
 pthread_mutex_t Lock = PTHREAD_MUTEX_INITIALIZER;
-// Owned while there are any. The array has their size exactly: they are few.
+// Owned; null if there is no framework. There are few, so the array is reallocated for each.
 const FRAMEWORK** ppLiving = nullptr;
 std::size_t uLiving = 0;
 

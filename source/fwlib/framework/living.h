@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The frameworks that exist, so that an element that outlives its own does not report to it.
+// The existing frameworks: an element that outlives its framework must not report to it.
 #ifndef FWLIB_FRAMEWORK_LIVING_H
 #define FWLIB_FRAMEWORK_LIVING_H
 
@@ -8,7 +8,7 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-void BeginLife(const FRAMEWORK* pFramework); // without memory for the entry, it counts as destroyed
+void BeginLife(const FRAMEWORK* pFramework); // without memory for an entry, it counts as destroyed
 void EndLife(const FRAMEWORK* pFramework);
 bool Living(const FRAMEWORK* pFramework);
 

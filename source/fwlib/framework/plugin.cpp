@@ -23,7 +23,7 @@ using EntryPoint = Factory* (*)();
 
 constexpr const char* OwnFileName = "libfwlib.so";
 
-// The loader's record of the object that holds the code.
+// The loader's entry for the file that contains the code.
 link_map* ObjectOf(EntryPoint pCode) {
     Dl_info Info;
     void* pMap = nullptr;
@@ -31,9 +31,8 @@ link_map* ObjectOf(EntryPoint pCode) {
     return iFound ? static_cast<link_map*>(pMap) : nullptr;
 }
 
-// Whether the file reaches as far as the parts that the loader will map. It maps what the headers name, and
-// touching a page behind the end of the file ends the process. What is no shared object of this width is left to
-// the loader.
+// Whether the file contains all segments that the loader will map: an access to a page after the end of the file ends
+// the process. Files that are not shared objects of this width are left for the loader to report.
 bool IsWhole(const char* pchPath, const struct stat& Status) {
     std::FILE* const pFile = std::fopen(pchPath, "rbe");
     if (!pFile) {
@@ -55,8 +54,8 @@ bool IsWhole(const char* pchPath, const struct stat& Status) {
     return bWhole;
 }
 
-// Why the loader must not see the path, or null. It would wait for a pipe's other end, and read what a device gives. A
-// name without a slash only the loader can find.
+// Returns why the path must not be passed to the loader, or null. The loader would wait for the other end of a pipe,
+// and read from a device. Names without a slash are not checked, as only the loader can find them.
 const char* WhyRefused(const char* pchPath) {
     struct stat Status;
     if (!std::strchr(pchPath, '/') || stat(pchPath, &Status) != 0) {
@@ -68,13 +67,13 @@ const char* WhyRefused(const char* pchPath) {
     return IsWhole(pchPath, Status) ? nullptr : "file too short";
 }
 
-// Opens the path as it stands. The library's own name means the one that is running: the loader could find another by
-// it, or none, since an installation may lack the unversioned link.
+// Opens the path. The library's own name means the running library: the loader could find another one, or none, as an
+// installation may lack the unversioned link.
 void* OpenObject(const char* pchPath) {
     const bool bOwn = fwstrcmp(pchPath, OwnFileName) == 0;
     const link_map* const pOwn = bOwn ? ObjectOf(&::GetFactory) : nullptr;
     void* pHandle = nullptr;
-    if (pOwn && pOwn->l_name[0] != '\0') { // else it is part of the program
+    if (pOwn && pOwn->l_name[0] != '\0') { // empty: it is part of the program
         pHandle = dlopen(pOwn->l_name, RTLD_NOW | RTLD_NOLOAD);
     }
     if (!pHandle) {
@@ -83,8 +82,8 @@ void* OpenObject(const char* pchPath) {
     return pHandle || !pOwn ? pHandle : dlopen(pOwn->l_name, RTLD_NOW);
 }
 
-// The loader also looks through the libraries that a plugin was linked with, this one and other plugins among them, and
-// would return the entry point of one of those for a plugin that has none.
+// Whether the entry point belongs to another library. The loader also searches the libraries that a plugin was linked
+// with, such as this one, and would return an entry point of theirs for a plugin without one.
 bool IsBorrowed(EntryPoint pEntry, void* pHandle) {
     link_map* pMap = nullptr;
     return dlinfo(pHandle, RTLD_DI_LINKMAP, &pMap) == 0 && pMap != ObjectOf(pEntry);
@@ -92,7 +91,7 @@ bool IsBorrowed(EntryPoint pEntry, void* pHandle) {
 
 void Close(FWPLUGIN& cPlugin) {
     if (cPlugin.m_pHandle) {
-        const unsigned int uBefore = UnloadedObjects(); // of what the host unloaded
+        const unsigned int uBefore = UnloadedObjects(); // those whose code the host unloaded
         dlclose(cPlugin.m_pHandle);
         const unsigned int uUnloaded = UnloadedObjects();
         const unsigned int uObjects = uUnloaded > uBefore ? uUnloaded - uBefore : 0;
@@ -121,7 +120,7 @@ Factory* PLUGIN::GetFactory() {
 }
 
 FWPLUGIN::FWPLUGIN(char* pchPath) : m_achPath{}, m_pHandle(nullptr) {
-    // A path that was cut would name another file.
+    // A truncated path could name another file.
     if (pchPath && fwstrlen(pchPath) < PathSize) {
         CopyBounded(m_achPath, pchPath);
     }
@@ -132,7 +131,7 @@ FWPLUGIN::~FWPLUGIN() {
 }
 
 int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
-    Close(*this); // what is left of an earlier Initialize
+    Close(*this); // of an earlier Initialize
     m_pFramework = pFramework;
     const bool bPath = m_achPath[0] != '\0';
     if (const char* const pchRefusal = WhyRefused(m_achPath)) {

@@ -21,11 +21,11 @@ public:
     virtual ~PLUGIN();
     virtual int Initialize(FRAMEWORK* pFramework) = 0; // 1 when the factory was obtained
 
-    // The factory, lent; without one, reports "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n" on
+    // Returns the factory, lent. If there is none, reports "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n" on
     // standard error and returns null.
     Factory* GetFactory();
 
-    // The fields in their order are part of the binary interface.
+    // The order of the fields is part of the binary interface.
     FRAMEWORK* m_pFramework; // lent
     Factory* m_pFactory;     // lent by the shared object; null until Initialize
 };
@@ -35,17 +35,17 @@ public:
     enum : unsigned int { PathSize = 256 };
 
     // The path of the shared object, at most 255 characters. The loader searches for a name without a slash;
-    // "libfwlib.so" is always this library. With a null or longer path, Initialize fails.
+    // "libfwlib.so" is always this library. With a null, empty or longer path, Initialize fails.
     explicit FWPLUGIN(char* pchPath);
     ~FWPLUGIN() override;
 
-    // Opens the shared object, obtains its factory and initializes it. Reports on standard error and returns
-    // 0 when it cannot be opened, is no regular file, is truncated, exports no GetFactory of its own, or returns no
-    // factory.
+    // Opens the shared object, obtains its factory and initializes it. Reports on standard error and returns 0 if the
+    // file cannot be opened, is not a regular file or is truncated, if it exports no GetFactory of its own, or if that
+    // returns null.
     int Initialize(FRAMEWORK* pFramework) override;
 
     char m_achPath[PathSize]; // empty if the path was too long
-    void* m_pHandle;          // the loader's; null until Initialize
+    void* m_pHandle;          // from dlopen; null until Initialize
 };
 
 } // namespace VESK

@@ -80,7 +80,7 @@ public:
     // The pipeline's property names, then null.
     static char* const m_pachProperties[6];
 
-    // The fields in their order are part of the binary interface.
+    // The order of the fields is part of the binary interface.
     EObject** m_ppElements; // owned, as are the elements
     int m_iElementCapacity;
     int m_iElementCount;

@@ -15,9 +15,9 @@ namespace VESK {
 namespace {
 
 constexpr unsigned int LineSize = 256;                    // a line, or a piece of a longer one
-constexpr unsigned int LongestSectionName = LineSize - 3; // what a header of one line leaves for the name
+constexpr unsigned int LongestSectionName = LineSize - 3; // without both brackets and the terminator
 
-// PROPERTIES::ReadLine, but tells whether anything was read: at an error the end of the file never comes.
+// PROPERTIES::ReadLine, but returns 0 when nothing was read: after a read error, the end of the file is never reached.
 int NextLine(char* pFile, char* pchBuffer, unsigned int uSize) {
     if (!fwfgets(pchBuffer, uSize, pFile)) {
         if (uSize > 0) {
@@ -32,7 +32,7 @@ int NextLine(char* pFile, char* pchBuffer, unsigned int uSize) {
     return 1;
 }
 
-// Whether the section of this entry already stood at an earlier one.
+// Whether an earlier entry has the section of this one.
 bool SectionSeen(const PROPERTIES& cList, Byte4Type b4Entry) {
     TextMatch cSection(cList.m_pachSections[b4Entry]);
     for (Byte4Type b4 = 0; b4 < b4Entry; ++b4) {
@@ -43,13 +43,13 @@ bool SectionSeen(const PROPERTIES& cList, Byte4Type b4Entry) {
     return false;
 }
 
-// Writes the texts one after the other: 1 when all were taken.
+// Writes the texts one after the other. Returns 1 when all were written.
 template <class... Texts>
 int PutTexts(char* pFile, Texts... pchTexts) {
     return ((fwfputs(Text(pchTexts), pFile) >= 0) && ...);
 }
 
-// Writes the block of the section that the entry begins.
+// Writes the block of the section whose first entry this is.
 int WriteSection(const PROPERTIES& cList, Byte4Type b4First, char* pFile) {
     const char* const pchSection = cList.m_pachSections[b4First];
     TextMatch cSection(pchSection);

@@ -16,8 +16,8 @@ struct CutName {
     char achName[FileNameSize];
 };
 
-// Values are copied from list to list and have no place for a mark, so the text tells. It is as long as the line's
-// limit leaves it, and nobody files a name of exactly that text by accident.
+// A value has no flag that could be copied from list to list, so a truncated name is recognized by its text. The text
+// has the greatest possible length: a complete name is hardly ever the same.
 std::atomic<CutName*> pCutNames{nullptr};
 
 } // namespace

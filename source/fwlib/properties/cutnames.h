@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Names of files that a configuration file holds in a line that is longer than its readers take. Their lists keep what
-// was read, as any other value; but an element must not open the file of a truncated name.
+// File names in lines of configuration files that are too long to be read in one piece. A property list keeps the
+// truncated value like any other; but an element must not open the file with the truncated name.
 #ifndef FWLIB_PROPERTIES_CUTNAMES_H
 #define FWLIB_PROPERTIES_CUTNAMES_H
 
@@ -8,11 +8,11 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-// Keeps the name of a "Filename=" line that was cut, for the life of the process: 1, or 0 when memory is out. Other
-// lines need not be kept.
+// If this truncated line begins with "Filename=", records its name until the process ends. Returns 0 when there is not
+// enough memory, otherwise 1.
 int KeepCutName(const char* pchLine);
 
-// Whether the value of "Filename" is one that was cut.
+// Whether this value of "Filename" was truncated.
 bool IsCutName(const char* pchName);
 
 } // namespace VESK

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How entries get into a list.
+// Adding and replacing entries of property lists.
 #include "fwlib/properties/list.h"
 
 #include "fwlib/internal/growth.h"
@@ -14,7 +14,7 @@ namespace VESK {
 
 namespace {
 
-// Fresh copies, which the list takes over; some null when memory is out.
+// Copies that the list will own; null where there was not enough memory.
 struct OwnTexts {
     char* pchKey;
     char* pchValue;
@@ -26,7 +26,7 @@ int RoomForEntry(PROPERTIES& cList) {
                     cList.m_pachValues, cList.m_pachSections);
 }
 
-// Appends where there is room: 1, or 0 with the entries and their count as they were.
+// Appends an entry; the arrays have a free slot. Returns 1; or 0, with the list unchanged, if a text is null.
 int AppendEntry(PROPERTIES& cList, const OwnTexts& cTexts) {
     if (!cTexts.pchKey || !cTexts.pchValue || !cTexts.pchSection) {
         std::free(cTexts.pchKey);
@@ -96,7 +96,7 @@ int AddEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, st
                                StoreText(cSection.Begin(), cSection.Length())});
 }
 
-// Each entry is set as by SetProperty, but a key that is surely new is not looked for.
+// Sets each entry like SetProperty, but does not search for a key that is certainly new.
 int MergeEntries(PROPERTIES& cTarget, const PROPERTIES& cSource) {
     if (&cTarget == &cSource) {
         return 1;

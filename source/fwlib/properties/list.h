@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Work on a property list that its users do not see: finding without copying, setting texts of known length.
+// Internal operations on property lists: lookup without copies, setting texts of known length.
 #ifndef FWLIB_PROPERTIES_LIST_H
 #define FWLIB_PROPERTIES_LIST_H
 
@@ -15,11 +15,11 @@ namespace FWLIB_HIDDEN VESK {
 // Incremented when any list replaces or drops its "Name"; cached names are then stale.
 inline std::atomic<Byte4Type> NameChanges{0};
 
-// What FindEntry returns for a list with many entries from that one on, of which some may begin as the key does.
+// Continues FindEntry at entry b4 of a list that has many more entries.
 Byte4Type FindAmongMany(const PROPERTIES& cList, Byte4Type b4, const char* pchKey, const char* pchSection);
 
-// The index of the first entry with this key and section, or the list's count. Most keys differ in their first
-// character, and most lists are short: only a long one is worth preparing the key for.
+// Returns the index of the first entry with this key and section, or the number of entries. Most keys differ in their
+// first character, and most lists are short: only for a long list is the key prepared for a faster comparison.
 inline Byte4Type FindEntry(const PROPERTIES& cList, const char* pchKey, const char* pchSection) {
     constexpr Byte4Type Many = 4;
     const Byte4Type b4Count = cList.m_b2PropertyCount;
@@ -48,12 +48,12 @@ inline const char* FindStandard(const PROPERTIES& cList, const SoughtText& cKey)
 int SetEntry(PROPERTIES& cList, const char* pchKey, const char* pchValue, std::size_t uLength,
              const char* pchSection);
 
-// The same for an entry that is not in the list.
+// The same for an entry that is not in the list yet.
 int AddEntry(PROPERTIES& cList, const SoughtText& cKey, const char* pchValue, std::size_t uLength,
              const SoughtText& cSection);
 
-// Which keys a list may hold. A key that is not marked is not in the list, and need not be looked for: so a list is
-// read in a time that grows with its length, not with its square, up to some thousands of entries.
+// Tells which keys a list may contain. A key that is not marked is not in the list and need not be searched for. So the
+// time for reading a list grows with its length, not with its square, up to some thousands of entries.
 class KeyFilter {
 public:
     explicit KeyFilter(Byte4Type b4Keys) : m_uPower(LeastPower) {
@@ -71,7 +71,7 @@ public:
             Mark(SoughtText(cList.m_pachKeys[b4]));
         }
     }
-    // Returns whether it was marked before.
+    // Marks the key. Returns whether it was marked before.
     bool Mark(const SoughtText& cKey) {
         const Byte4Type b4Bit = cKey.Hash() >> (WordBits - m_uPower);
         Byte4Type& b4Word = m_aWords[b4Bit / WordBits];
@@ -84,26 +84,26 @@ public:
 private:
     static constexpr unsigned int WordBits = 32;
     static constexpr unsigned int BitsForKey = 16;
-    static constexpr unsigned int LeastPower = 7; // of two: the bits
+    static constexpr unsigned int LeastPower = 7; // the filter has 2^7 to 2^12 bits
     static constexpr unsigned int MostPower = 12; // 512 bytes
 
     unsigned int m_uPower;
     Byte4Type m_aWords[(1U << MostPower) / WordBits];
 };
 
-// PROPERTIES::Copy, but tells whether every entry of the source arrived.
+// PROPERTIES::Copy, but returns 0 when there was not enough memory for every entry.
 int MergeEntries(PROPERTIES& cTarget, const PROPERTIES& cSource);
 
-// What a configuration file would do to an entry: it may hold lines that a reader takes for others.
+// What happens to an entry in a configuration file: nothing, it is read back differently, or it cannot be written.
 enum class ConfigLoss { None, Reading, Writing };
 
-// The worst loss, and where it first is.
+// Returns the worst loss. Stores the first entry that has it; unchanged for None.
 ConfigLoss LossInConfig(const PROPERTIES& cList, Byte4Type* pb4Entry);
 
-// What keeps an entry from coming back out of a stream as it is, but for its section.
+// Why an entry is read back differently from a stream. Sections are not compared, as streams do not contain them.
 enum class StreamLoss { None, SignInKey, NewlineInKey, NewlineInValue, KeyTwice };
 
-// The first loss, and where it is.
+// Returns the first loss. Stores the index of its entry; unchanged for None.
 StreamLoss LossInStream(const PROPERTIES& cList, Byte4Type* pb4Entry);
 
 } // namespace VESK

@@ -14,7 +14,7 @@ namespace VESK {
 
 namespace {
 
-// The value of an entry, lent, or null.
+// The value of an entry, lent; null if there is none.
 char* FindValue(const PROPERTIES& cList, const char* pchKey, const char* pchSection) {
     if (!pchKey || !pchSection) {
         return nullptr;
@@ -23,7 +23,7 @@ char* FindValue(const PROPERTIES& cList, const char* pchKey, const char* pchSect
     return b4Index < cList.m_b2PropertyCount ? cList.m_pachValues[b4Index] : nullptr;
 }
 
-// Every typed getter: the converted value when the key is there, else the default.
+// The typed getters: the converted value if the key exists, otherwise the default.
 template <class Value, class Convert>
 int GetConverted(const PROPERTIES& cList, const char* pchKey, Value* pValue, Value Default,
                  const char* pchSection, Convert convert) {
@@ -34,9 +34,9 @@ int GetConverted(const PROPERTIES& cList, const char* pchKey, Value* pValue, Val
     return pchText != nullptr;
 }
 
-// fwatoi, which takes longer for a short number, as most are, than a list to find it.
+// fwatoi, but faster for short numbers, which most are: for those, fwatoi takes longer than finding the entry.
 int ToInt(char* pchText) {
-    constexpr int TooLong = 9; // digits, of which an int holds every number
+    constexpr int TooLong = 9; // digits; a number with fewer fits in an int
     int iValue = 0;
     int i = 0;
     for (; i < TooLong && pchText[i] >= '0' && pchText[i] <= '9'; ++i) {
@@ -49,8 +49,9 @@ long long ToLong(char* pchText) {
     return std::strtoll(pchText, nullptr, 10);
 }
 
-// Writes a number over a value that is no shorter, since only that much of its block is known to be there. Numbers are
-// set once for every object sent, and a fresh copy is most of the cost. A name is replaced where that is noticed.
+// Overwrites a value that is at least as long as the number, as the size of its block is not known otherwise. Numbers
+// are set for every object that is sent, and a new copy would be most of the cost. SetEntry replaces a "Name", as it
+// counts that.
 bool Overwrite(const PROPERTIES& cList, const char* pchKey, const DecimalText& cText,
                const char* pchSection) {
     char* const pchValue = FindValue(cList, pchKey, pchSection);
@@ -79,7 +80,7 @@ void Release(const PROPERTIES& cList) {
     fwfree(cList.m_pachSections);
 }
 
-// The caller's buffer holds the text and its terminator.
+// The caller's buffer has room for the text and its terminator.
 void CopyWhole(char* pchBuffer, const char* pchText) {
     std::memcpy(pchBuffer, pchText, std::strlen(pchText) + 1);
 }

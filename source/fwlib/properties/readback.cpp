@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a list would lose on its way through a configuration file or a stream.
+// Finds entries that would not be read back unchanged from a configuration file or a stream.
 #include "fwlib/internal/textmatch.h"
 #include "fwlib/properties/list.h"
 
@@ -9,15 +9,15 @@ namespace VESK {
 
 namespace {
 
-constexpr std::size_t LongestLine = 255;    // of a configuration file that is read whole
-constexpr std::size_t LongestPiece = 1023;  // that is written, newlines included
+constexpr std::size_t LongestLine = 255;    // of a configuration file that is read in one piece
+constexpr std::size_t LongestPiece = 1023;  // that is written, with its newlines
 constexpr std::size_t BracketsOfHeader = 2; // around a section's name
 
 bool HasNewline(const char* pchText) {
     return std::strchr(pchText, '\n') != nullptr;
 }
 
-// Whether the entry's key already stood at an earlier one, of that section unless it is null.
+// Whether an earlier entry has the same key, and this section unless it is null.
 bool StandsBefore(const PROPERTIES& cList, Byte4Type b4Entry, const char* pchSection) {
     TextMatch cKey(cList.m_pachKeys[b4Entry]);
     for (Byte4Type b4 = 0; b4 < b4Entry; ++b4) {

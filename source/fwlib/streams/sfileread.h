@@ -38,7 +38,7 @@ public:
     virtual int SetFile(char* pFile); // takes ownership of an open handle; does not close the old one; 1
     virtual Byte4Type GetFileSize();  // always 0
 
-    // The fields in their order are part of the binary interface.
+    // The order of the fields is part of the binary interface.
     char m_achFileName[FileNameSize]; // of the file last opened
     char* m_pFile;                    // owned, but for standard input; null when there is none
     char* m_pchLineBuffer;            // owned; null when there was no memory for it

@@ -32,7 +32,7 @@ public:
 
     void SetFile(char* pFile); // takes ownership of an open handle; the one it replaces is not closed
 
-    // The fields in their order are part of the binary interface.
+    // The order of the fields is part of the binary interface.
     char m_achFileName[FileNameSize]; // empty when no name was given
     char* m_pFile;                    // owned, but for standard output; null when there is none
 };
