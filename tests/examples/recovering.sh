@@ -205,9 +205,16 @@ END
 
 # What others do to the file while it is copied, and what ends that.
 meanwhile() {
-    local words number signal way status runner
-    stopped() { # CALL: waits until the command is about to make it
-        until grep -qs "^$1" trace || ! kill -0 "$runner" 2>/dev/null; do sleep 0.05; done
+    local words number signal way status runner only=()
+    stopping() { # CALL WORD...: starts fwpipe, which is stopped after its first such call
+        rm -f trace
+        strace -qq -o trace "${only[@]}" -e trace="$1" -e "inject=$1:signal=SIGSTOP:when=1" "$fwpipe" "${@:2}" >out 2>err &
+        runner=$!
+        until grep -qs 'stopped by SIGSTOP' trace || ! kill -0 "$runner" 2>/dev/null; do sleep 0.05; done
+    }
+    ended() { # returns its exit status
+        pkill -CONT -P "$runner"
+        wait "$runner"
     }
     strace -qq -o trace true 2>err || {
         echo 'skipped: no program may trace another here'
@@ -216,18 +223,16 @@ meanwhile() {
     export ASAN_OPTIONS=detect_leaks=0 LSAN_OPTIONS=detect_leaks=0
     { write 9 QObject a=b && echo QObject; } >damaged
     while IFS='|' read -r words number; do
-        rm -f file moved trace && cp damaged file
-        strace -qq -o trace -e trace=fsync -e inject=fsync:delay_enter=1000000:when=1 "$fwpipe" recover --in-place file >out 2>err &
-        runner=$!
-        stopped fsync
+        rm -f file moved && cp damaged file
+        stopping fsync recover --in-place file
         eval "$words"
         status=0
-        wait "$runner" || status=$?
+        ended || status=$?
         wait
         [[ $status == 1 && $(<err) == "fwpipe: file $number" && ! -s out ]] || fail "meanwhile $words: exit status $status"
         cmp -n "$(wc -c <damaged)" damaged "$([[ -e moved ]] && echo moved || echo file)" || fail "meanwhile $words: changed"
     done <<'END'
-(echo more >>file) &|was opened for writing meanwhile; left unchanged
+(echo more >>file) & sleep 0.5|was opened for writing meanwhile; left unchanged
 touch -hd @1 file|was changed meanwhile; left unchanged
 mv file moved && cp damaged file|is another file by now; nothing is changed
 mv file moved && ln -s moved file|is another file by now; nothing is changed
@@ -235,20 +240,17 @@ mv file moved|is another file by now; nothing is changed
 END
     grep -q fsync trace || fail "no copy is seen"
     # A folder that another one takes the name of.
-    rm trace && mkdir folder other && cp damaged folder/file && write 1 QObject c=d >other/file && cp other/file precious
-    strace -qq -o trace -e trace=fsync -e inject=fsync:delay_enter=600000:when=1 "$fwpipe" recover --in-place folder/file >out 2>err &
-    runner=$!
-    stopped fsync
+    mkdir folder other && cp damaged folder/file && write 1 QObject c=d >other/file && cp other/file precious
+    stopping fsync recover --in-place folder/file
     mv folder old && mv other folder
-    wait "$runner"
+    ended
     { cmp folder/file precious && cmp old/file <(write 9 QObject a=b); } || fail "another folder's file"
     # What is written until the end is read belongs to it.
-    rm trace && write 9 QObject a=b >file
-    strace -qq -o trace -P "$PWD/file" -e trace=read -e inject=read:delay_enter=600000:when=1 "$fwpipe" recover file -o grown >out 2>err &
-    runner=$!
-    stopped read
+    write 9 QObject a=b >file
+    only=(-P "$PWD/file")
+    stopping read recover file -o grown
     write 1 QObject a=b >>file
-    wait "$runner"
+    ended
     cmp file grown || fail "another file than at its end"
     [[ $(<out) == "file: 10 complete objects, $(wc -c <file) bytes, kept in grown"* ]] || fail "another size: $(<out)"
     # Nobody may use a file that changes its owner meanwhile.
