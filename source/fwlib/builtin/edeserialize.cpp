@@ -17,12 +17,12 @@ namespace VESK {
 
 namespace {
 
-// The reader that Initialize made; a host may have put one of its own in its place.
+// The reader that Initialize created; null if a host has replaced it.
 ObjectFileRead* OwnReader(EDeserialize& cElement) {
     return OwnClass<ObjectFileRead>::Of(cElement.m_pReader);
 }
 
-// Reports once why no object was read. Returns 0, the result of Run.
+// Reports why no object was read, each reason once. Returns 0, the result of Run.
 int ReportNone(EDeserialize& cElement, ObjectFileRead* pReader) {
     const char* const pchReason = pReader ? pReader->ReasonOnce() : nullptr;
     if (pchReason) {
@@ -32,7 +32,7 @@ int ReportNone(EDeserialize& cElement, ObjectFileRead* pReader) {
     return 0;
 }
 
-// A new object of the type that the line names, or null with a report.
+// Creates an object of the type in the line. Returns null after a report.
 QObject* CreateNamed(EDeserialize& cElement, char* pchType) {
     QObject* const pObject = cElement.m_pFramework ? cElement.m_pFramework->CreateQObject(pchType) : nullptr;
     if (!pObject) {
@@ -115,8 +115,8 @@ int EDeserialize::Run() {
         return 0;
     }
     pObject->Deserialize(m_pReader);
-    const bool bCame =
-        !pOwn || pOwn != OwnReader(*this) || pOwn->EndObject(); // its class may exchange the reader
+    // The object's class may replace the reader.
+    const bool bCame = !pOwn || pOwn != OwnReader(*this) || pOwn->EndObject();
     const int iResult = bCame ? Deliver(*this, *pObject) : ReportNone(*this, pOwn);
     delete pObject;
     return iResult;

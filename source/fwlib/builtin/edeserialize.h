@@ -2,13 +2,13 @@
 // EDeserialize: each Run reads one object from a file and sends it.
 //   sink pads       none: DataArrived returns 0
 //   source pads     1
-//   "Filename"      the file; standard input when absent. Initialize reports one that cannot be opened, and a name of
-//                   more than 255 characters, and returns 0
-//   "Strict"        when not 0, only an object whose every line arrived whole is sent. The first that did not is
-//                   reported with its byte offset, and nothing behind it is read
-//   returns         Run the result of the delivery; 0 at the end of the file, for a type that no plugin
-//                   serves, for a broken object, and before Initialize; without a report when the stream has no more
-//                   data yet or a signal interrupted it, and then the next Run reads the object from its beginning
+//   "Filename"      the file; standard input if absent. Initialize returns 0, after a report, if the file cannot be
+//                   opened or the name is longer than 255 characters
+//   "Strict"        if not 0, only complete objects are sent. The first object that is incomplete or invalid is
+//                   reported with its byte offset, and nothing after it is read
+//   returns         Run: the result of the delivery; 0 at the end of the file, for a type that no plugin creates, for
+//                   an incomplete or invalid object if strict, and before Initialize. Also 0, without a report, when
+//                   a stream has no more data yet or a signal interrupted it: the next Run reads the object again
 //   example         element EDeserialize  /  property Name replay  /  property Filename objects.txt
 #ifndef FWLIB_BUILTIN_EDESERIALIZE_H
 #define FWLIB_BUILTIN_EDESERIALIZE_H

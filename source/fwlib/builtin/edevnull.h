@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// EDevNull: takes every object and does nothing with it.
+// EDevNull: accepts every object and ignores it.
 //   sink pads     1
 //   source pads   none
-//   "Debug"       own, else the framework's: from 1 on "DataArrived(%d): QObjectType = %s\n" traces each object
+//   "Debug"       own, otherwise the framework's; from 1 on, traces each object: "DataArrived(%d): QObjectType = %s\n"
 //   returns       1; 0 for a null object, which is reported
 //   example       element EDevNull  /  property Name nowhere
 #ifndef FWLIB_BUILTIN_EDEVNULL_H

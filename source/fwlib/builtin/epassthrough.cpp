@@ -17,7 +17,7 @@ int Deliver(EPassthrough& cElement, QObject* pObject) {
     return cElement.m_pSourcePad ? cElement.m_pSourcePad->Push(pObject) : 0;
 }
 
-// The names as they are at this moment: what is downstream may change the object's.
+// The names at this moment: elements downstream may change the object's type.
 struct Trace {
     Trace(EPassthrough& cElement, QObject& cObject) : cType(cObject) {
         cElement.m_cProperties.GetProperty(Key::Name, achName, sizeof achName, nullptr, Section::Standard);
@@ -27,7 +27,7 @@ struct Trace {
     const ObjectTypeText cType;
 };
 
-// A delivery with its two trace lines, kept out of the way of those without.
+// A delivery with its two trace lines; out of line, as it is rare.
 __attribute__((cold, noinline)) int DeliverTraced(EPassthrough& cElement, QObject& cObject) {
     const Trace cBefore(cElement, cObject);
     std::printf("EPassthrough::%s: %s\n", cBefore.achName, cBefore.cType.achText);

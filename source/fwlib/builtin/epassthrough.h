@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// EPassthrough: hands every object on.
+// EPassthrough: delivers every object to its source pad.
 //   sink pads     1
 //   source pads   1
-//   "Debug"       own only: when not 0, standard output shows "EPassthrough::%s: %s\n" with name and object
-//                 type before each delivery, and "EPassthrough::%s: %s, rv=%d\n" with the result behind it
-//   returns       the delivery's; 0 for a null object, which is reported
+//   "Debug"       own only; if not 0, prints on standard output "EPassthrough::%s: %s\n" with name and object type
+//                 before each delivery, and "EPassthrough::%s: %s, rv=%d\n" with the result after it
+//   returns       the result of the delivery; 0 for a null object, which is reported
 //   example       element EPassthrough  /  property Name tap  /  property Debug 1
 #ifndef FWLIB_BUILTIN_EPASSTHROUGH_H
 #define FWLIB_BUILTIN_EPASSTHROUGH_H

@@ -20,7 +20,7 @@ ObjectTypeText TypeText(QObject& cObject) {
     return ObjectTypeText(cObject, "[No QObject Type]");
 }
 
-// The writer that Initialize made; a host may have put one of its own in its place.
+// The writer that Initialize created; null if a host has replaced it.
 ObjectFileWrite* OwnWriter(ESerialize& cElement) {
     return OwnClass<ObjectFileWrite>::Of(cElement.m_pWriter);
 }
@@ -32,7 +32,7 @@ void ReportLost(ESerialize& cElement, ObjectFileWrite& cWriter) {
     }
 }
 
-// Reports the first loss of an object, and how many were lost once one is stored again.
+// Reports the first object that is lost and, once one is stored again, how many were lost.
 void ReportLoss(ESerialize& cElement, QObject& cObject, ObjectFileWrite& cWriter, int iStored) {
     if (iStored) {
         ReportLost(cElement, cWriter);
@@ -42,8 +42,8 @@ void ReportLoss(ESerialize& cElement, QObject& cObject, ObjectFileWrite& cWriter
     }
 }
 
-// Lets the object write itself: what it returned, and whether it is stored, as far as that can be known. Its class may
-// exchange the writer, which is null then.
+// Calls the object's Serialize and returns its result. iStored: whether the object was stored, as far as is known. If
+// the object's class replaced the writer, pWriter is null afterwards.
 int Serialize(ESerialize& cElement, QObject& cObject, ObjectFileWrite*& pWriter, int& iStored) {
     const ObjectAtHand cPlace(pWriter, ObjectFileWrite::BeforeHostUse);
     if (pWriter) {
@@ -55,12 +55,12 @@ int Serialize(ESerialize& cElement, QObject& cObject, ObjectFileWrite*& pWriter,
     return iSerialized;
 }
 
-// A name in a report ends at its first newline.
+// The length of a name in a report, where it ends at its first newline.
 int ShownLength(const char* pchName) {
     return static_cast<int>(std::strcspn(pchName, "\n"));
 }
 
-// Whether the object would read back as another one, which is reported.
+// Returns whether the object would be read back as a different one, after a report if so.
 bool ReportStreamLoss(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
     PROPERTIES& cList = cObject.m_cProperties;
     Byte2Type b2Length = 0;
@@ -95,7 +95,7 @@ bool ReportStreamLoss(ESerialize& cElement, QObject& cObject, Byte2Type b2Index)
     return true;
 }
 
-// Writes the object: 1, or 0 with a report when it returned 0 or, if the element is strict, when it was not stored.
+// Writes the object. Returns 1; or 0, after a report, when Serialize returned 0 or, if strict, when it was not stored.
 int Store(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
     ObjectFileWrite* pWriter = OwnWriter(cElement);
     const bool bOwn = pWriter != nullptr;
@@ -119,7 +119,7 @@ int Store(ESerialize& cElement, QObject& cObject, Byte2Type b2Index) {
     return iStored || !bStrict ? iSerialized : 0;
 }
 
-// Closes the file, if any, and reports what was lost only then, as on a disk that another machine keeps.
+// Closes the file, if any, and reports losses that appear only then, for example on a network file system.
 void EndRecording(ESerialize& cElement) {
     ObjectFileWrite* const pWriter = OwnWriter(cElement);
     if (pWriter) {
@@ -134,7 +134,7 @@ void EndRecording(ESerialize& cElement) {
     cElement.m_pWriter = nullptr;
 }
 
-// The element outlived its framework, so another one writes its reports.
+// The element outlived its framework, so a temporary one prints its reports.
 void EndOrphan(ESerialize& cElement) {
     FRAMEWORK cInstead;
     cElement.m_pFramework = &cInstead;

@@ -1,23 +1,24 @@
 // SPDX-License-Identifier: MIT
-// ESerialize: writes every object to a file and hands it on.
+// ESerialize: writes every object to a file, then delivers it to its source pads.
 //   sink pads       1
-//   source pads     "Passthrough", none when absent; each gets the object once it is written
-//   "Filename"      the file; standard output when absent. Initialize refuses a name of more than 255 characters
-//   "Existing"      "replace" or absent: Initialize empties the file. "append": it continues a recording behind its last
-//                   complete object, and reports a part of another that it removes there. "refuse": it refuses a file that
-//                   exists. What it refuses stays as it is, is reported, and Initialize returns 0
-//   "Shared"        unless it is not 0, Initialize refuses a file that an EDeserialize or another ESerialize of the
-//                   process has open
-//   "Strict"        when not 0, an object goes out in one write, and a failed write returns 0
-//   returns         1, or that of the last delivery; the first delivery that fails ends the round. 0 for a null object,
-//                   for one that returns 0 to Serialize, and before Initialize; these are reported
-//   losses          a file that cannot be opened, and the first object that could not be stored whole, are reported with
-//                   the file's name; what it left in the file is taken out again. Once an object is stored again, and
-//                   when the recorder ends, "Objects lost: N" is reported. Where a part stays, as in a pipe, nothing
-//                   more is stored. What is lost when the file is closed is reported too. Unless "Strict" the results
-//                   are as if nothing were lost
-//   lifetime        it reports when it is destroyed, so it should go before its framework; else these reports go to
-//                   standard error, and the framework's error flag is not set
+//   source pads     "Passthrough", none if absent
+//   "Filename"      the file; standard output if absent. Initialize fails for a name of more than 255 characters
+//   "Existing"      "replace" or absent: Initialize empties a file that exists. "append": the recording continues
+//                   after the file's last complete object; a part of another one there is removed and reported.
+//                   "refuse": Initialize fails if the file exists
+//   "Shared"        if 0 or absent, Initialize fails if an EDeserialize or another ESerialize of the process has the
+//                   file open. Each of these failures is reported, and the file is unchanged
+//   "Strict"        if not 0, each object is written in one write, and the result is 0 for an object that was not
+//                   stored or that would not be read back unchanged
+//   returns         the result of the last delivery, or 1 without source pads; after one that returns 0, the other
+//                   pads get nothing. 0, after a report, for null, if Serialize returns 0, and before Initialize
+//   losses          a file that cannot be opened, and the first object that was not stored completely, are reported
+//                   with the file's name, and a stored part is removed. If it cannot be removed, as in a pipe,
+//                   nothing more is stored. After the next stored object, and at the end, "Objects lost: N" is
+//                   reported. Losses when the file is closed are reported too. Unless "Strict", results are as if
+//                   nothing were lost
+//   lifetime        destroy it before its framework, since its destructor reports losses; otherwise these reports go
+//                   to standard error, and the framework's error flag is not set
 //   example         element ESerialize  /  property Name recorder  /  property Filename objects.txt
 #ifndef FWLIB_BUILTIN_ESERIALIZE_H
 #define FWLIB_BUILTIN_ESERIALIZE_H

@@ -38,7 +38,7 @@ int ESource::Run() {
         return 0;
     }
     QObject cObject;
-    const bool bTyped = cObject.m_cProperties.GetNumberOfProperties() > 0; // else there was no memory for it
+    const bool bTyped = cObject.m_cProperties.GetNumberOfProperties() > 0; // false: not enough memory
     for (Byte2Type b2 = 0; b2 < ObjectsSent; ++b2) {
         if (!bTyped || !cObject.m_cProperties.SetProperty(Key::Count, b2, Section::Standard)) {
             ErrorMessage("Run(): No memory for object %d\n", b2);

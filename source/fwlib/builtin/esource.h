@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// ESource: Run sends 1,000 objects through the first source pad, the same QObject each time, with "Count" from 0 to 999.
+// ESource: Run sends 1,000 objects through the first source pad: the same QObject with "Count" from 0 to 999.
 //   sink pads     none: DataArrived returns 0
-//   source pads   "TotalSourcePads", 1 when absent, at most 65,520; only the first is used
-//   returns       Run: 1 whatever the deliveries return; 0 without a source pad or memory, which is reported
+//   source pads   "TotalSourcePads", 1 if absent, at most 65,520; only the first is used
+//   returns       Run: 1 whatever the deliveries return; 0, after a report, without a source pad or enough memory
 //   example       element ESource  /  property Name counter
 #ifndef FWLIB_BUILTIN_ESOURCE_H
 #define FWLIB_BUILTIN_ESOURCE_H

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// ETee: hands every object it receives to each of its source pads, in pad order.
+// ETee: delivers every object to each of its source pads, in pad order.
 //   sink pads     1
-//   source pads   "TotalSourcePads", 2 when absent, at most 65,520; they have no owner, so one that is not connected
+//   source pads   "TotalSourcePads", 2 if absent, at most 65,520; they have no owner, so one that is not connected
 //                 fails without a report
-//   returns       what the first delivery that fails returns, and the later pads get nothing; else what the last one
-//                 returns; 1 without source pads; 0 for a null object, which is reported
+//   returns       0 after the first delivery that returns 0: the later pads get nothing; otherwise the result of the
+//                 last delivery, or 1 without source pads; 0 for a null object, which is reported
 //   example       element ETee  /  property Name fork  /  property TotalSourcePads 3
 #ifndef FWLIB_BUILTIN_ETEE_H
 #define FWLIB_BUILTIN_ETEE_H

@@ -22,7 +22,7 @@ using VESK::EObject;
 using VESK::QObject;
 namespace Type = VESK::Type;
 
-// An object that had no memory for its type's name is none.
+// Returns null when there is not enough memory for the object or for its type's name.
 template <class Base, class Object>
 Base* Create() {
     auto* const pObject = new (std::nothrow) Object;
@@ -33,7 +33,7 @@ Base* Create() {
     return pObject;
 }
 
-// The creator at the position of the name, or null for a name that is not among those of the table.
+// Calls the creator at the position of the name; null if the table does not contain the name.
 template <class Base, std::size_t Count>
 Base* CreateByName(char* const (&pchNames)[Count + 1], Base* (*const (&apCreators)[Count])(), char* pchType) {
     for (std::size_t u = 0; pchType && u < Count; ++u) {

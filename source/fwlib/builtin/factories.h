@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The library's own factories: FWLibFactory creates "QObject", FWElementsFactory the built-in elements. Names
-// compare exactly. An object created here is the caller's; an element has no framework yet.
+// The library's own factories: FWLibFactory creates "QObject", FWElementsFactory the built-in elements. Names are
+// compared byte for byte. The caller owns what they create; an element has no framework yet.
 #ifndef FWLIB_BUILTIN_FACTORIES_H
 #define FWLIB_BUILTIN_FACTORIES_H
 
@@ -14,7 +14,7 @@ class FWLIB_EXPORT FWLibFactory : public VESK::LibraryFactory {
 public:
     VESK::QObject* CreateQObject(char* pchType) override;
 
-    static char* const pchNames[2]; // the names it knows, closed by null
+    static char* const pchNames[2]; // the names it creates, then null
 };
 
 class FWLIB_EXPORT FWElementsFactory : public VESK::LibraryFactory {

@@ -9,7 +9,7 @@
 
 namespace VESK {
 
-// Programs in C++11 and C++14, which have no inline variables, link to it.
+// A definition for programs in C++11 and C++14, which have no inline variables.
 constexpr unsigned int MFColorTable::FileNameSize; // NOLINT(readability-redundant-declaration)
 
 namespace {
@@ -79,7 +79,7 @@ int MFColorTable::GetData(int iOffset, int iCount, int iSize, unsigned char** pp
         *ppData = nullptr;
         return 0;
     }
-    // A block of no bytes is a block too.
+    // A block of 0 bytes is allocated too.
     *ppData = static_cast<unsigned char*>(fwmalloc(static_cast<unsigned int>(iSize > 0 ? iSize : 1)));
     if (!*ppData) {
         return 0;

@@ -2,9 +2,8 @@
 // MFColorTable: reads a colour lookup table, a file of raw bytes whose name ends in ".lut" and which begins with the
 // size of its header, 32 bits little-endian. The caller interprets the bytes after that.
 //
-// Offsets count bytes from the start of the file. Operations return 1, or 0 for every failure, also without a
-// file and for negative offsets and counts. They print nothing. The object owns its file and closes it. One thread at
-// a time.
+// Offsets are bytes from the start of the file. Operations return 1, or 0 for every failure, also without a file and
+// for negative offsets and counts. They print nothing. The object owns its file and closes it. One thread at a time.
 #ifndef FWLIB_COLORTABLE_MFCOLORTABLE_H
 #define FWLIB_COLORTABLE_MFCOLORTABLE_H
 
@@ -22,18 +21,18 @@ public:
     MFColorTable(const MFColorTable&) = delete;
     MFColorTable& operator=(const MFColorTable&) = delete;
 
-    // Opens the file of that name with ".lut" appended, always, and closes the one it had. For a null name and
-    // one longer than 251 characters, it returns 0 and there is no file.
+    // Closes the present file and opens the file of that name with ".lut" appended in every case. Returns 0, and there
+    // is no file, for a null name, for one longer than 251 characters, and when the file cannot be opened.
     int SetFilename(char* pchName);
 
-    int GetHeaderSize(unsigned int* puSize); // as the file stores it; not checked against anything
+    int GetHeaderSize(unsigned int* puSize); // as stored in the file, without checks
     int SetPosition(int iOffset);
-    int GetBlock(unsigned char* pBuffer, int iCount); // at the position; 1 when all were read, also for 0
+    // at the position; 1 if all bytes were read, also for 0 bytes
+    int GetBlock(unsigned char* pBuffer, int iCount);
 
-    // Return a new block that the caller releases with DeleteData: the file's iCount bytes at the offset. The second form
-    // returns a block of iSize bytes, at least iCount: the bytes are at its end, after zeros. The pointer is set to null
-    // when the bytes cannot be read and for a negative count. It is unchanged for an offset that cannot be reached and for
-    // a size below the count.
+    // Store in *ppData a new block, which the caller releases with DeleteData: the file's iCount bytes at the offset.
+    // In the second form the block has iSize bytes, at least iCount: zeros, then the bytes. On failure *ppData is null,
+    // but unchanged for an offset that cannot be reached and for a size below the count.
     int GetData(int iOffset, int iCount, unsigned char** ppData);
     int GetData(int iOffset, int iCount, int iSize, unsigned char** ppData);
     void DeleteData(unsigned char* pData); // null is ignored

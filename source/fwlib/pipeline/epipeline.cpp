@@ -17,12 +17,12 @@ namespace VESK {
 
 namespace {
 
-constexpr int MostElements = 65535; // an index is a Byte2Type, and so is the count of all
+constexpr int MostElements = 65535; // an index and the number of elements fit in a Byte2Type
 
-// What the entries of m_pachProperties are used for.
+// Positions in m_pachProperties.
 enum PropertyPosition { TypeProperty = 0, SinkProperty = 2, SourceProperty = 3 };
 
-// The inner element that the pipeline's property names at this moment, or null.
+// The inner element that the pipeline's property names now, or null.
 EObject* NamedElement(EPipeline& cPipeline, PropertyPosition Position) {
     char achName[ElementNameSize];
     Byte2Type b2Index;
@@ -32,8 +32,8 @@ EObject* NamedElement(EPipeline& cPipeline, PropertyPosition Position) {
     return iFound ? cPipeline.m_ppElements[b2Index] : nullptr;
 }
 
-// Points the connection's source pad at its sink pad: 1, or 0 with a report. Both pads are asked for before
-// either is looked at.
+// Connects a source pad to its sink pad. Returns 1, or 0 after a report. Both pads are requested before either is
+// checked.
 int Wire(const EPipeline& cPipeline, const CONNECTION& cConnection) {
     const int iCount = cPipeline.m_iElementCount;
     EObject* const pSource =
@@ -72,7 +72,7 @@ EPipeline::EPipeline()
 
 EPipeline::~EPipeline() {
     for (int i = 0; i < m_iElementCount; ++i) {
-        // Its own destructor forgets it too, but may be that of another copy of the library, in a plugin.
+        // The element's destructor does this too, but may belong to a plugin with its own copy of the library.
         ForgetElement(m_ppElements[i]);
         delete m_ppElements[i];
     }
@@ -81,7 +81,7 @@ EPipeline::~EPipeline() {
         delete m_ppConnections[b4];
     }
     fwfree(m_ppConnections);
-    ForgetIndex(*this); // last, since an element may search on its way out
+    ForgetIndex(*this); // last, since an element's destructor may search
 }
 
 int EPipeline::Initialize() {

@@ -2,11 +2,11 @@
 // EPipeline: an element that contains other elements, connects them and runs them.
 //
 // It owns its elements. Its sink pads are those of the inner element named by its property "SinkElement", its source
-// pads those of the element named by "SourceElement". Its Run is the sink element's Run. So a pipeline can be an element
-// of another pipeline: objects are delivered directly to the inner elements' pads. It is filled by the operations below
-// or from a pipe file; then Initialize is called once, and Run any number of times. An element's index is the order in
-// which it was added; elements are never removed. One thread at a
-// time; threads may each have frameworks and pipelines of their own.
+// pads those of the element named by "SourceElement". Run calls the sink element's Run. So a pipeline can be an element
+// of another pipeline: objects are delivered directly to the inner elements' pads. Add elements and connections with
+// the operations below or with a pipe file, call Initialize once, then Run any number of times. An element's index is
+// its position in the order of adding; elements are never removed. One thread at a time; each thread may have
+// frameworks and pipelines of its own.
 #ifndef FWLIB_PIPELINE_EPIPELINE_H
 #define FWLIB_PIPELINE_EPIPELINE_H
 
@@ -29,65 +29,67 @@ public:
 
     // The order of the virtual operations is part of the binary interface.
 
-    ~EPipeline() override; // deletes the elements in their order
+    ~EPipeline() override; // deletes the elements in the order of their indexes
 
-    // Initializes every element in order, wires the connections, finds the sink element. Returns 0 at the first element
-    // that returns 0, and when a connection names a pad that does not exist, which is reported on standard error.
+    // Initializes the elements in order, connects their pads and looks up the sink element. Returns 0 at the first
+    // element whose Initialize returns 0; and, after a report on standard error, when a pad of a connection does not
+    // exist.
     int Initialize() override;
 
-    int DataArrived(QObject* pObject, Byte2Type b2Index) override; // 0: nothing is delivered here
-    int Run() override; // the result of the sink element's Run; 0 with a report if there is none
+    int DataArrived(QObject* pObject, Byte2Type b2Index) override; // returns 0: nothing is delivered here
+    int Run() override; // returns the result of the sink element's Run; 0 after a report if there is none
 
-    // Forwarded to the element that the property names at the time of the call; 0 or null when there is none.
+    // Call the operation of the element that the property names at the time of the call; return 0 or null without one.
     Byte2Type GetSinkPadCount() override;
     SINKPAD* GetSinkPad(Byte2Type b2Position) override;
     Byte2Type GetSourcePadCount() override;
     SOURCEPAD* GetSourcePad(Byte2Type b2Position) override;
 
-    // Set or get a property of the named element in section "Standard". Return what the operations of PROPERTIES return;
-    // 0, with the value unchanged, when no element has the name. When the key is missing, the buffer is set to "" and the
-    // number to 0.
+    // Set or get a property of the named element in section "Standard". Return the result of the operation of
+    // PROPERTIES, or 0, with the buffer or number unchanged, if no element has the name. If the key is missing, the
+    // buffer is set to "" or the number to 0.
     virtual int SetElementProperty(char* pchElement, char* pchKey, char* pchValue);
     virtual int GetElementProperty(char* pchElement, char* pchKey, char* pchBuffer, Byte2Type b2Size);
     virtual int GetElementProperty(char* pchElement, char* pchKey, Byte2Type* pb2Value);
 
-    // Appends the element, which the pipeline then owns. Returns 0 for null, when memory is out, and at
-    // 65,535 elements; then the caller still owns the element.
+    // Appends the element, which the pipeline then owns. Returns 0 for null, when there is not enough memory, and when
+    // there are 65,535 elements; the caller then still owns the element.
     virtual int AddElement(EObject* pElement);
 
-    // Records a connection from a source pad to a sink pad; the pads are looked up by Initialize. Returns 0
-    // when a name is unknown, when memory is out, and at 65,520 connections.
+    // Adds a connection from a source pad to a sink pad; Initialize looks up the pads. Returns 0 when an element does
+    // not exist, when there is not enough memory, and when there are 65,520 connections.
     virtual int Connect(char* pchSource, Byte2Type b2SourcePad, char* pchSink, Byte2Type b2SinkPad);
 
-    // Stores the index of the first element of that name; only the first 255 characters of a name are compared.
+    // Stores the index of the first element of that name. Only the first 255 characters of an element's name are
+    // compared. Returns 0, with *pb2Index unchanged, if there is none.
     int FindElement(char* pchName, Byte2Type* pb2Index);
 
-    // Builds from a pipe file (docs/pipe-language.md). Needs m_pFramework. Returns 1 when every line succeeded.
-    // The first line that fails ends the build; the effects of the lines before it remain. The second form, when
-    // b2ReadConfig is not 0, reads the properties of every element it creates from pchConfigFile, from the section named like
+    // Build from a pipe file (docs/pipe-language.md); m_pFramework must be set. Return 1 if every line succeeded. The
+    // first line that fails ends the build; the effects of earlier lines remain. If b2ReadConfig is not 0, the second
+    // form sets the properties of each element that it creates from the section of pchConfigFile that has the name of
     // the element's type. `property` and `config` lines act on the element that the same form created last, in any
-    // pipeline of the process. Threads may build pipelines of their own at the same time: then their lines act on the
-    // element that the thread created last in this build. Only lines before the first `element` or `pipe` line, and calls
-    // of ProcessTokens outside BuildPipe, act on the last element of the process: no other thread may build with the same
-    // form at that time.
+    // pipeline of the process. Threads may build pipelines of their own at the same time: lines then act on the element
+    // that the thread created last in this build. Only lines before the first `element` or `pipe` line, and calls of
+    // ProcessTokens outside BuildPipe, act on the process's last element: no other thread may build with the same form
+    // at that time.
     int BuildPipe(char* pchPath);
     int BuildPipe(char* pchPath, Byte2Type b2ReadConfig, char* pchConfigFile);
 
-    // Executes one line, given as tokens: the keyword first, at most 14, then null.
+    // Execute one line, given as at most 14 tokens, the keyword first, and null. Return 1, or 0 if the line fails.
     int ProcessTokens(char** ppchTokens);
     int ProcessTokens(char** ppchTokens, Byte2Type b2ReadConfig, char* pchConfigFile);
 
-    // The pipeline's property names, then null.
+    // The names of the pipeline's properties, then null.
     static char* const m_pachProperties[6];
 
     // The order of the fields is part of the binary interface.
     EObject** m_ppElements; // owned, as are the elements
     int m_iElementCapacity;
     int m_iElementCount;
-    CONNECTION** m_ppConnections; // owned, as are the records
+    CONNECTION** m_ppConnections; // owned, as are the connections
     Byte2Type m_b2ConnectionCapacity;
     Byte2Type m_b2ConnectionCount;
-    EObject* m_pSinkElement; // found by Initialize; lent
+    EObject* m_pSinkElement; // lent; set by Initialize, null if there is none
 };
 
 } // namespace VESK

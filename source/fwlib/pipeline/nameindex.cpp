@@ -15,12 +15,12 @@ namespace VESK {
 
 namespace {
 
-constexpr int LeastElements = 64; // below that a linear search is as fast
+constexpr int LeastElements = 64; // for fewer elements a linear search is as fast
 constexpr Byte4Type FirstSlots = 256;
 
 struct Slot {
     Byte4Type b4Hash;
-    Byte4Type b4Place; // the element's index and one more; 0 for an empty slot
+    Byte4Type b4Place; // the element's index plus 1; 0 for an empty slot
 };
 
 Byte4Type HashOf(const char* pchName, std::size_t uLength) {
@@ -38,7 +38,7 @@ bool IsNamed(const EObject& cElement, const SoughtText& cKey, const SoughtText& 
     return pchName && cName.EqualsCut(pchName, ElementNameSize - 1);
 }
 
-// Each name stands there once, with the first element that has it.
+// Contains each name once, with the first element that has it.
 class NameIndex {
 public:
     int Find(const EPipeline& cPipeline, const SoughtText& cName) {
@@ -49,7 +49,7 @@ public:
             m_pOwner = &cPipeline;
             m_iSeen = cPipeline.m_iElementCount;
             m_b4Changes = b4Changes;
-            return -1; // for one name a linear search is faster
+            return -1; // for a single name a linear search is faster
         }
         m_iSeen = cPipeline.m_iElementCount;
         IndexNew(cPipeline);
@@ -60,7 +60,7 @@ public:
         if (m_pOwner != &cPipeline) {
             return;
         }
-        if (m_iSeen > cPipeline.m_iElementCount) { // some were taken away since
+        if (m_iSeen > cPipeline.m_iElementCount) { // elements were removed since
             Clear();
         } else {
             m_iSeen = cPipeline.m_iElementCount + 1;
@@ -87,7 +87,7 @@ private:
         return nullptr;
     }
 
-    // What got its name since, and what was added.
+    // Adds the elements that got a name or were added since the last search.
     void IndexNew(const EPipeline& cPipeline) {
         Byte2Type b2Left = 0;
         for (Byte4Type b4 = 0; b4 < m_b2Unnamed; ++b4) {
@@ -103,7 +103,7 @@ private:
             }
         }
     }
-    // False while the element has no name, and when memory is out.
+    // False if the element has no name, and when there is not enough memory.
     bool Enter(const EPipeline& cPipeline, int iPlace) {
         const char* const pchName =
             FindStandard(cPipeline.m_ppElements[iPlace]->m_cProperties, SoughtText(Key::Name));
@@ -127,7 +127,7 @@ private:
         }
         At(b4) = cSlot;
     }
-    bool MakeSlot() { // at least half of them stay empty
+    bool MakeSlot() { // at least half of the slots are empty afterwards
         if (2 * static_cast<Byte4Type>(m_iTaken) < m_b4Slots) {
             return true;
         }
@@ -149,10 +149,10 @@ private:
     }
 
     const EPipeline* m_pOwner = nullptr; // lent
-    Byte4Type m_b4Changes = 0;           // of names, when it was made
-    int m_iTaken = 0;                    // elements, from the first on
-    int m_iSeen = 0;                     // elements that there were when it was used last
-    int* m_piUnnamed = nullptr;          // owned: the indexes of those taken that had no name
+    Byte4Type m_b4Changes = 0;           // NameChanges when the index was started
+    int m_iTaken = 0;                    // number of elements in the index, from the first on
+    int m_iSeen = 0;                     // number of the pipeline's elements at the last use
+    int* m_piUnnamed = nullptr;          // owned: the elements in the index without a name
     Byte2Type m_b2UnnamedCapacity = 0;
     Byte2Type m_b2Unnamed = 0;
     Slot* m_pSlots = nullptr; // owned
@@ -161,7 +161,7 @@ private:
 
 NameIndex cIndex;
 
-// Pipelines may live on threads of their own, each of which can do without the index.
+// Threads with pipelines of their own share the index. A thread that does not get the lock searches linearly.
 class IndexLock {
 public:
     IndexLock() : m_bHeld(!Taken.test_and_set(std::memory_order_acquire)) {}
@@ -179,7 +179,7 @@ private:
     const bool m_bHeld;
 };
 
-// -1 when a linear search is needed.
+// Returns -1 when a linear search is needed.
 int FindIndexed(const EPipeline& cPipeline, const SoughtText& cName) {
     if (cPipeline.m_iElementCount < LeastElements) {
         return -1;
@@ -216,7 +216,7 @@ void TellIndexOfAdding(const EPipeline& cPipeline) {
 void ForgetIndex(const EPipeline& cPipeline) {
     const IndexLock cLock;
     if (!cLock.Held()) {
-        // Waiting for the lock could last for ever, for example after a fork.
+        // Waiting for the lock might never end, for example in a forked process.
         NameChanges.fetch_add(1, std::memory_order_relaxed);
     } else if (cIndex.IsOf(cPipeline)) {
         cIndex.Clear();

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Finds the elements of a large pipeline by name. A linear search for each name makes the time of building grow
-// with the square of the elements.
+// Finds the elements of a large pipeline by name. With a linear search for each name, the time for building would grow
+// with the square of the number of elements.
 //
-// The process has one index, of the pipeline that was searched last, because a pipeline's fields are fixed. It knows
-// the elements from the first on; those without a name are looked at again each time. A name that is replaced makes it
-// forget all, as do elements that were taken away, and what it finds is compared with the name at that moment: so its
-// result is that of a linear search as long as elements are added by AddElement, and lists changed by their own
+// A pipeline has no field for an index, so the process has one index, of the pipeline that was searched last. It
+// contains elements from the first on; those without a name are checked again at each search. It is cleared when any
+// name is replaced or an element of the pipeline was removed, and a result is compared with the element's present name.
+// So the result is that of a linear search, as long as elements are added by AddElement and lists are changed by their
 // operations.
 #ifndef FWLIB_PIPELINE_NAMEINDEX_H
 #define FWLIB_PIPELINE_NAMEINDEX_H
@@ -16,12 +16,14 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-// The index of the pipeline's first element whose name, cut to 255 characters, is this one; -1 when there is none.
+// The position of the pipeline's first element whose name, truncated to 255 characters, is this one; -1 if there is
+// none.
 int FindNamed(const EPipeline& cPipeline, const SoughtText& cName);
 
-void TellIndexOfAdding(const EPipeline& cPipeline); // one more element, which is not counted yet
+void TellIndexOfAdding(const EPipeline& cPipeline); // before an element is added
 
-void ForgetIndex(const EPipeline& cPipeline); // destroyed: another may get the same address
+// before it is destroyed, as another pipeline may get its address
+void ForgetIndex(const EPipeline& cPipeline);
 
 } // namespace VESK
 

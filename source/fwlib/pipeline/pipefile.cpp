@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The pipe file language. Both building forms run the same code and differ in a Build: whether elements are
-// filled from a configuration file, and which current element they share.
+// The pipe file language. Both building forms run the same code. A Build has their differences: the configuration file
+// that elements are filled from, and the current element.
 #include "fwlib/pipeline/epipeline.h"
 
 #include "fwlib/framework/framework.h"
@@ -19,8 +19,8 @@ namespace VESK {
 namespace {
 
 constexpr unsigned int MostTokens = 14;
-constexpr unsigned int TokenSlots = 16; // the tokens, one more to notice that there are too many, and null
-constexpr int DeepestNesting = 64;      // pipe files within pipe files; a file that names itself ends here
+constexpr unsigned int TokenSlots = 16; // all tokens, one more to detect too many, and null
+constexpr int DeepestNesting = 64;      // of pipe files; a file that includes itself ends here
 
 struct Build {
     EPipeline& cPipeline;
@@ -35,14 +35,15 @@ Byte2Type PadNumber(char* pchText) {
     return static_cast<Byte2Type>(fwatoi(pchText));
 }
 
-// The lines that set a property cannot fail, so one that is lost is reported where the host looks for errors.
+// Lines that set a property always succeed, so one that could not be set is reported as an error of the pipeline.
 void SetReported(EPipeline& cPipeline, PROPERTIES& cProperties, char* pchKey, char* pchValue) {
     if (!cProperties.SetProperty(pchKey, pchValue, Section::Standard)) {
         cPipeline.ErrorMessage("Unable to set property %s\n", pchKey);
     }
 }
 
-// A derived class's AddElement may fail although it kept the element. Returns true if the element was deleted.
+// Deletes an element that AddElement refused, but not if a derived class's AddElement kept it. Returns true if it was
+// deleted.
 bool DeleteUnlessHeld(const EPipeline& cPipeline, EObject* pElement) {
     for (int i = 0; i < cPipeline.m_iElementCount && i < cPipeline.m_iElementCapacity; ++i) {
         if (cPipeline.m_ppElements[i] == pElement) {
@@ -75,7 +76,7 @@ int FrameworkPropertyLine(const Build& cBuild, char** ppchArguments) {
 
 int PipeLine(const Build& cBuild, char** ppchArguments) {
     std::unique_ptr<EPipeline> pBuilt(new (std::nothrow)
-                                          EPipeline); // deleted also when the thread ends in a factory
+                                          EPipeline); // also deleted when a factory ends the thread
     if (pBuilt) {
         pBuilt->m_pFramework = cBuild.cPipeline.m_pFramework;
     }
@@ -88,7 +89,7 @@ int PipeLine(const Build& cBuild, char** ppchArguments) {
     EPipeline* const pInner = pBuilt.release();
     SetCurrentElement(cBuild.Form, pInner);
     if (!cBuild.cPipeline.AddElement(pInner) && DeleteUnlessHeld(cBuild.cPipeline, pInner)) {
-        // The line succeeds all the same, so the loss is reported where the host looks for errors.
+        // The line still succeeds, so this is reported as an error of the pipeline.
         cBuild.cPipeline.ErrorMessage("Unable to add pipe %s\n", ppchArguments[0]);
     }
     return 1;
@@ -160,7 +161,7 @@ int ConfigLine(const Build& cBuild, char** ppchArguments) {
 }
 
 struct PipeKey {
-    const char* pchKeyword; // null closes the table
+    const char* pchKeyword; // null in the last row
     unsigned int uArguments;
     int (*pAction)(const Build&,
                    char**); // its arguments are the tokens after the keyword; returns the result of the line
@@ -206,8 +207,7 @@ int ExecuteLine(const Build& cBuild, char** ppchTokens) {
     return pKey->pAction(cBuild, ppchTokens + 1);
 }
 
-// Splits the line in place at blanks and tabs into a vector closed by null. What goes beyond the vector
-// counts as one token more than a line may hold.
+// Splits the line in place at blanks and tabs into tokens, then null. Stops after one token more than a line may have.
 void SplitLine(char* pchLine, char* (&apchTokens)[TokenSlots]) {
     unsigned int u = 0;
     char* pch = pchLine;
@@ -225,7 +225,7 @@ void SplitLine(char* pchLine, char* (&apchTokens)[TokenSlots]) {
     apchTokens[u] = nullptr;
 }
 
-// The lines of an open file, up to the first that fails.
+// Executes the lines of an open file, up to the first that fails.
 int ExecuteFile(const Build& cBuild, char* pFile, const char* pchPath) {
     char achLine[PipeLineSize];
     char* apchTokens[TokenSlots];
@@ -239,7 +239,7 @@ int ExecuteFile(const Build& cBuild, char* pFile, const char* pchPath) {
             return 0;
         }
     }
-    if (std::ferror(StreamOf(pFile))) { // a directory, for one, opens but cannot be read
+    if (std::ferror(StreamOf(pFile))) { // a directory, for example, can be opened but not read
         std::printf("Unable to read pipefile %s\n", pchPath);
         return 0;
     }
@@ -258,7 +258,7 @@ int BuildFile(const Build& cBuild, char* pchPath) {
         std::fprintf(stderr, "Pipe files nest more than %d deep: %s\n", DeepestNesting, pchShown);
         return 0;
     }
-    // Closed also when the thread ends in a factory.
+    // Also closed when a factory ends the thread.
     const std::unique_ptr<char, int (*)(char*)> pFile(pchPath ? fwfopen(pchPath, Text("r")) : nullptr,
                                                       fwfclose);
     if (!pFile) {
