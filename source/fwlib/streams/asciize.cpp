@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A group's three bytes in the low 24 bits of a 32-bit lane, the first lowest, become the four 6-bit values of the
-// lane's bytes by two masks and one shift; a space added to each makes them characters. The same arithmetic runs
-// in a register of the machine (one lane, or two in 64 bits) and in a wide one (eight lanes); which, the processor is
-// asked.
+// A 32-bit lane has a group's three bytes in its low 24 bits, the first one lowest. Two masks and one shift turn them
+// into four 6-bit values, one in each byte of the lane; adding a space makes these characters. The same arithmetic runs
+// in a general register (one lane, or two in 64 bits) and, if the processor has it, in a wide register (eight lanes).
 #include "fwlib/streams/asciize.h"
 
 #include "fwlib/internal/lowestfirst.h"
@@ -17,14 +16,14 @@ namespace {
 using Byte = unsigned char;
 using Word = std::uintptr_t;
 
-// Bits of a lane that stay in place and bits that move; a space in each byte; what no value of a character uses.
+// Bits of a lane that stay in place; bits that are shifted; a space in each byte; bits that no valid value has.
 constexpr std::uint32_t Stay = 0x00030F3F;
 constexpr std::uint32_t Move = 0x00FCF0C0;
 constexpr std::uint32_t Spaces = 0x20202020;
 constexpr std::uint32_t Beyond = 0xC0C0C0C0;
 constexpr int Shift = 6;
 
-// One byte and group at a time: for the ends, and for characters outside the range, which are not refused.
+// One group at a time: for the ends, and for characters out of range, which are not rejected.
 void EncodeBytes(Byte* pText, const Byte* pData, std::size_t uGroups) {
     for (; uGroups > 0; --uGroups, pText += GroupCharacters, pData += GroupBytes) {
         pText[0] = static_cast<Byte>((pData[0] & 0x3F) + ' ');
@@ -47,15 +46,15 @@ void DecodeBytes(Byte* pData, const Byte* pText, std::size_t uGroups) {
 }
 
 constexpr std::size_t Lanes = sizeof(Word) / sizeof(std::uint32_t);
-constexpr std::size_t EncodeRound = 8; // words a round of the loops; more do not pay
-constexpr std::size_t DecodeRound = 4; // all in registers, until they are known to be in range
+constexpr std::size_t EncodeRound = 8; // words in an iteration; more are not faster
+constexpr std::size_t DecodeRound = 4; // all stay in registers until they are known to be in range
 
 constexpr Word InLanes(std::uint32_t uValue) {
     return Lanes == 1 ? uValue : static_cast<Word>(uint64_t{uValue} << 32 | uValue);
 }
 
-// A word holds a group a lane; in 64 bits, two adjacent groups are first moved to their lanes, and at last
-// pushed together.
+// A word has one group in each lane. In 64 bits, two adjacent groups are first moved to their lanes, and at last moved
+// together.
 constexpr Word BytesToLanes(Word uGroups) {
     return Lanes == 1 ? uGroups : (uGroups & 0xFFFFFF) | (uGroups << 8 & static_cast<Word>(0xFFFFFF00000000));
 }
@@ -63,8 +62,8 @@ constexpr Word LanesToBytes(Word uGroups) {
     return Lanes == 1 ? uGroups : (uGroups & 0xFFFFFF) | (uGroups >> 8 & static_cast<Word>(0xFFFFFF000000));
 }
 
-// The lanes' arithmetic takes a group's first byte for its lowest, where that order is the processor's.
-// A word is read or written whole, a byte or two beyond its groups, so the last groups are left to the slow way.
+// The arithmetic requires that a group's first byte is the lowest, as on little-endian processors. A word is read and
+// written completely, one or two bytes beyond its groups, so the last groups are coded one at a time.
 void EncodeWords(Byte* pText, const Byte* pData, std::size_t uGroups) {
     for (; LowestFirst && uGroups > Lanes * EncodeRound; uGroups -= Lanes * EncodeRound) {
         for (std::size_t u = 0; u < EncodeRound; ++u) {
@@ -87,8 +86,7 @@ void DecodeWords(Byte* pData, const Byte* pText, std::size_t uGroups) {
         Word uAll = 0;
         for (std::size_t u = 0; u < DecodeRound; ++u) {
             std::memcpy(&auValues[u], pText + u * sizeof(Word), sizeof(Word));
-            auValues[u] -=
-                InLanes(Spaces); // a character below a space borrows, and so lands beyond the range
+            auValues[u] -= InLanes(Spaces); // a character below a space borrows, which sets a bit of Beyond
             uAll |= auValues[u];
         }
         if ((uAll & InLanes(Beyond)) != 0) {
@@ -113,16 +111,16 @@ using Bytes = Byte __attribute__((vector_size(32)));
 using WideLanes = std::uint32_t __attribute__((vector_size(32)));
 
 constexpr std::size_t Wide = 8;                     // groups in a wide register
-constexpr std::size_t WideData = Wide * GroupBytes; // and their bytes
-constexpr std::size_t HalfData = WideData / 2;      // and those of either half
+constexpr std::size_t WideData = Wide * GroupBytes; // their bytes
+constexpr std::size_t HalfData = WideData / 2;      // the bytes for each half
 constexpr std::size_t Half = sizeof(Bytes) / 2;
 constexpr std::size_t Spill =
     Half - HalfData; // bytes that are read before the data, and read or written behind
 constexpr std::size_t SpillGroups = Spill / GroupBytes + 1;
 constexpr std::size_t Unrolled =
-    2; // registers an iteration: the speed of a loop over one depends on its address
+    2; // registers in an iteration; with one, the speed depends on the loop's address
 
-// A register is loaded from before its data, so that each half holds the bytes of its own four groups.
+// A register is loaded from Spill bytes before its data, so that each half has the bytes of four complete groups.
 __attribute__((target("avx2"))) void EncodeVectors(Byte* pText, const Byte* pData, std::size_t uGroups) {
     const std::size_t uFirst = uGroups < SpillGroups ? uGroups : SpillGroups;
     EncodeBytes(pText, pData, uFirst);
@@ -151,7 +149,7 @@ __attribute__((target("avx2"))) void DecodeVectors(Byte* pData, const Byte* pTex
             Bytes cText;
             std::memcpy(&cText, pText + u * sizeof cText, sizeof cText);
             const auto cValues = (WideLanes)(cText - Byte{' '});
-            // The first value of a lane is kept whole: its upper bits count when a character is out of range.
+            // The first value of a lane keeps its upper bits: they count if the character is out of range.
             const auto cGroups = (Bytes)((cValues & (Stay | 0xFF)) | (cValues >> Shift & Move));
             const Bytes cData = __builtin_shufflevector(
                 cGroups, cGroups, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, //

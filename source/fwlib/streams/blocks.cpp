@@ -19,14 +19,14 @@ Byte* BytesOf(char* pchText) {
     return reinterpret_cast<Byte*>(pchText);
 }
 
-// The bytes of the last group, uCount of them, one or two, filled up with zeros.
+// Encodes a last group of uCount bytes, 1 or 2, padded with zeros.
 void EncodeRest(const GroupCoder& cCoder, char* pchText, const Byte* pData, std::size_t uCount) {
     Byte abGroup[GroupBytes] = {};
     std::memcpy(abGroup, pData, uCount);
     cCoder.pEncode(BytesOf(pchText), abGroup, 1);
 }
 
-// uCount bytes, one or two, of a group whose text may end behind the characters that they need.
+// Decodes uCount bytes, 1 or 2, of a last group. Its text may end after the characters that these need.
 void DecodeRest(const GroupCoder& cCoder, Byte* pData, char* pchText, std::size_t uCount) {
     Byte abText[GroupCharacters] = {};
     Byte abGroup[GroupBytes];
@@ -35,14 +35,14 @@ void DecodeRest(const GroupCoder& cCoder, Byte* pData, char* pchText, std::size_
     std::memcpy(pData, abGroup, uCount);
 }
 
-// A recorder must not pass the object for a whole one; the results are the same.
+// Tells a recorder not to store the object as a complete one. Results do not change.
 void TellLoss(SWrite& cWriter) {
     if (auto* const pWriter = OwnClass<ObjectFileWrite>::Of(&cWriter)) {
         pWriter->LoseBlock();
     }
 }
 
-constexpr Byte BackwardFlag = 2; // the only one that selects the backward layout
+constexpr Byte BackwardFlag = 2; // other values select the forward layout
 
 } // namespace
 
@@ -105,7 +105,7 @@ int SRead::DeserializeBlock(unsigned char* pData, int iCount) {
     if (bRest) {
         DecodeRest(cCoder, pData + uGroups * GroupBytes, pchText + uGroups * GroupCharacters, uRest);
     }
-    return uRest == 0 || bRest; // whether every byte asked for has come
+    return uRest == 0 || bRest; // whether all iCount bytes were decoded
 }
 
 Byte2Type SWrite::Compress(unsigned char* pTarget, unsigned char* pSource, Byte2Type b2Length,

@@ -26,10 +26,10 @@ void FileInUse::Note(char* pFile) {
 char* FileInUse::Open(char* pchName, char* pchMode, bool bShared) {
     struct stat Status;
     const bool bThere = stat(pchName, &Status) == 0;
-    if (bThere && !S_ISREG(Status.st_mode)) { // nothing is lost there, and a named pipe may take long to open
+    if (bThere && !S_ISREG(Status.st_mode)) { // nothing can be lost there, and opening a named pipe may block
         return fwfopen(pchName, pchMode);
     }
-    const Locked cLocked(Lock); // until it is noted: another thread may open the same
+    const Locked cLocked(Lock); // until the file is listed: another thread may open the same
     const bool bFound = bThere || stat(pchName, &Status) == 0;
     for (const FileInUse* p = pFirst; p && bFound && !bShared; p = p->m_pNext) {
         if (p->m_Device == Status.st_dev && p->m_Number == Status.st_ino) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The files that the recorders and replays of this process have open, so that a recorder does not empty one of them.
-// All threads share them.
+// The list of files that the recorders and replays of this process have open, so that a recorder does not empty one of
+// them. All threads share it.
 #ifndef FWLIB_STREAMS_FILEINUSE_H
 #define FWLIB_STREAMS_FILEINUSE_H
 
@@ -10,7 +10,7 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-// A stream's place in the list. It takes no memory of its own.
+// A stream's entry in the list. The list allocates no memory.
 class FileInUse {
 public:
     FileInUse() = default;
@@ -18,11 +18,11 @@ public:
     FileInUse& operator=(const FileInUse&) = delete;
     ~FileInUse() { Note(nullptr); }
 
-    // Lists the handle in place of the one before; null and what is no regular file are not listed.
+    // Lists this file in place of the former one. Null and files that are not regular are not listed.
     void Note(char* pFile);
 
-    // Opens the file, emptied unless it is opened with "r+", and notes it. Null with errno as fopen leaves it, or,
-    // when an element of the process has the file open and it is not to be shared, with errno 0.
+    // Opens the file in that mode and lists it. Returns null with the errno of fopen; or with errno 0 if an element of
+    // the process has the file open and bShared is false.
     char* Open(char* pchName, char* pchMode, bool bShared);
 
 private:

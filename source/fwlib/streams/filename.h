@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A file's name kept in a field: cut to what fits, the rest of the field zero.
+// Copies a file name to a field of fixed size: truncated if it is too long, and padded with zeros.
 #ifndef FWLIB_STREAMS_FILENAME_H
 #define FWLIB_STREAMS_FILENAME_H
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the properties of a serializing element say of its file.
+// The settings of a serializing element for its file.
 #ifndef FWLIB_STREAMS_FILESETTINGS_H
 #define FWLIB_STREAMS_FILESETTINGS_H
 
@@ -15,19 +15,19 @@ struct FileSettings {
 
     explicit FileSettings(PROPERTIES& cProperties);
 
-    // Whether they can be followed; else the element reports it.
+    // Return whether the setting is valid; if it is not, after a report by the element.
     bool NameFits(EObject& cElement) const;
     bool ExistingKnown(EObject& cElement) const;
     char* Name() { return m_bNamed ? m_achName : nullptr; } // null for a standard stream
     bool Strict() const { return m_uStrict != 0; }
     bool Shared() const { return m_uShared != 0; }
-    Existing WhatExists() const { return m_Existing; } // what becomes of a file that exists
+    Existing WhatExists() const { return m_Existing; } // what to do with a file that exists
 
 private:
     char m_achName[FileNameSize];
     char m_achExisting[TypeTextSize];
     bool m_bNamed;
-    bool m_bCut; // the name
+    bool m_bCut; // the name is truncated
     bool m_bKnown;
     Existing m_Existing;
     unsigned int m_uStrict;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a recorder comes to its file: the settings of the serializing elements, and what becomes of a file that exists.
+// Opening a recorder's file: the settings of serializing elements, and what happens to a file that exists.
 #include "fwlib/elements/eobject.h"
 #include "fwlib/internal/handle.h"
 #include "fwlib/internal/textsizes.h"
@@ -22,21 +22,21 @@ namespace {
 
 constexpr const char* Existings[] = {"replace", "append", "refuse"}; // in the order of FileSettings::Existing
 
-// The complete objects at the front of a file, and what is behind them.
+// The complete objects at the start of a file, and what follows them.
 struct Front {
     long long llWhole = 0; // bytes of the objects
     long long llAll = 0;   // bytes of the file
-    const char* pchReason; // why the rest is neither nothing nor an object that was cut; or null
+    const char* pchReason; // why the rest is not a truncated object; null if it is, or if nothing follows
 };
 
-// Reads the file to the first object that is not whole. A rest that may be anything but a cut object is none: its first
-// line is no type, or, with no complete object before it, its second line is no count.
+// Reads the file up to the first incomplete object. The rest counts as a truncated object only if the file ends with
+// it, its first line can be a type, and there is a complete object before it or a valid count in its second line.
 Front FrontOf(std::FILE* pFile) {
     Front cFront = {};
     ObjectLines cLines;
     char* pchLine = nullptr;
     std::size_t uSize = 0;
-    bool bTyped = true; // the first line of the object at hand may be its type
+    bool bTyped = true; // the current object's first line can be a type
     bool bCounted = false;
     errno = 0;
     for (ssize_t i; cLines.Now() != ObjectLines::Broken && (i = getline(&pchLine, &uSize, pFile)) > 0;) {
@@ -101,11 +101,11 @@ bool FileSettings::ExistingKnown(EObject& cElement) const {
     return m_bKnown;
 }
 
-// Opens the file by its name: 1, also when it cannot be opened, or 0 with a report when the settings refuse it.
+// Opens the file by its name. Returns 1, even if it cannot be opened; or 0, after a report, if the settings forbid it.
 int ObjectFileWrite::OpenNamed(EObject& cElement, const FileSettings& cSettings) {
     struct stat Status;
     const bool bThere = stat(m_achFileName, &Status) == 0;
-    const bool bSpecial = bThere && !S_ISREG(Status.st_mode); // holds no recording that could be lost
+    const bool bSpecial = bThere && !S_ISREG(Status.st_mode); // contains no recording that could be lost
     const bool bReplace = bSpecial || cSettings.WhatExists() == FileSettings::Existing::Replace;
     const bool bAppend = !bReplace && bThere && cSettings.WhatExists() == FileSettings::Existing::Append;
     m_pFile = m_cOpen.Open(m_achFileName, Text(bReplace ? "w" : bAppend ? "r+" : "wx"), cSettings.Shared());
@@ -120,8 +120,8 @@ int ObjectFileWrite::OpenNamed(EObject& cElement, const FileSettings& cSettings)
     return m_pFile && bAppend ? GoBehindObjects(cElement) : 1;
 }
 
-// The end of the file becomes that of its last complete object: 0 with a report when there is anything behind but a part
-// of another.
+// Truncates the file after its last complete object. Returns 0, after a report, if anything but a truncated object
+// follows.
 int ObjectFileWrite::GoBehindObjects(EObject& cElement) {
     std::FILE* const pFile = StreamOf(m_pFile);
     Front cFront = FrontOf(pFile);
@@ -158,7 +158,7 @@ int ObjectFileWrite::Open(EObject& cElement, FileSettings& cSettings) {
     m_bNamed = true;
     if (!m_pFile && iAccepted) {
         m_iReason = iReason;
-        ClaimReport(); // which this is
+        ClaimReport(); // the next line is the report
         cElement.ErrorMessage("Unable to open %s: %s\n", m_achFileName, std::strerror(iReason));
     }
     return iAccepted;

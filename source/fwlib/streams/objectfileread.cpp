@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The reader behind EDeserialize.
+// The reader of EDeserialize.
 #include "fwlib/streams/objectfileread.h"
 #include "fwlib/internal/handle.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
@@ -63,12 +63,12 @@ int ObjectFileRead::SetFile(char* pFile) {
     return 1;
 }
 
-// Appends what the stream has of the next line to the object at hand: the length of the line, when it is whole or the
-// last one; -1 with errno when it is not, also when there is no memory for it.
+// Appends what the stream has of the next line to the held object. Returns the length of the line if it is complete or
+// the last one; otherwise, and when there is not enough memory, -1 with errno.
 ssize_t ObjectFileRead::ReadHeld() {
-    const char* const pchFirst = m_pchHeld + m_uTaken; // of the line
+    const char* const pchFirst = m_pchHeld + m_uTaken; // of the next line
     const void* const pEnd = m_uHeld > m_uTaken ? std::memchr(pchFirst, '\n', m_uHeld - m_uTaken) : nullptr;
-    if (pEnd) { // it comes again
+    if (pEnd) { // an earlier call has read it
         return static_cast<const char*>(pEnd) + 1 - pchFirst;
     }
     errno = 0;
@@ -94,13 +94,13 @@ ssize_t ObjectFileRead::ReadHeld() {
     return bWhole || (fwfeof(m_pFile) && m_uHeld > m_uTaken) ? static_cast<ssize_t>(m_uHeld - m_uTaken) : -1;
 }
 
-// A copy of the next line, which the caller may write to, in the buffer of the mode; when not strict, as much of it as
-// fits.
+// Copies the next line to the buffer of the mode, where the caller may change it; if not strict, only as much as fits.
 ssize_t ObjectFileRead::HandOut(std::size_t uLength) {
     if (!m_bStrict && uLength >= m_b4LineBufferSize) {
         uLength = m_b4LineBufferSize - 1;
     }
-    if (m_bStrict && uLength >= m_uLineSize) { // longer than what was read last, which ended it
+    // The line was read in several parts, and the buffer fits the last one.
+    if (m_bStrict && uLength >= m_uLineSize) {
         std::free(m_pchLine);
         m_uLineSize = uLength + 1;
         m_pchLine = static_cast<char*>(std::malloc(m_uLineSize));
@@ -117,23 +117,23 @@ ssize_t ObjectFileRead::HandOut(std::size_t uLength) {
     return static_cast<ssize_t>(uLength);
 }
 
-// No line came: the stream has no more yet, is over, or failed.
+// No line was read: the stream has no more data yet, has ended, or failed.
 void ObjectFileRead::EndLines() {
     const bool bLater = errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
     if (m_bMayWait && !fwfeof(m_pFile) && bLater) {
         m_bWaits = true;
-        std::clearerr(StreamOf(m_pFile)); // or it would read no more
+        std::clearerr(StreamOf(m_pFile)); // otherwise it would not read again
         return;
     }
     if (!fwfeof(m_pFile)) {
         m_iReadError = errno != 0 ? errno : EIO;
     }
-    if (m_cLines.Now() != ObjectLines::TypeNext) { // a class's own lines may be missing too
+    if (m_cLines.Now() != ObjectLines::TypeNext) { // lines of the object's class may be missing
         m_cLines.Break(ObjectLines::EndFault());
     }
 }
 
-// The next line with its newline, in m_pchLine: its length, or -1.
+// Reads the next line with its newline into m_pchLine. Returns its length, or -1.
 ssize_t ObjectFileRead::ReadWhole() {
     const std::ptrdiff_t iLength =
         HeldLine(StreamOf(m_pFile), m_pchLine, m_uLineSize > 0 ? m_uLineSize - 1 : 0);
@@ -177,7 +177,7 @@ void ObjectFileRead::BeginObject() {
     if (m_pFile && m_pFile != m_pFileSeen) { // one that a host put in the field
         Restart(false);
     }
-    if (m_bWaits) { // for the rest of the object, whose lines come again
+    if (m_bWaits) { // the lines so far are returned again
         m_ullRead = m_ullObject;
     } else {
         m_uHeld -= m_uTaken;
@@ -186,7 +186,7 @@ void ObjectFileRead::BeginObject() {
     m_uTaken = 0;
     m_bWaits = false;
     m_cLines.Restart();
-    if (m_cLines.Now() != ObjectLines::Broken) { // otherwise the report is about the broken one
+    if (m_cLines.Now() != ObjectLines::Broken) { // otherwise the offset is that of the invalid object
         m_ullObject = m_ullRead;
     }
 }

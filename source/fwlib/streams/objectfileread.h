@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The reader of EDeserialize: knows whether an object was read completely.
+// The reader of EDeserialize, which detects incomplete objects.
 #ifndef FWLIB_STREAMS_OBJECTFILEREAD_H
 #define FWLIB_STREAMS_OBJECTFILEREAD_H
 
@@ -13,8 +13,8 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-// Strict: returns lines only while they form a complete object, and no more after a broken one. Lines that a
-// stream has only in part yet are waited for: the object's lines so far are kept, and come again with its next beginning.
+// If strict, returns lines only as long as they can form a complete object, and none after an invalid one. If a stream
+// has only a part of an object yet, its lines so far are kept, and returned again after the next BeginObject.
 class ObjectFileRead final : public SFileRead {
 public:
     explicit ObjectFileRead(bool bStrict);
@@ -24,17 +24,17 @@ public:
     int SetFile(char* pFile) override;
 
     void BeginObject();
-    void LoseProperty(); // the object at hand has lost a property to missing memory
-    void SkipObject();   // strict: reads on to its end
-    int EndObject();     // whether the object came whole; when not strict, unless it is waited for
+    void LoseProperty();                    // there was not enough memory for a property of the object
+    void SkipObject();                      // if strict: reads up to the object's end
+    int EndObject();                        // whether the object is complete; if not strict: !Waits()
     bool Waits() const { return m_bWaits; } // the rest of the object, or all of it, has not arrived yet
 
-    // Why no object was read, for a report, or null at a normal end of the file. Each reason is returned once.
+    // Returns once why no object was read; null after that, and at a normal end of the file. The result is lent.
     const char* ReasonOnce();
     const char* ShownName() const;
     unsigned long long Offset() const {
         return m_ullObject;
-    } // of the object's first byte; counted when strict
+    } // of the object's first byte; 0 for a file unless strict
 
 private:
     void Restart(bool bNamed);
@@ -45,20 +45,20 @@ private:
 
     const bool m_bStrict;
     const char* m_pFileSeen; // lent
-    bool m_bNamed;           // it is the file of m_achFileName
-    bool m_bMayWait;         // its data may be yet to arrive
+    bool m_bNamed;           // it was opened as m_achFileName
+    bool m_bMayWait;         // not a regular file: more data may arrive
     bool m_bWaits;
     bool m_bReported;
     int m_iReadError; // an error number, or 0
     ObjectLines m_cLines;
-    unsigned long long m_ullRead; // bytes of the lines handed out
+    unsigned long long m_ullRead; // bytes of the lines that were returned
     unsigned long long m_ullObject;
     char* m_pchLine; // owned: a line of any length
     std::size_t m_uLineSize;
-    char* m_pchHeld; // owned: the object at hand as it was read, of a stream that may wait
+    char* m_pchHeld; // owned: the lines of the current object, if more data may arrive
     std::size_t m_uHeld;
     std::size_t m_uHeldSize;
-    std::size_t m_uTaken; // bytes of it that were handed out
+    std::size_t m_uTaken; // bytes of it that were returned
     FileInUse m_cOpen;
 };
 

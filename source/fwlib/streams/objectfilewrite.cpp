@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The writer behind ESerialize; objectfileopen.cpp opens its file.
+// The writer of ESerialize; objectfileopen.cpp opens its file.
 #include "fwlib/streams/objectfilewrite.h"
 
 #include "fwlib/internal/handle.h"
@@ -14,11 +14,11 @@ namespace VESK {
 
 namespace {
 
-constexpr std::size_t FirstCapacity = 4096; // of the block that an object is gathered in
+constexpr std::size_t FirstCapacity = 4096; // of the block in which an object is collected
 constexpr std::size_t LargestObject = INT32_MAX;
-constexpr long long Unknown = -1; // of a position
+constexpr long long Unknown = -1; // a position
 
-// Writes in as many calls as the system takes, one unless it cuts or interrupts it, and returns how much it took.
+// Writes all bytes, in several calls if the system truncates or interrupts one. Returns the number of bytes written.
 std::size_t WriteAll(int iFile, const char* pchData, std::size_t uLength) {
     std::size_t uWritten = 0;
     while (uWritten < uLength) {
@@ -31,7 +31,7 @@ std::size_t WriteAll(int iFile, const char* pchData, std::size_t uLength) {
     return uWritten;
 }
 
-// What a stream that is no file of the system's took: its flush tells, and all or nothing is known of it.
+// Writes to a stream without a descriptor. If only the flush fails, returns one byte less, as the number is unknown.
 std::size_t PrintAll(std::FILE* pFile, const char* pchData, std::size_t uLength) {
     errno = 0;
     const std::size_t uWritten = std::fwrite(pchData, 1, uLength, pFile);
@@ -113,7 +113,7 @@ bool ObjectFileWrite::Close() {
 void ObjectFileWrite::LoseBlock() {
     if (!m_bLost) {
         Lose(ENOMEM);
-        TakeBack(); // its first lines
+        TakeBack(); // the lines already written
     }
 }
 
@@ -126,8 +126,8 @@ Byte4Type ObjectFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
     return m_bStrict ? Gather(pchData, b4Length) : Put(pchData, b4Length);
 }
 
-// Straight to the descriptor: stdio costs a third of a short write, and does not tell how much of one failed. A flush makes
-// the stream and its descriptor agree first, whatever the host did with the stream.
+// Writes to the descriptor: stdio takes a third of a short write's time, and does not return how much of a failed one
+// was written. A flush first makes the positions of stream and descriptor equal, whatever the host did.
 std::size_t ObjectFileWrite::WriteThrough(const char* pchData, std::size_t uLength) {
     std::FILE* const pFile = StreamOf(m_pFile);
     if (!InStep(pFile)) {
@@ -151,7 +151,7 @@ std::size_t ObjectFileWrite::WriteThrough(const char* pchData, std::size_t uLeng
 
 Byte4Type ObjectFileWrite::Put(const char* pchData, std::size_t uLength) {
     if (uLength == 0) {
-        return 0; // a failed flush would not be noticed either
+        return 0; // no flush either: its failure would not be reported
     }
     errno = 0;
     const std::size_t uWritten = m_pFile ? WriteThrough(pchData, uLength) : 0;
@@ -195,15 +195,15 @@ void ObjectFileWrite::Lose(int iReason) {
     m_iReason = iReason != 0 ? iReason : EIO;
 }
 
-// Takes what the file has of the object out of it, if that is its end, or ends the recording. Where the object began
-// and how long it is must agree with what the system tells: a host or another process may have used the file too.
+// Removes the stored part of the object if it is the end of the file; otherwise ends the recording. The object's start
+// and length must agree with the file's, as a host or another process may have used the file too.
 void ObjectFileWrite::TakeBack() {
     m_uLength = 0;
     if (m_ullDone == 0 && !m_bUsed) {
         return;
     }
     if (m_bUsed && m_pFile) {
-        FlushFile(m_pFile); // or what the stream holds of the object would come later
+        FlushFile(m_pFile); // otherwise the buffered part would be written later
     }
     const int iFile = m_pFile && m_bRegular ? fileno(StreamOf(m_pFile)) : -1;
     const long long llEnd = iFile >= 0 ? lseek(iFile, 0, SEEK_CUR) : Unknown;
@@ -224,7 +224,7 @@ void ObjectFileWrite::NotePlace() {
     m_bUsed = true;
 }
 
-// What was gathered goes to the file first, so that the host finds the stream as if every line had been written.
+// Writes what was collected, so that the host finds the stream as if every line had been written.
 void ObjectFileWrite::BeforeHostUse(ObjectFileWrite& cWriter, char* pFile) {
     if (pFile != cWriter.m_pFile || cWriter.m_bEnded) {
         return;
@@ -238,7 +238,7 @@ void ObjectFileWrite::BeforeHostUse(ObjectFileWrite& cWriter, char* pFile) {
     }
 }
 
-// What the host wrote within the object is stored, or taken out, with it.
+// What the host wrote within the object is stored or removed with it.
 void ObjectFileWrite::EndHostUse() {
     errno = 0;
     if (m_pFile && FlushFile(m_pFile) != 0 && !m_bLost) {
@@ -249,7 +249,7 @@ void ObjectFileWrite::EndHostUse() {
     }
 }
 
-// What a host wrote before the object stays with it when it was gathered, and is the file's otherwise.
+// Collected data that a host wrote before the object is stored with it; written data belongs to the file.
 void ObjectFileWrite::BeginObject() {
     NoticeFile();
     m_llNext = m_ullDone == 0 ? m_llNext : Unknown;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The writer of ESerialize: knows whether an object was stored completely.
+// The writer of ESerialize, which detects objects that were not stored completely.
 #ifndef FWLIB_STREAMS_OBJECTFILEWRITE_H
 #define FWLIB_STREAMS_OBJECTFILEWRITE_H
 
@@ -12,38 +12,37 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-// An object is stored whole or not at all, where the file allows it: what a failed write left of one is taken out of
-// the file again at once, and the next object is tried anew. Where a part stays, as in a pipe, nothing more is stored
-// until the host gives the recorder another file: what came behind the part would be read as more of it. Strict, an
-// object is gathered and goes out in one write.
+// An object is stored completely or not at all, if the file allows that: after a failed write, the stored part of the
+// object is removed at once, and the next object is stored as usual. If the part cannot be removed, as in a pipe,
+// nothing more is stored until the host sets another file: later data would be read as a continuation of the part. If
+// strict, an object is collected in memory and written in one write.
 class ObjectFileWrite final : public SFileWrite {
 public:
     explicit ObjectFileWrite(bool bStrict); // without a file
     ~ObjectFileWrite() override;
     Byte4Type WriteData(char* pchData, Byte4Type b4Length) override;
 
-    // Opens the file that the settings name, or standard output: 1, also when it cannot be opened, which is reported.
-    // 0 with a report for a file that the settings refuse, which stays as it is.
+    // Opens the file in the settings, or standard output. Returns 1, even if it cannot be opened, which is reported.
+    // Returns 0, after a report, with the file unchanged, if the settings are invalid or forbid the file.
     int Open(EObject& cElement, FileSettings& cSettings);
 
-    static void BeforeHostUse(ObjectFileWrite& cWriter,
-                              char* pFile); // for the ObjectAtHand around each object
+    static void BeforeHostUse(ObjectFileWrite& cWriter, char* pFile); // a callback of ObjectAtHand
     void BeginObject();
 
-    // Ends the object: whether it is stored. One that is not to be kept is dropped where that is still possible.
+    // Ends the object and returns whether it is stored. If bKeep is false, it is discarded if that is still possible.
     int EndObject(bool bKeep);
     bool IsStrict() const { return m_bStrict; }
-    const char* ShownName() const;           // of the stream in use
+    const char* ShownName() const;           // the stream's name in reports
     int Reason() const { return m_iReason; } // the error number of the last loss
-    bool ClaimReport();                      // true the first time it is asked for a file or after TakeLost
-    unsigned long long TakeLost();           // how many objects were lost since it was last asked
+    bool ClaimReport();            // true at the first call for a file, and at the first after TakeLost
+    unsigned long long TakeLost(); // the number of objects lost since the last call
 
-    void BeginFile(); // another file, which has lost nothing yet
-    bool Close();     // unless it is standard output: whether all that was written is kept
-    void LoseBlock(); // the object at hand has a block that there was no memory to write
+    void BeginFile(); // the stream is another file, without losses yet
+    bool Close();     // if it is not standard output; false if data was lost
+    void LoseBlock(); // there was not enough memory for a block of the object
 
 private:
-    void NoticeFile(); // one that a host put in the field
+    void NoticeFile(); // detects a file that a host has set
     int OpenNamed(EObject& cElement, const FileSettings& cSettings);
     int GoBehindObjects(EObject& cElement);
     void NotePlace();
@@ -56,23 +55,22 @@ private:
 
     const bool m_bStrict;
     const char* m_pFileSeen; // lent
-    bool m_bNamed;           // it is the file of m_achFileName
+    bool m_bNamed;           // it was opened as m_achFileName
     bool m_bRegular;
-    bool m_bAppends; // the system puts every write at the end
-    bool m_bLost;    // the object at hand
-    bool m_bEnded;   // the recording
+    bool m_bAppends; // every write goes to the end (O_APPEND)
+    bool m_bLost;    // the current object is not stored
+    bool m_bEnded;   // nothing more is stored
     bool m_bReported;
     int m_iReason;
-    unsigned long long m_ullLost; // objects, not reported yet
+    unsigned long long m_ullLost; // lost objects that are not reported yet
 
-    long long
-        m_llNext; // where the next object begins if no one else uses the named file; or -1: ask the system
-    long long m_llStart;          // where the object at hand begins, or -1: its length tells
-    unsigned long long m_ullDone; // bytes of it that the file took
-    bool m_bUsed;                 // the host used the stream since it began
-    bool m_bAtEnd;                // if so: it began at the end of the file
+    long long m_llNext;           // offset of the next object if nobody else uses the file; -1: unknown
+    long long m_llStart;          // offset of the current object; -1: unknown
+    unsigned long long m_ullDone; // bytes of it that were written
+    bool m_bUsed;                 // the host used the stream within the object
+    bool m_bAtEnd;                // if so: the object began at the end of the file
 
-    char* m_pchObject; // owned: the object being gathered
+    char* m_pchObject; // owned: the object being collected
     std::size_t m_uLength;
     std::size_t m_uCapacity;
     FileInUse m_cOpen;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The lines of a complete object in a stream, for programs that check recordings: a type line of at most 31 characters, the
-// count line, and that many lines with a '='. Every line ends with its newline and contains no zero byte. The class takes no
-// memory and does not keep the lines.
+// The lines of a complete object in a stream, for programs that check recordings: a type line of at most 31 characters,
+// the count line, and that many lines with a '='. Every line ends with its newline and contains no zero byte. The class
+// allocates no memory and does not keep the lines.
 #ifndef FWLIB_STREAMS_OBJECTLINES_H
 #define FWLIB_STREAMS_OBJECTLINES_H
 
@@ -23,12 +23,12 @@ public:
     State Now() const { return m_State; }
     const char* Reason() const { return m_pchReason; } // why it is broken: a constant; null if it is not
 
-    // Says that the next line begins an object. A broken stream stays broken.
+    // Call this before the first line of each object but the first. A broken stream stays broken.
     void Restart() { m_State = m_State == Broken ? Broken : TypeNext; }
 
-    // Return a constant text, why the line is not valid, or null. LineFault is for every line and has to be asked first,
-    // the others for a type line, a count line and a property line. A line is uLength characters, its newline included,
-    // and a terminator. CountFault stores the number of properties when it returns null; otherwise *pulCount may be
+    // Return why the line is not valid, as a constant text, or null. Call LineFault first, for every line, then the one
+    // for a type line, a count line or a property line. A line is uLength characters, its newline included, and a
+    // terminator. CountFault stores the number of properties when it returns null; otherwise *pulCount may be
     // unchanged.
     static const char* LineFault(const char* pchLine, std::size_t uLength) {
         return uLength == 0 || pchLine[uLength - 1] != '\n' ? "the last line is truncated"
@@ -55,11 +55,11 @@ public:
         return std::strchr(pchLine, '=') ? nullptr : "a property line has no '='";
     }
 
-    // What the object lacks when the stream ends within it.
+    // The reason when the stream ends within the object.
     static const char* EndFault() { return "the last lines are missing"; }
 
-    // Takes the next line, as it was read. Lines after the property list belong to the object's class and are not checked,
-    // but for LineFault.
+    // Checks the next line, as it was read. Lines after the property list belong to the object's class: only LineFault
+    // checks them.
     void Take(const char* pchLine, std::size_t uLength) {
         const char* pchFault = LineFault(pchLine, uLength);
         if (!pchFault && m_State == TypeNext) {
@@ -77,7 +77,7 @@ public:
         }
     }
 
-    // Says that the stream has ended: an incomplete object is then broken.
+    // Call this at the end of the stream: an incomplete object is then broken.
     void End() {
         if (m_State == CountNext || m_State == PropertyNext) {
             Break(EndFault());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Tells the library's own streams from those of hosts. dynamic_cast does not: it reads the type information of the
-// object's class, which a host may leave out.
+// Recognizes the library's own stream classes. dynamic_cast cannot: it reads the type information of the object's
+// class, and a host may be compiled without it.
 #ifndef FWLIB_STREAMS_OWNCLASS_H
 #define FWLIB_STREAMS_OWNCLASS_H
 
@@ -11,20 +11,20 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-// The table of virtual operations, to which every polymorphic object begins with a pointer.
+// The table of virtual operations; every polymorphic object begins with a pointer to it.
 inline const void* TableOf(const void* pObject) {
     const void* pTable;
     std::memcpy(&pTable, pObject, sizeof pTable);
     return pTable;
 }
 
-// Own is final, so that all its objects have one table. Its constructor calls Know.
+// Own is final, so all its objects have the same table. Its constructor calls Know.
 template <class Own>
 class OwnClass {
 public:
     static void Know(const Own& cObject) { pKnown.store(TableOf(&cObject), std::memory_order_relaxed); }
 
-    // The object as one of the class, or null.
+    // The object as an Own, or null if it is of another class.
     template <class Base>
     static Own* Of(Base* pObject) {
         return pObject && TableOf(pObject) == pKnown.load(std::memory_order_relaxed)
@@ -33,7 +33,7 @@ public:
     }
 
 private:
-    inline static std::atomic<const void*> pKnown{nullptr}; // until the first object
+    inline static std::atomic<const void*> pKnown{nullptr}; // null until the first object exists
 };
 
 } // namespace VESK

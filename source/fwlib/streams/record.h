@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One line of a stream, key=value, composed and handed over in a single WriteData call; and its way back.
+// A line key=value of a stream: composed and written in one WriteData call, and split when it is read.
 #ifndef FWLIB_STREAMS_RECORD_H
 #define FWLIB_STREAMS_RECORD_H
 
@@ -10,10 +10,10 @@
 
 namespace VESK {
 
-constexpr std::size_t RecordSize = 256;        // a typed record that is composed without the heap
-constexpr std::size_t PropertyLineSize = 1024; // a property's line likewise
+constexpr std::size_t RecordSize = 256;        // buffer for a typed record; a longer one takes the heap
+constexpr std::size_t PropertyLineSize = 1024; // the same for a property's line
 
-// Writes a text whose length may pass what one WriteData call takes.
+// Writes a text that may be longer than one WriteData call accepts.
 inline void WriteText(SWrite& cWriter, const char* pchText, std::size_t uLength) {
     while (uLength > UINT32_MAX) {
         cWriter.WriteData(Text(pchText), UINT32_MAX);
@@ -32,9 +32,8 @@ inline void ComposeRecord(char* pchLine, const char* pchKey, std::size_t uKeyLen
     pchLine[uKeyLength + 1 + uValueLength] = '\n';
 }
 
-// Composes the line in a buffer of Size bytes, or on the heap when it is longer, and writes it in one call.
-// When a longer line finds no memory, or is longer than one call takes, it goes out in pieces: it is whole
-// all the same.
+// Composes the line in a buffer of Size bytes, or on the heap if it is longer, and writes it in one call. Without
+// memory for it, or if it is longer than one call accepts, writes the same line in several calls.
 template <std::size_t Size>
 void WriteRecord(SWrite& cWriter, const char* pchKey, std::size_t uKeyLength, const char* pchValue,
                  std::size_t uValueLength) {
@@ -53,12 +52,12 @@ void WriteRecord(SWrite& cWriter, const char* pchKey, std::size_t uKeyLength, co
     }
     ComposeRecord(pchLine, pchKey, uKeyLength, pchValue, uValueLength);
     cWriter.WriteData(pchLine, static_cast<Byte4Type>(uLength));
-    if (pchHeap) { // seldom, and a call for nothing is a tenth of a short line's cost
+    if (pchHeap) { // rare: without the test, the call takes a tenth of the time of a short line
         fwfree(pchHeap);
     }
 }
 
-// Ends the key at the line's first "=" and returns the text behind it, or null when there is none.
+// Terminates the key at the line's first "=" and returns the text after it; null if there is none.
 inline char* SplitRecord(char* pchLine) {
     char* const pchEquals = fwstrchr(pchLine, '=');
     if (!pchEquals) {

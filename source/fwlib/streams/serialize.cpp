@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The stream form of property lists and data objects.
+// Writing property lists and data objects to streams, and reading them.
 #include "fwlib/elements/qobject.h"
 #include "fwlib/internal/decimal.h"
 #include "fwlib/internal/growth.h"
@@ -24,14 +24,14 @@ static_assert(ObjectLines::LongestType == TypeTextSize - 1, "a stream holds what
 
 namespace {
 
-// A strict reader must not pass the object for a whole one; the results are the same.
+// Tells a strict reader not to accept the object as a complete one. Results do not change.
 void TellLoss(SRead& cReader) {
     if (auto* const pReader = OwnClass<ObjectFileRead>::Of(&cReader)) {
         pReader->LoseProperty();
     }
 }
 
-// What differs after a reader changed the list while it read a line.
+// The state of a list, to detect that a reader changed it while it read a line.
 struct ListState {
     explicit ListState(const PROPERTIES& cList)
         : b4Count(cList.m_b2PropertyCount),
@@ -44,10 +44,10 @@ struct ListState {
 
     Byte4Type b4Count;
     char* const* pKeys;
-    Byte4Type b4NameChanges; // a reset is one
+    Byte4Type b4NameChanges; // Reset counts as one
 };
 
-// The lines of all entries, each behind its length, on the heap when they are many.
+// The lines of all entries, each after its length; on the heap if there are many.
 class ComposedLines {
 public:
     explicit ComposedLines(const PROPERTIES& cList) : m_pchLines(m_achLines) {
@@ -65,7 +65,7 @@ public:
     ComposedLines(const ComposedLines&) = delete;
     ComposedLines& operator=(const ComposedLines&) = delete;
 
-    // False when there is no memory for them.
+    // Returns false when there was not enough memory for the lines.
     bool WriteTo(SWrite& cWriter) {
         Byte4Type b4Line;
         for (char* pch = m_pchLines; pch && pch < m_pchLines + m_uSize; pch += b4Line) {
@@ -77,7 +77,7 @@ public:
     }
 
 private:
-    // Returns the size of all, also where they do not fit.
+    // Returns the size of all lines, even if they do not fit.
     std::size_t Compose(const PROPERTIES& cList, std::size_t uSize) {
         std::size_t uUsed = 0;
         for (Byte4Type b4 = 0; b4 < cList.m_b2PropertyCount; ++b4) {
@@ -97,7 +97,7 @@ private:
         return uUsed;
     }
 
-    char* m_pchLines; // owned, when it is not the array; null without memory
+    char* m_pchLines; // owned unless it is the array; null: not enough memory
     std::size_t m_uSize;
     char m_achLines[PropertyLineSize];
 };

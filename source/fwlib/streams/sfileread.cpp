@@ -10,7 +10,7 @@
 
 namespace VESK {
 
-// Programs in C++11 and C++14, which have no inline variables, link to these.
+// Definitions for programs in C++11 and C++14, which have no inline variables.
 constexpr unsigned int SFileRead::FileNameSize; // NOLINT(readability-redundant-declaration)
 constexpr Byte4Type SFileRead::LineBufferSize;  // NOLINT(readability-redundant-declaration)
 
@@ -48,7 +48,7 @@ char* SFileRead::ReadLine() {
     if (!m_pFile || !m_pchLineBuffer) {
         return nullptr;
     }
-    const std::size_t uText = m_b4LineBufferSize > 0 ? m_b4LineBufferSize - 1 : 0; // with the newline
+    const std::size_t uText = m_b4LineBufferSize > 0 ? m_b4LineBufferSize - 1 : 0; // including the newline
     if (HeldLine(StreamOf(m_pFile), m_pchLineBuffer, uText) >= 0) {
         return m_pchLineBuffer;
     }

@@ -9,7 +9,7 @@
 
 namespace VESK {
 
-// Programs in C++11 and C++14, which have no inline variables, link to it.
+// A definition for programs in C++11 and C++14, which have no inline variables.
 constexpr unsigned int SFileWrite::FileNameSize; // NOLINT(readability-redundant-declaration)
 
 SFileWrite::SFileWrite() : m_achFileName{}, m_pFile(nullptr) {}
@@ -31,7 +31,7 @@ Byte4Type SFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
     if (!m_pFile) {
         return 0;
     }
-    BeforeHostUse(m_pFile); // a host may set a recorder's stream within an object
+    BeforeHostUse(m_pFile); // the stream may be a recorder's, within an object
     const Byte4Type b4Written = WriteItems(pchData, 1, b4Length, m_pFile);
     FlushFile(m_pFile);
     return b4Written;
@@ -39,7 +39,7 @@ Byte4Type SFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
 
 void SFileWrite::SetFile(char* pFile) {
     m_pFile = pFile;
-    // Its address would not tell: a file that is opened often gets that of one closed before.
+    // The address does not show it: a new file often gets the address of one that was closed.
     if (auto* const pRecording = OwnClass<ObjectFileWrite>::Of(this)) {
         pRecording->BeginFile();
     }

@@ -15,7 +15,7 @@ int ToSigned(char* pchText) {
     return fwatoi(pchText);
 }
 
-// As strtoul reads it where a long has 32 bits.
+// Like strtoul with a long of 32 bits.
 unsigned int ToUnsigned(char* pchText) {
     const char* pch = pchText;
     while (std::isspace(static_cast<unsigned char>(*pch))) {
@@ -31,7 +31,7 @@ unsigned int ToUnsigned(char* pchText) {
                                    : static_cast<unsigned int>(bNegative ? 0 - uMagnitude : uMagnitude);
 }
 
-// The line is taken from the stream before anything else is looked at.
+// Reads a line even if pValue is null.
 template <class Value>
 int ReadNumber(SRead& cReader, Value* pValue, Value (*pConvert)(char*)) {
     char* const pchLine = cReader.ReadLine();

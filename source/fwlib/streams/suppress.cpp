@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One algorithm, written once over the work on a block's words, which a machine's registers or wide ones do. Inside,
-// bits go by a word's place in the block, the first lowest; only the bitmap of the backward layout is reversed.
+// One algorithm as templates over the operations on a block's words, which use general or wide registers. Internally,
+// bit n is the block's word n; only the stored bitmap of the backward layout is reversed.
 #include "fwlib/streams/suppress.h"
 
 #include "fwlib/streams/suppresswords.h"
@@ -11,7 +11,7 @@ namespace {
 
 using Byte = unsigned char;
 
-constexpr std::uint32_t ZeroForm = 0x80000000; // the bitmap's bit that tells the form
+constexpr std::uint32_t ZeroForm = 0x80000000; // the bitmap's bit for the form: set if zeros are left out
 constexpr std::uint32_t Unused = 0x40000000;
 
 std::uint32_t ReverseWords(std::uint32_t uWords) {
@@ -22,13 +22,13 @@ std::uint32_t ReverseWords(std::uint32_t uWords) {
     return uWords >> (32 - BlockWords);
 }
 
-// Which words of a block are listed, with the bit that tells the form.
+// The words of a block that are listed, and the bit for the form.
 template <class Words, bool Backward>
 inline __attribute__((always_inline)) std::uint32_t Choose(const Byte* pBlock) {
     std::uint32_t uNonZero;
     std::uint32_t uChange;
     Words::Compare(pBlock, uNonZero, uChange);
-    // The scan's first word is always listed, and each that differs from the one scanned before it.
+    // Listed are the first word of the scan and each word that differs from the one scanned before it.
     const std::uint32_t uChanged = Backward ? uChange | LastWord : (uChange << 1 | FirstWord) & AllWords;
     return Words::Count(uChanged) >= Words::Count(uNonZero) ? uNonZero | ZeroForm : uChanged;
 }
@@ -44,7 +44,7 @@ inline __attribute__((always_inline)) std::uint32_t Bitmap(std::uint32_t uChoice
     return (Backward ? ReverseWords(uLeftOut) : uLeftOut) | (uChoice & ZeroForm);
 }
 
-// Each block is coded before the next one is looked at, so the target may overlap the source.
+// Each block is coded before the next one is read, so the target may overlap the source.
 template <bool Backward>
 std::size_t CompressStepwise(Byte* pTarget, const Byte* pSource, std::size_t uLength) {
     std::size_t uTotal = 0;
@@ -62,7 +62,7 @@ std::size_t CompressStepwise(Byte* pTarget, const Byte* pSource, std::size_t uLe
     return uTotal;
 }
 
-// A coded block as its bitmap tells it.
+// What the bitmap of a coded block contains.
 struct Coded {
     bool bGood;
     bool bZeroForm;
@@ -109,9 +109,8 @@ inline __attribute__((always_inline)) std::size_t ExpandForward(Byte* pTarget, s
     return uWritten;
 }
 
-// The blocks come off the end of the source, the last one first, so the room is filled from its end; where it was
-// not filled, the blocks move down. Counting them first would read every bitmap twice, which is the
-// whole cost.
+// The last block is decoded first, so the target is filled from its end; if it is not full, the blocks are moved to its
+// start. Counting the blocks first would read every bitmap twice, and reading them is most of the cost.
 template <class Words>
 inline __attribute__((always_inline)) std::size_t ExpandBackward(Byte* pTarget, std::size_t uRoom,
                                                                  const Byte* pSource, std::size_t uLength) {
@@ -149,15 +148,15 @@ std::size_t ExpandWords(Byte* pTarget, std::size_t uRoom, const Byte* pSource, s
 
 constexpr std::size_t MostBlocks = 65535 / BlockBytes;
 
-// Wide stores write behind the list. So first all blocks are looked at: then the end of the last one is known, and
-// what is written behind a list belongs to the next.
+// Wide stores write past the end of a list. So all blocks are measured first: then the end of the last one is known,
+// and bytes past a list are overwritten by the next block.
 template <bool Backward>
 FWLIB_WIDE inline __attribute__((always_inline)) std::size_t
 CompressSeparate(Byte* pTarget, const Byte* pSource, std::size_t uLength) {
     std::uint32_t auChoices[MostBlocks];
     const std::size_t uBlocks = uLength / BlockBytes;
     std::size_t uTotal = 0;
-    std::size_t uFitting = 0; // the blocks that are written
+    std::size_t uFitting = 0; // number of blocks that fit
     for (; uFitting < uBlocks; ++uFitting) {
         auChoices[uFitting] = Choose<WideWords, Backward>(pSource + uFitting * BlockBytes);
         const std::size_t uCoded = CodedBytes<WideWords>(auChoices[uFitting]);

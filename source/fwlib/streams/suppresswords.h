@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The work on the 30 words of a compressor's block: with general registers, and with wide ones, where a table tells
-// for each byte of bits how eight words move.
+// Operations on the 30 words of a compressor's block: with general registers, and with wide ones, where a table has the
+// movement of eight words for each byte of bits.
 #ifndef FWLIB_STREAMS_SUPPRESSWORDS_H
 #define FWLIB_STREAMS_SUPPRESSWORDS_H
 
@@ -23,7 +23,7 @@ constexpr std::uint32_t AllWords = (std::uint32_t{1} << BlockWords) - 1;
 constexpr std::uint32_t FirstWord = 1;
 constexpr std::uint32_t LastWord = std::uint32_t{1} << (BlockWords - 1);
 
-// Words in memory are little-endian, on a host of either order.
+// Words in memory are little-endian on every host.
 inline std::uint32_t LoadWordAt(const unsigned char* p) {
     return p[0] | static_cast<std::uint32_t>(p[1]) << 8 | static_cast<std::uint32_t>(p[2]) << 16 |
            static_cast<std::uint32_t>(p[3]) << 24;
@@ -41,7 +41,7 @@ struct PlainWords {
         return static_cast<unsigned int>(__builtin_popcount(uWords));
     }
 
-    // Bits of the words that are not zero, and of those that differ from the next.
+    // Sets the bits of words that are not zero, and of words that differ from the next.
     static void Compare(const unsigned char* pBlock, std::uint32_t& uNonZero, std::uint32_t& uChange) {
         std::uint32_t uWord = LoadWordAt(pBlock);
         uNonZero = uWord != 0;
@@ -54,8 +54,7 @@ struct PlainWords {
         }
     }
 
-    // Copies the words whose bits are set to the list, and writes nothing else. The block is read before the first
-    // word is written: the list may lie in it.
+    // Copies the words whose bits are set to the list, and writes nothing else. The list may overlap the block.
     static void Gather(unsigned char* pList, const unsigned char* pBlock, std::uint32_t uWords) {
         unsigned char abBlock[BlockWords * WordBytes];
         const auto uList = reinterpret_cast<std::uintptr_t>(pList);
@@ -70,7 +69,7 @@ struct PlainWords {
         }
     }
 
-    // Fills the block: a word whose bit is set is the list's next, another is zero.
+    // Fills the block: a word whose bit is set is the next of the list, the others are zero.
     static void FillZeros(unsigned char* pBlock, const unsigned char* pList, std::size_t,
                           std::uint32_t uWords) {
         std::memset(pBlock, 0, BlockWords * WordBytes);
@@ -80,7 +79,7 @@ struct PlainWords {
         }
     }
 
-    // ... another is like the one before it; the first word's bit is set.
+    // ... the others equal the word before them; the first word's bit is set.
     static void FillForward(unsigned char* pBlock, const unsigned char* pList, std::size_t,
                             std::uint32_t uWords) {
         pList -= WordBytes;
@@ -90,7 +89,7 @@ struct PlainWords {
         }
     }
 
-    // ... another is like the one behind it; the last word's bit is set.
+    // ... the others equal the word after them; the last word's bit is set.
     static void FillBackward(unsigned char* pBlock, const unsigned char* pList, std::size_t,
                              std::uint32_t uWords) {
         for (unsigned int u = 0; u < BlockWords; ++u) {
@@ -102,7 +101,7 @@ struct PlainWords {
 
 #ifdef FWLIB_WIDE
 
-// For each byte of bits, eight lanes' indexes, a byte each.
+// For each byte of bits, the indexes of eight lanes, one byte each.
 struct LaneTables {
     constexpr LaneTables() : aGather(), aBefore(), aUpTo() {
         for (unsigned int uBits = 0; uBits < 256; ++uBits) {
@@ -119,8 +118,8 @@ struct LaneTables {
     }
 
     std::uint64_t aGather[256]; // the lanes whose bits are set
-    std::uint64_t aBefore[256]; // how many are set before the lane
-    std::uint64_t aUpTo[256];   // how many up to the lane, less the first one's
+    std::uint64_t aBefore[256]; // how many bits are set before the lane
+    std::uint64_t aUpTo[256];   // how many up to the lane, without the first lane
 };
 inline constexpr LaneTables cLanes;
 
@@ -136,7 +135,7 @@ struct WideWords {
 
     FWLIB_WIDE static void Compare(const unsigned char* pBlock, std::uint32_t& uNonZero,
                                    std::uint32_t& uChange) {
-        constexpr unsigned int LastPair = BlockWords - 1 - 8; // the last register whose words all have a next
+        constexpr unsigned int LastPair = BlockWords - 1 - 8; // the last eight words that have a next
         uNonZero = 0;
         uChange = 0;
         for (unsigned int u : FirstOf) {
@@ -147,8 +146,8 @@ struct WideWords {
         }
     }
 
-    // uRoom: the bytes that may be written at the list, of which those behind the list come out undefined. The list
-    // does not lie in the block.
+    // uRoom: the bytes that may be written at pList; those after the list are undefined. The list must not overlap the
+    // block.
     FWLIB_WIDE static void Gather(unsigned char* pList, std::size_t uRoom, const unsigned char* pBlock,
                                   std::uint32_t uWords) {
         if (uRoom < BlockWords * WordBytes + RegisterBytes) {
@@ -165,7 +164,7 @@ struct WideWords {
         }
     }
 
-    // uReadable: the bytes that may be read at the list.
+    // uReadable: the bytes that may be read at pList.
     FWLIB_WIDE static void FillZeros(unsigned char* pBlock, const unsigned char* pList, std::size_t uReadable,
                                      std::uint32_t uWords) {
         if (uReadable < BlockWords * WordBytes + RegisterBytes) {
