@@ -11,7 +11,7 @@ namespace FwPipe {
 namespace {
 
 Label cActive = {};
-int iNamed = 0; // elements that were named because their Initialize returned 0
+int iNamed = 0; // number of elements reported because their Initialize returned 0
 
 class StandIn : public VESK::EObject {
 public:
@@ -36,7 +36,7 @@ protected:
 
     VESK::EPipeline& m_cPipeline;
     const VESK::EPipeline& m_cOuter;
-    VESK::EObject* m_pElement = nullptr; // whose place it has taken
+    VESK::EObject* m_pElement = nullptr; // the replaced element, lent
     int m_iPlace = 0;
 };
 
@@ -86,7 +86,8 @@ public:
         Begin(m_cPipeline, m_cOuter, m_iPlace + 1);
     }
 
-    // Without memory the rest goes unnoted. The pipeline deletes it in its place.
+    // The pipeline deletes the Destroyer in the element's place. Without memory for it, the other elements are not
+    // recorded.
     static void Begin(VESK::EPipeline& cPipeline, const VESK::EPipeline& cOuter, int iPlace) {
         if (iPlace < cPipeline.m_iElementCount) {
             new (std::nothrow) Destroyer(cPipeline, cOuter, iPlace); // NOLINT(bugprone-unused-raii)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Initializing and destroying a pipeline with a note of the element at work, so that a failure can be reported by name.
+// Initializes and destroys a pipeline, recording which element is active, so that a failure is reported with its name.
 //
-// The pipeline goes through its elements by itself. A stand-in takes the place of the next element in its table and
-// restores it before that element is called.
+// The pipeline calls its elements itself. In its table, a stand-in takes the place of the next element and restores it
+// before it calls that element.
 #ifndef FWPIPE_ACTIVEELEMENT_H
 #define FWPIPE_ACTIVEELEMENT_H
 
@@ -10,13 +10,13 @@
 
 namespace FwPipe {
 
-// The element whose Initialize or destructor runs; an empty text for none.
+// The element whose Initialize or destructor is running; an empty text for none.
 const Label& ActiveElement();
 
-// What the pipeline's Initialize returns. An element that returned 0 without an error message is named on standard error.
+// Initializes the pipeline and returns the result. Reports an element that returned 0 without an error message.
 int InitializeNoting(VESK::EPipeline& cPipeline);
 
-// To be called right before the pipeline is destroyed.
+// Call this directly before the pipeline is destroyed.
 void NoteDestruction(VESK::EPipeline& cPipeline);
 
 } // namespace FwPipe

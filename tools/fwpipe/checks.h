@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the subcommands ask of their arguments, in CLI11's form: an empty text when all is well, else the complaint.
+// Checks of arguments in the form of CLI11: they return an empty text for a valid argument, otherwise an error message.
 #ifndef FWPIPE_CHECKS_H
 #define FWPIPE_CHECKS_H
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// fwpipe dump: what an object stream holds.
+// fwpipe dump: shows the objects of an object stream.
 #include "checks.h"
 #include "command.h"
 #include "file.h"
@@ -79,7 +79,7 @@ bool IsAskedFor(const Options& cOptions, const ObjectScan& cScan) {
                        [&cScan](const std::string& cCondition) { return Holds(cScan, cCondition); });
 }
 
-// What a progress line can call the whole: the rest of a file, or 0 for what has no size.
+// The size for a progress line: that of the rest of a file; 0 if there is no size.
 unsigned long long SizeOf(const File& cInput) {
     struct stat Status = {};
     const bool bSized = fstat(cInput.Get(), &Status) == 0 && S_ISREG(Status.st_mode);
@@ -94,12 +94,12 @@ ShowObject FormOf(const Options& cOptions) {
     return cOptions.bOneLine ? ShowLine : ShowBlock;
 }
 
-// Shows objects as they come, or keeps the last ones until there are no more.
+// Shows each object at once, or keeps the last ones until the end.
 class Shower {
 public:
     explicit Shower(const Options& cOptions) : m_cOptions(cOptions), m_pShow(FormOf(cOptions)) {}
 
-    // False when no one reads the output.
+    // Returns false when the output is no longer read.
     bool Take(const ObjectScan& cScan) {
         ++m_ullTaken;
         if (m_cOptions.bCount) {
@@ -128,11 +128,11 @@ private:
     std::deque<std::string> m_cLast;
 };
 
-// Returns how many were asked for. Ends early when that is enough, and when no one reads the output.
+// Returns the number of selected objects. Ends early after --head objects, and when the output is no longer read.
 unsigned long long ShowAll(const Options& cOptions, const File& cInput, ObjectScan& cScan) {
     Shower cShower(cOptions);
     const unsigned long long ullSize = SizeOf(cInput);
-    Progress cProgress(!isatty(STDOUT_FILENO), "objects"); // or the two would be mixed
+    Progress cProgress(!isatty(STDOUT_FILENO), "objects"); // otherwise objects and progress would be mixed
     bool bArrives = true;
     while ((cOptions.ullHead == 0 || cShower.Taken() < cOptions.ullHead) && bArrives && cScan.Next()) {
         if (IsAskedFor(cOptions, cScan)) {
@@ -161,7 +161,7 @@ void Summarize(const Options& cOptions, const ObjectScan& cScan, unsigned long l
                  ullShown == cOptions.ullHead && ullShown > 0 ? ", the rest not read" : "");
 }
 
-// Says why there was no further object: the exit status.
+// Reports why there was no further object. Returns the exit status.
 int Judge(const std::string& cName, const ObjectScan& cScan) {
     if (cScan.ReadError() != 0) {
         errno = cScan.ReadError();
@@ -182,7 +182,7 @@ int Dump(const Options& cOptions) {
     const std::string cName = bStandard ? "standard input" : cOptions.cFile;
     const File cInput(bStandard ? STDIN_FILENO : open(cOptions.cFile.c_str(), O_RDONLY | O_CLOEXEC));
     if (cInput.Get() < 0) {
-        if (Interrupt()) { // as it waited for the other end of a fifo
+        if (Interrupt()) { // while it waited for a writer of a fifo
             return ExitSignal + Interrupt();
         }
         ReportErrno("cannot read", cName);
@@ -194,10 +194,10 @@ int Dump(const Options& cOptions) {
         return ExitSignal + Interrupt();
     }
     if (std::ferror(stdout)) {
-        return ExitDone; // which is reported, and makes the command fail, at its end
+        return ExitDone; // main reports this and fails
     }
     Summarize(cOptions, cScan, ullShown);
-    // Sent before the reason, where both go to one place.
+    // Flushed before the reason, as both may go to one file.
     return SendOn() ? Judge(cName, cScan) : ExitDone;
 }
 
@@ -238,7 +238,7 @@ void AddDump(CLI::App& cApp, Action& cChosen) {
         ->add_option("--where", pOptions->cWhere,
                      "Select objects that have this property; if repeated, objects that have all of them")
         ->type_name("KEY=VALUE")
-        ->allow_extra_args(false) // what follows is the next argument
+        ->allow_extra_args(false) // the next argument is not a second value
         ->check(CLI::Validator(NotACondition, ""));
     pDump->callback([pOptions, &cChosen] { cChosen = [pOptions] { return Dump(*pOptions); }; });
 }

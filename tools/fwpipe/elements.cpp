@@ -10,7 +10,7 @@ namespace FwPipe {
 
 namespace {
 
-// Positions in the table of virtual operations of every element; the two destructors come first.
+// Positions in an element's table of virtual operations; the two destructors come first.
 enum Slot { InitializeSlot = 2, DataArrivedSlot = 3, RunSlot = 4 };
 
 using Table = const void* const*;
@@ -21,8 +21,8 @@ Table TableOf(const VESK::EObject& cElement) {
     return pTable;
 }
 
-// Whether the element has one of the class's two operations. They must have bodies unlike those of other classes, or
-// an optimizing linker may have merged them.
+// Whether the element has one of two operations of the class. Their bodies must differ from those of other classes, as
+// an optimizing linker may merge equal ones.
 template <class Class>
 bool Has(const VESK::EObject* pElement, Slot First, Slot Second) {
     static const Table pClass = TableOf(Class());

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The elements of a built pipeline: which class they are of, what they are called, and which one originates the data.
+// The elements of a pipeline: their classes, their names in messages, and the element that originates the data.
 //
-// A class is recognized by the operations that an element has from it, so subclasses count too. Asking the compiler's
-// type information instead would crash on elements of a plugin that was compiled without it.
+// A class is recognized by the virtual operations that an element inherits from it, so subclasses are recognized too.
+// dynamic_cast would crash on elements of a plugin that was compiled without type information.
 #ifndef FWPIPE_ELEMENTS_H
 #define FWPIPE_ELEMENTS_H
 
@@ -17,26 +17,26 @@ class EPipeline;
 
 namespace FwPipe {
 
-// The element as that class, or null. A subclass that overrides Initialize as well as Run is not recognized.
+// The element as an object of that class, or null. A subclass that overrides both Initialize and Run is not recognized.
 VESK::EPipeline* AsPipeline(VESK::EObject* pElement);
 VESK::EDeserialize* AsReplay(VESK::EObject* pElement);
 
-// An ESerialize, a subclass of it, or what calls itself ESerialize.
+// Whether the element is an ESerialize, a subclass of it, or has the type name ESerialize.
 bool IsRecorder(VESK::EObject& cElement);
 
 // The element's property of section "Standard", lent until the element changes; null when it is missing.
 const char* Setting(VESK::EObject& cElement, const char* pchKey);
 
-// The element's name in quotation marks, or its type when it has none.
+// The element's name in quotation marks, or its type if it has no name.
 std::string Shown(VESK::EObject& cElement);
 
-// Calls for each element of the pipeline in their order, and for those of a nested pipeline in its place.
+// Calls cCall for each element of the pipeline in order, and after a nested pipeline for its elements.
 void ForEach(VESK::EPipeline& cPipeline, const std::function<void(VESK::EObject&)>& cCall);
 
-// Whether the pipeline, or one nested in it, still has the element, which is not touched.
+// Whether the pipeline, or one nested in it, still contains the element, which is not accessed.
 bool Has(const VESK::EPipeline& cPipeline, const VESK::EObject* pElement);
 
-// The element whose Run the pipeline's Run comes down to, through nested pipelines; null when there is none.
+// The element whose Run is called by the pipeline's Run, also through nested pipelines; null if there is none.
 VESK::EObject* Originator(VESK::EPipeline& cPipeline);
 
 } // namespace FwPipe

@@ -9,8 +9,8 @@ namespace {
 
 constexpr char Digits[] = "0123456789abcdef";
 
-// The character at the beginning of a text that is not empty: its number and how many bytes it takes; none for a byte
-// that is not UTF-8.
+// The first character of a text that is not empty: its code point and its length in bytes; none for a byte that is not
+// UTF-8.
 struct Character {
     explicit Character(std::string_view cBytes);
 
@@ -42,11 +42,10 @@ Character::Character(std::string_view cBytes)
     m_uLength = m_uNumber < uSmallest || bSurrogate || m_uNumber > 0x10ffff ? 0 : m_uLength;
 }
 
-// Appends the characters that need no escape in any form, which are nearly all.
+// Appends the characters that no form escapes, which are most of them.
 void TakePlain(std::string_view& cBytes, std::string& cText) {
     const auto* const pEnd = std::find_if(cBytes.begin(), cBytes.end(), [](char chByte) {
-        return chByte < ' ' || chByte > '~' || chByte == '\\' ||
-               chByte == '"'; // beyond ASCII it may be negative
+        return chByte < ' ' || chByte > '~' || chByte == '\\' || chByte == '"'; // other bytes may be negative
     });
     const auto uLength = static_cast<std::size_t>(pEnd - cBytes.begin());
     cText += cBytes.substr(0, uLength);

@@ -28,9 +28,9 @@ namespace {
 constexpr int Faults[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
 constexpr int FaultCount = sizeof Faults / sizeof *Faults;
 constexpr Address StackMargin =
-    65536; // how far from the stack's top an access counts as running over its end
+    65536; // distance from the stack pointer within which a fault counts as a stack overflow
 
-struct sigaction aBefore[FaultCount]; // what the faults did
+struct sigaction aBefore[FaultCount]; // the former actions
 alignas(16) char achFaultStack[131072];
 KnownElements cKnown;
 Holder cThrower = {nullptr, false};
@@ -43,7 +43,7 @@ _Unwind_Reason_Code FwPipeNoteThrow(int iVersion, _Unwind_Action Actions, _Unwin
 void FwPipeGuarded(const std::function<void()>& cCall);
 }
 
-// Called while a handler of the exception is looked for, when the stack is still as it was where it was thrown.
+// Called while the exception's handler is searched, when the stack is still complete.
 _Unwind_Reason_Code FwPipeNoteThrow(int, _Unwind_Action Actions, _Unwind_Exception_Class, _Unwind_Exception*,
                                     _Unwind_Context*) {
     if (Actions & _UA_SEARCH_PHASE) {
@@ -52,13 +52,13 @@ _Unwind_Reason_Code FwPipeNoteThrow(int, _Unwind_Action Actions, _Unwind_Excepti
     return _URC_CONTINUE_UNWIND;
 }
 
-// Makes the function above the one that is asked about this frame.
+// Makes FwPipeNoteThrow the personality routine of this frame, so that it is called when an exception passes.
 __attribute__((noinline, used)) void FwPipeGuarded(const std::function<void()>& cCall) {
-#ifndef __ARM_EABI__ // which has unwind tables of its own; see unreadstack.cpp
+#ifndef __ARM_EABI__ // its unwind tables differ; see unreadstack.cpp
     asm volatile(".cfi_personality 0x1b, FwPipeNoteThrow");
 #endif
     cCall();
-    asm volatile("" ::: "memory"); // the call must not be the last action, or this frame would be reused
+    asm volatile("" ::: "memory"); // prevents a tail call, which would remove this frame
 }
 
 namespace {
@@ -77,7 +77,7 @@ void Tell(const char* pchWhat) {
                  pchWhat, uLength > 0 && pchWhat[uLength - 1] == '\n' ? "" : "\n");
 }
 
-// Its class, as the source names it.
+// The class of the exception as in the source.
 std::string TypeOfThrown() {
     const std::type_info* const pType = abi::__cxa_current_exception_type();
     if (!pType) {
@@ -104,7 +104,7 @@ void TellFault(const char* pchElement, bool bOrBehind, const char* pchFault, boo
     [[maybe_unused]] const ssize_t iWritten = write(STDERR_FILENO, achLine, std::strlen(achLine));
 }
 
-int iFault = 0; // the one that is being reported
+int iFault = 0; // the fault that is being reported
 
 void Restore() {
     for (int i = 0; i < FaultCount; ++i) {
@@ -112,7 +112,7 @@ void Restore() {
     }
 }
 
-// While the element was looked for: what it needed is damaged.
+// Another fault while the element was searched: the data for that is damaged.
 void GiveUp(int) {
     TellFault("unknown element", false, sigdescr_np(iFault), false);
     Restore();
@@ -136,7 +136,7 @@ Holder HolderAt(ucontext_t& Context) {
     const greg_t iCode = pRegisters[CodeRegister];
     const greg_t iStack = pRegisters[StackRegister];
     if (!CodeAt(static_cast<Address>(iCode)).uBegin) {
-        // A call to where there is no code: the stack is that of the caller once the address to return to is taken off.
+        // A call of an address without code: without the return address, the stack is the caller's.
         std::memcpy(&pRegisters[CodeRegister],
                     reinterpret_cast<void*>(iStack), // NOLINT(performance-no-int-to-ptr)
                     sizeof iCode);
@@ -150,7 +150,7 @@ Holder HolderAt(ucontext_t& Context) {
 #else
 Address StackAt(const ucontext_t&) {
     return reinterpret_cast<Address>(
-        __builtin_frame_address(0)); // of the stack for signals: a full one is not reported
+        __builtin_frame_address(0)); // of the signal stack: a stack overflow is not recognized
 }
 
 Holder HolderAt(ucontext_t&) {
@@ -179,7 +179,7 @@ void OnFault(int iSignal, siginfo_t* pInfo, void* pContext) {
     TellFault(Shown(cHolder), cHolder.bOrBehind && !ActiveElement().achText[0], sigdescr_np(iSignal), bStack);
     Restore();
     if (pInfo->si_code <= 0) {
-        raise(iSignal); // it does not come again by itself, as one of an instruction does
+        raise(iSignal); // signals that were sent do not occur again, as those of an instruction do
     }
     errno = iErrno;
 }
@@ -192,11 +192,11 @@ void CatchFaults() {
         Stack.ss_sp = achFaultStack;
         Stack.ss_size = sizeof achFaultStack;
         Stack.ss_flags = 0;
-        sigaltstack(&Stack, nullptr); // otherwise a stack overflow could not be reported
+        sigaltstack(&Stack, nullptr); // needed for stack overflows
     }
     struct sigaction Action = {};
     Action.sa_sigaction = OnFault;
-    Action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_NODEFER; // a fault while one is reported calls GiveUp
+    Action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_NODEFER; // a fault during the report calls GiveUp
     for (int i = 0; i < FaultCount; ++i) {
         sigaction(Faults[i], &Action, &aBefore[i]);
     }
@@ -215,7 +215,7 @@ bool Guarded(const std::function<void()>& cCall) {
         throw;
     } catch (const std::bad_alloc& cError) {
         if (!cThrower.pLabel && !ActiveElement().achText[0]) {
-            throw; // not by an element
+            throw; // not from an element
         }
         Tell(cError.what());
     } catch (const std::exception& cError) {

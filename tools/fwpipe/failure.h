@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Tells which element it was when one throws an exception or ends the process by a fault.
+// Reports which element threw an exception or ended the process by a fault.
 #ifndef FWPIPE_FAILURE_H
 #define FWPIPE_FAILURE_H
 
@@ -11,14 +11,14 @@ class EPipeline;
 
 namespace FwPipe {
 
-// From here on a fault (SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT) is reported on standard error, with the element that had the
-// object, before it has the effect that it had without this.
+// Reports faults (SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT) on standard error from now on, with the element that had
+// the object. Each then has its former effect.
 void CatchFaults();
 
-// Before the pipeline runs: its elements may fail now.
+// Call this before the pipeline runs: faults of its elements are then reported with their names.
 void WatchElements(VESK::EPipeline& cPipeline);
 
-// Calls the function. False, after a line on standard error, when an element threw.
+// Calls the function. Returns false, after a line on standard error, if an element threw an exception.
 bool Guarded(const std::function<void()>& cCall);
 
 } // namespace FwPipe

@@ -16,12 +16,12 @@ namespace {
 
 struct Node {
     VESK::EObject* pElement;
-    std::vector<std::size_t> cNext; // where its source pads lead to
-    std::size_t uTried = 0;         // of them
+    std::vector<std::size_t> cNext; // the elements that its source pads are connected to
+    std::size_t uTried = 0;         // how many of them were tried
     enum { New, Open, Done } State = New;
 };
 
-// A nested pipeline shows the pads of inner elements, which stand here by themselves.
+// All elements but pipelines, whose pads are those of inner elements, which are nodes themselves.
 std::vector<Node> Connected(VESK::EPipeline& cPipeline) {
     std::vector<Node> cNodes;
     std::unordered_map<const VESK::SINKPAD*, std::size_t> cOwners;
@@ -48,7 +48,7 @@ std::vector<Node> Connected(VESK::EPipeline& cPipeline) {
     return cNodes;
 }
 
-// The loop is the end of the path, from the element that it comes back to.
+// The loop is the end of the path, from the element uBack on.
 void Warn(const std::vector<Node>& cNodes, const std::vector<std::size_t>& cPath, std::size_t uBack) {
     std::string cNames;
     for (std::size_t u = cPath.size(); u-- > 0;) {
@@ -61,7 +61,7 @@ void Warn(const std::vector<Node>& cNodes, const std::vector<std::size_t>& cPath
     Complain("warning: connections lead back to where they came from: " + cNames);
 }
 
-// Follows all connections from one element. A chain can be longer than the stack is deep.
+// Follows all connections from one element. Not recursive, as a chain of elements may be too long for the stack.
 void Follow(std::vector<Node>& cNodes, std::size_t uFirst) {
     std::vector<std::size_t> cPath = {uFirst};
     cNodes[uFirst].State = Node::Open;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Connections that lead back to an element they came from.
+// Finds loops of connections.
 #ifndef FWPIPE_FEEDBACK_H
 #define FWPIPE_FEEDBACK_H
 
@@ -9,8 +9,8 @@ class EPipeline;
 
 namespace FwPipe {
 
-// Warns on standard error of each loop of connections, with the names in the order in which an object would pass. An
-// element that ends every object's way there makes it harmless, so it is no failure. Wants the pipeline initialized.
+// Warns on standard error of each loop, with its elements in the order of the deliveries. A loop with an element that
+// never forwards objects is harmless, so this is no failure. The pipeline must be initialized.
 void WarnOfFeedback(VESK::EPipeline& cPipeline);
 
 } // namespace FwPipe

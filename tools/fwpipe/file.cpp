@@ -10,7 +10,7 @@ namespace FwPipe {
 
 namespace {
 
-// Empty, with the reason in errno, when it is not known.
+// The path after all links; empty, with the reason in errno, if that is unknown.
 std::string Resolved(const std::string& cPath) {
     char chEnd;
     if (readlink(cPath.c_str(), &chEnd, sizeof chEnd) < 0) {
@@ -23,7 +23,7 @@ std::string Resolved(const std::string& cPath) {
 }
 
 std::size_t NameBegin(const std::string& cPath) {
-    return cPath.rfind('/') + 1; // 0 when there is none
+    return cPath.rfind('/') + 1; // 0 without a folder
 }
 
 std::string FolderOf(const std::string& cPath) {
@@ -59,7 +59,7 @@ int Place::OpenToRead() const {
     return openat(Folder(), m_cName.empty() ? "." : Name(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
 }
 
-// Not every file system can, and the file is whole without it.
+// Not every file system can sync a folder; the file is complete without it.
 void Place::Sync() const {
     const File cFolder(openat(Folder(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (cFolder.Get() >= 0) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files by their descriptors, and places for files that stay the same when folders are renamed meanwhile.
+// Files by their descriptors, and file names that stay valid when a folder is renamed.
 #ifndef FWPIPE_FILE_H
 #define FWPIPE_FILE_H
 
@@ -8,7 +8,7 @@
 
 namespace FwPipe {
 
-// Owns the descriptor, but leaves standard input open.
+// Owns the descriptor, but never closes standard input.
 class File {
 public:
     explicit File(int iFile) : m_iFile(iFile) {}
@@ -23,17 +23,17 @@ private:
     int m_iFile;
 };
 
-// A name in a folder that is open: the file's own, or that of what a link leads to, so that the link stays when the
-// file is replaced. Links are followed once, when it is made.
+// A file name in an open folder. A link is followed once, in the constructor: the name is that of its target, so the
+// link remains when the file is replaced.
 class Place {
 public:
     explicit Place(const std::string& cPath);
 
     int Folder() const { return m_cFolder.Get(); } // -1 for none, with the reason in errno
     const char* Name() const { return m_cName.c_str(); }
-    bool Stat(struct stat& Status) const; // of what has the name, or false with the reason in errno
-    int OpenToRead() const;               // without waiting for a pipe
-    void Sync() const;                    // so that a new name outlives a power failure
+    bool Stat(struct stat& Status) const; // of the file with the name; false with the reason in errno
+    int OpenToRead() const;               // without waiting for a pipe's writer; -1 with the reason in errno
+    void Sync() const;                    // so that a new name survives a power failure
 
 private:
     const std::string m_cPath;
@@ -41,8 +41,8 @@ private:
     File m_cFolder;
 };
 
-bool IsSame(const struct stat& One, const struct stat& Other);         // file
-bool IsUnchanged(const struct stat& Before, const struct stat& After); // size and time of the last change
+bool IsSame(const struct stat& One, const struct stat& Other);         // the same file
+bool IsUnchanged(const struct stat& Before, const struct stat& After); // same size and modification time
 
 } // namespace FwPipe
 

@@ -8,7 +8,7 @@ namespace FwPipe {
 
 namespace {
 
-constexpr int MostLinks = 40; // in a row, as on the platform
+constexpr int MostLinks = 40; // in a chain, the limit of the platform
 
 std::string KeyOf(const struct stat& Status) {
     return S_ISREG(Status.st_mode) || S_ISBLK(Status.st_mode)
@@ -16,7 +16,7 @@ std::string KeyOf(const struct stat& Status) {
                : "";
 }
 
-// Where a new file of that name would be created. A link may name a file that is not there.
+// The path of a new file of that name. A link may refer to a file that does not exist.
 std::string Created(std::filesystem::path cPath) {
     std::error_code cError;
     for (int i = 0; i < MostLinks && std::filesystem::is_symlink(cPath, cError); ++i) {
@@ -24,7 +24,7 @@ std::string Created(std::filesystem::path cPath) {
     }
     const auto cFolder =
         std::filesystem::canonical(cPath.has_parent_path() ? cPath.parent_path() : ".", cError);
-    return cError ? "" : cFolder / cPath.filename(); // nothing is created where there is no folder
+    return cError ? "" : cFolder / cPath.filename(); // no file can be created without its folder
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Texts that are equal for two names of one file.
+// Texts that are equal if two paths are the same file.
 #ifndef FWPIPE_FILEKEY_H
 #define FWPIPE_FILEKEY_H
 
@@ -7,8 +7,8 @@
 
 namespace FwPipe {
 
-// Of what the path leads to, through all links, also when that is yet to be created. Empty for what keeps nothing that
-// was written, such as /dev/null, a terminal or a pipe.
+// The key of the file that the path refers to through all links, even if it does not exist yet. Empty for anything that
+// stores no data, such as /dev/null, a terminal or a pipe.
 std::string KeyOfPath(const std::string& cPath);
 
 std::string KeyOfStream(int iDescriptor);

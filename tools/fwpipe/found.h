@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What of a damaged recording is to be kept.
+// The parts of a damaged recording that are to be kept.
 #ifndef FWPIPE_FOUND_H
 #define FWPIPE_FOUND_H
 
@@ -13,17 +13,17 @@ struct Gap {
     const char* pchReason;
 };
 
-// All but the gaps, which are in order.
+// Everything except the gaps, which are in order.
 struct Found {
     unsigned long long ullKept = 0;   // objects
-    unsigned long long ullBehind = 0; // complete objects in the only gap, which reaches to the end
+    unsigned long long ullBehind = 0; // complete objects in the only gap, if it ends with the file
     unsigned long long ullSize = 0;   // bytes, the gaps included
     std::vector<Gap> cGaps;
     int iReadError = 0;
 };
 
-// Looks through the whole file, from its begin, and shows on a terminal how far it is of ullSize bytes. With bResync,
-// what is whole behind damage is kept. Ends early when a signal asks for that.
+// Reads the whole file and shows the progress, of ullSize bytes, on a terminal. If bResync, complete objects after
+// damage are kept too. Ends early after a signal.
 Found FindWhole(int iFile, unsigned long long ullSize, bool bResync);
 
 } // namespace FwPipe

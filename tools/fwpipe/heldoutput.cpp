@@ -19,12 +19,12 @@ namespace {
 
 constexpr int Signals[] = {SIGINT, SIGTERM, SIGHUP};
 
-// Signal handlers read these, so they are no members. -1 for none.
-int iAll = -1;    // a file in memory with all that is held
-int iErrors = -1; // one with the part of standard error
-int iOutput = -1; // the descriptor that standard output had
+// Not members, as signal handlers read them. -1: none.
+int iAll = -1;    // a memory file with everything that is held
+int iErrors = -1; // one with the part for standard error
+int iOutput = -1; // a duplicate of the former standard output
 
-std::FILE* pErrors = nullptr; // the stream that standard error had
+std::FILE* pErrors = nullptr; // the former stream of standard error
 
 bool WriteAll(int iFile, const char* pch, std::size_t uLength) {
     while (uLength > 0) {
@@ -49,31 +49,31 @@ void ShowFile(int iFile) {
     }
 }
 
-// In the place of standard error. What cannot be held is not lost.
+// Writes for the stream in place of standard error. What cannot be held is printed.
 ssize_t HoldErrors(void*, const char* pch, std::size_t uLength) {
     bool bHeld = false;
     if (iAll >= 0) {
-        std::fflush(stdout); // was printed before
+        std::fflush(stdout); // these lines were printed before
         bHeld = WriteAll(iErrors, pch, uLength) && WriteAll(iAll, pch, uLength);
     }
     return bHeld || WriteAll(STDERR_FILENO, pch, uLength) ? static_cast<ssize_t>(uLength) : 0;
 }
 
-// A stream that is never closed: an element may have kept it. Null without memory.
+// A stream that is never closed, as an element may have stored it. Null when there is not enough memory.
 std::FILE* HoldingStream() {
     static std::FILE* pStream = nullptr;
     if (!pStream) {
         pStream = fopencookie(nullptr, "w", {nullptr, HoldErrors, nullptr, nullptr});
         if (pStream) {
             std::setvbuf(pStream, nullptr, _IONBF, 0);
-            std::fwide(pStream, -1); // or perror would pass it by
+            std::fwide(pStream, -1); // otherwise perror would not write to it
             pStream->_fileno = STDERR_FILENO;
         }
     }
     return pStream;
 }
 
-// The streams of C++ go on to the descriptor otherwise.
+// For the C++ streams, which would otherwise write to the descriptor.
 class ErrorBuffer final : public std::streambuf {
     int overflow(int iCharacter) override {
         return iCharacter == traits_type::eof() ? 0 : std::fputc(iCharacter, stderr);
@@ -139,7 +139,7 @@ HeldOutput::HeldOutput() {
     stderr = pStream;
     ExchangeErrors();
     Exchange(SIG_DFL, EndShowing);
-    std::atexit([] { // an element may end the process
+    std::atexit([] { // for an element that calls exit
         std::fflush(stdout);
         ShowHeldAtEnd();
     });
@@ -153,9 +153,9 @@ HeldOutput::~HeldOutput() {
     ExchangeErrors();
     stderr = pErrors;
     std::fflush(stdout);
-    std::clearerr(stdout); // what went wrong so far concerns the held lines
+    std::clearerr(stdout); // earlier errors concern the held lines
     if (dup2(iOutput, STDOUT_FILENO) < 0) {
-        close(STDOUT_FILENO); // an error at the next line is better than lines that are lost
+        close(STDOUT_FILENO); // an error at the next line is better than lost lines
     }
     ShowFile(iErrors);
     ForgetAll();

@@ -11,24 +11,24 @@ namespace FwPipe {
 namespace {
 
 #if defined(FWPIPE_X86) && defined(__x86_64__)
-constexpr int Kept[] = {3, 6, 12, 13, 14, 15}; // rbx, rbp, r12 to r15: what a function hands back as it was
+constexpr int Kept[] = {3, 6, 12, 13, 14, 15}; // rbx, rbp, r12 to r15: registers that functions preserve
 constexpr bool ArgumentsOnStack = false;
 #elif defined(FWPIPE_X86)
 constexpr int Kept[] = {3, 5, 6, 7}; // ebx, ebp, esi, edi
 constexpr bool ArgumentsOnStack = true;
 #else
-constexpr int Kept[] = {0}; // not asked for
+constexpr int Kept[] = {0}; // not used
 constexpr bool ArgumentsOnStack = false;
 #endif
 constexpr int KeptCount = KnowsInstructions ? sizeof Kept / sizeof *Kept : 0;
 
 constexpr int MostClasses = 256;
 constexpr int MostCodes = 256;      // different functions on one stack
-constexpr int MostFrames = 1 << 18; // of elements: as many as fit the usual stack
-constexpr int MostSteps = 1 << 28;  // a frame's for each element; the innermost frames count
+constexpr int MostFrames = 1 << 18; // frames of elements: as many as fit in a stack of the usual size
+constexpr int MostSteps = 1 << 28;  // frames times elements; with more, only the innermost frames count
 constexpr int MostElements = 131072;
 
-// A function on the stack, and the classes that it may belong to.
+// A function on the stack, and the classes that it may belong to. bAny: at least one.
 struct Seen {
     Code cCode;
     bool bAny;
@@ -40,28 +40,28 @@ struct Frame {
     Address auKept[sizeof Kept / sizeof *Kept];
 };
 
-// Of an element.
+// A frame of an element.
 struct Stop {
     int iSeen;
-    int iHint;      // the element that its registers or its argument tell, or -1
-    bool bDelivery; // else it was called by another function of the same element
+    int iHint;      // the element in its registers or argument, or -1
+    bool bDelivery; // otherwise another function of the same element called it
 };
 
 struct Search {
     KnownElements* pKnown;
     Address uBottom;
-    Frame cInner;          // the frame before, inwards
-    bool bInnerOfElements; // its code comes from where elements come from
+    Frame cInner;          // the frame that it called
+    bool bInnerOfElements; // its code is in a file with code of elements
     bool bBegan;
     bool bOrBehind;
-    bool bUnsure; // more than the tables hold
+    bool bUnsure; // a table is too small
     int iSeens;
     int iStops;
     Seen acSeen[MostCodes];
     Stop acStops[MostFrames];
 };
 
-Search cSearch; // too large for a signal's stack
+Search cSearch; // too large for the signal stack
 bool abNow[MostElements];
 bool abNext[MostElements];
 int aiPending[MostElements];
@@ -92,7 +92,7 @@ bool Fits(int iElement, int iSeen) {
         .abClass[cSearch.pKnown->Elements()[static_cast<std::size_t>(iElement)].iClass];
 }
 
-// The element that the frame has put into registers which its caller gets back, or that is its first argument.
+// The element in a register that the frame has changed and that its caller preserves, or in its first argument.
 int Hint(const Frame& cFrame, const Frame& cCaller, Address uFrameEnd) {
     if (ArgumentsOnStack) {
         const int iElement = cSearch.pKnown->Find(
@@ -125,7 +125,7 @@ bool OfElements(const Code& cCode) {
                                   [=](const ElementClass& cClass) { return cClass.pModule == pModule; });
 }
 
-// What is known of the frame before now that its caller is seen.
+// Evaluates the previous frame, now that its caller is known.
 void Settle(const Frame& cCaller, Address uReturn, bool bReturns, Address uFrameEnd) {
     const Frame& cFrame = cSearch.cInner;
     const Call Kind = bReturns ? CallBefore(uReturn) : Call::Other;
@@ -157,7 +157,7 @@ _Unwind_Reason_Code SeeFrame(_Unwind_Context* pContext, void*) {
     return bBottom || cSearch.iStops == MostFrames ? _URC_NORMAL_STOP : _URC_NO_REASON;
 }
 
-// Marks whom the element sends to, also through those that may leave no frame.
+// Marks the elements that this one sends to, also through elements that may leave no frame.
 void MarkReached(int iSender) {
     const auto& cElements = cSearch.pKnown->Elements();
     int iPending = 1;
@@ -176,7 +176,7 @@ void MarkReached(int iSender) {
     }
 }
 
-// Those among the marked that the frame leaves: how many.
+// Keeps only the marked elements that fit the frame. Returns their number.
 int Narrow(const Stop& cStop, const bool* pbFrom) {
     const bool bHint = cStop.iHint >= 0 && pbFrom[cStop.iHint];
     int iLeft = 0;
@@ -187,7 +187,7 @@ int Narrow(const Stop& cStop, const bool* pbFrom) {
     return iLeft;
 }
 
-// From the elements that may have sent to those that may have received.
+// Replaces the elements that may have sent by those that may have received.
 int Step(const Stop& cStop) {
     std::fill_n(abNext, cSearch.pKnown->Count(), false);
     for (int i = 0; i < cSearch.pKnown->Count(); ++i) {
@@ -198,7 +198,7 @@ int Step(const Stop& cStop) {
     return Narrow(cStop, abNext);
 }
 
-// The outermost element is the one whose Run it is, unless frames are missing.
+// The outermost element is the one that originates the data, unless frames are missing.
 int Begin(const Stop& cStop, bool bOutermost) {
     const int iOrigin = cSearch.pKnown->Origin();
     const bool bRun = bOutermost && iOrigin >= 0 && Fits(iOrigin, cStop.iSeen);
@@ -209,7 +209,7 @@ int Begin(const Stop& cStop, bool bOutermost) {
     return Narrow(cStop, abNext);
 }
 
-// How many elements may have had the object; they stay marked.
+// Returns how many elements may have had the object; they are marked.
 int FollowObject() {
     const int iStops = std::min(cSearch.iStops, MostSteps / cSearch.pKnown->Count());
     int iLeft = 0;

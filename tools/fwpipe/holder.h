@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Which element had the object when something failed, found from the stack alone, so that deliveries have no extra cost.
+// Finds out from the stack alone which element had the object when something failed. So deliveries have no extra cost.
 //
-// The frames are compared with the code of the elements' classes, and with who sends to whom: an element that delivers in
-// place of returning leaves no frame. Of several elements of one class the registers tell, and in 32 bits the arguments.
-// What stays open is not guessed.
+// Stack frames are compared with the code of the elements' classes and with the connections: an element that delivers
+// with a tail call leaves no frame. If a class has several elements, registers decide, and in 32 bits arguments too. If
+// more than one element remains possible, the result is unknown.
 #ifndef FWPIPE_HOLDER_H
 #define FWPIPE_HOLDER_H
 
@@ -15,12 +15,11 @@ class KnownElements;
 struct Label;
 
 struct Holder {
-    const Label* pLabel; // null when it is not known
-    bool bOrBehind;      // or one downstream of it
+    const Label* pLabel; // null: unknown
+    bool bOrBehind;      // it may also be an element downstream of it
 };
 
-// For a stack on which the function uBottom is the outermost that matters. Allocates nothing; may be called in signal
-// handlers, on one thread at a time.
+// uBottom: the outermost function that matters. Allocates nothing; safe in signal handlers, on one thread at a time.
 Holder FindHolder(KnownElements& cKnown, Address uBottom);
 
 } // namespace FwPipe

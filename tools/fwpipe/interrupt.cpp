@@ -16,7 +16,7 @@ constexpr long Repetition = 100'000'000; // nanoseconds
 constexpr long Second = 1'000'000'000;
 
 volatile std::sig_atomic_t iInterrupt = 0;
-struct timespec First; // when it came
+struct timespec First; // the time of the first signal
 
 bool Repeated() {
     struct timespec Now = {};
@@ -28,7 +28,7 @@ bool Repeated() {
 void End(int iSignal) {
     ShowHeldAtEnd();
     std::signal(iSignal, SIG_DFL);
-    std::raise(iSignal); // comes when the handler returns
+    std::raise(iSignal); // delivered when the handler returns
 }
 
 void Remember(int iSignal) {
@@ -45,7 +45,7 @@ void Remember(int iSignal) {
 void Handle(int iSignal, void (*pHandler)(int)) {
     struct sigaction Action = {};
     Action.sa_handler = pHandler;
-    Action.sa_flags = 0; // no SA_RESTART: a read that waits must end
+    Action.sa_flags = 0; // no SA_RESTART: a waiting read must end
     for (const int iOther : Signals) {
         sigaddset(&Action.sa_mask, iOther);
     }

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
-// SIGINT, SIGTERM and SIGHUP as a request to end a loop in good order.
+// SIGINT, SIGTERM and SIGHUP as a request to end a loop.
 #ifndef FWPIPE_INTERRUPT_H
 #define FWPIPE_INTERRUPT_H
 
 namespace FwPipe {
 
-// From here on the first of these signals is remembered, and ends a read or write that it finds waiting; the next one
-// kills at once. What comes within a tenth of a second of the first is the same request, since some programs signal a
-// process and then its group. Also when SIGINT or SIGTERM was ignored at the start, as a shell does for commands in the
-// background: it was sent to this process on purpose. An ignored SIGHUP stays ignored: the user asked for that.
+// Catches these signals from now on. The first is stored and ends a read or write that waits; the next one kills the
+// process. Further signals within a tenth of a second count as the same request, since some programs signal a process
+// and then its group. SIGINT and SIGTERM are caught even if they were ignored at the start, as in a shell's background
+// commands: such a signal was sent on purpose. An ignored SIGHUP stays ignored, as the user requested that.
 void CatchInterrupts();
 
-// The signal that came, or 0.
+// The number of the signal received first, or 0.
 int Interrupt();
 
 } // namespace FwPipe

@@ -11,7 +11,7 @@ namespace FwPipe {
 
 namespace {
 
-constexpr std::size_t ShownSize = 32; // of a type or name, as in the library's messages
+constexpr std::size_t ShownSize = 32; // of a type or name; as in the library's messages
 
 // The slots of an element's table of virtual operations.
 enum Slot { SlotDataArrived = 3, SlotRun = 4 };

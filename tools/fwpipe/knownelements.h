@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The elements of a pipeline and of those within it, and who sends to whom, as they were when it was about to run.
-// Signal handlers look here, so all of it is copied beforehand.
+// The elements of a pipeline and of nested ones, and their connections, at the time before the first run. Signal
+// handlers read them, so everything is copied in advance.
 #ifndef FWPIPE_KNOWNELEMENTS_H
 #define FWPIPE_KNOWNELEMENTS_H
 
@@ -15,35 +15,35 @@ class EPipeline;
 
 namespace FwPipe {
 
-// What messages call an element.
+// An element in messages.
 struct Label {
     char achText[96]; // element "NAME" (TYPE)
 };
 Label LabelOf(VESK::EObject& cElement);
 
-// Whether it is one of the library's own pipelines. Elements may have been compiled without type information, so their
-// tables of virtual operations are compared.
+// Whether the element is a pipeline of the library's class. Compares tables of virtual operations, as elements may have
+// been compiled without type information.
 bool IsPipeline(const VESK::EObject& cElement, const VESK::EPipeline& cPipeline);
 
 struct ElementClass {
     Address uTable; // of virtual operations
     Code cDataArrived;
     Code cRun;
-    const void* pModule; // where the code of DataArrived was loaded
+    const void* pModule; // the address where the file with DataArrived was loaded
     bool bMayLeave;      // see MayLeave
 };
 
 struct KnownElement {
     const VESK::EObject* pElement;
     int iClass;
-    int iFirstReceiver; // in Receivers; the next element's ends them
+    int iFirstReceiver; // in Receivers; the list ends at the next element's first
     Label cLabel;
 };
 
 class KnownElements {
 public:
-    void Learn(VESK::EPipeline& cPipeline); // once it is initialized
-    void Examine();                         // fills in what is reported about classes after a failure
+    void Learn(VESK::EPipeline& cPipeline); // the pipeline must be initialized
+    void Examine();                         // completes the classes after a failure
 
     const std::vector<KnownElement>& Elements() const {
         return m_cElements;
@@ -52,7 +52,7 @@ public:
     const std::vector<int>& Receivers() const { return m_cReceivers; }
     int Count() const { return static_cast<int>(m_cElements.size()) - 1; }
     int Find(const void* pElement) const;    // -1 for none
-    int Origin() const { return m_iOrigin; } // whose Run the pipeline's leads to, or -1
+    int Origin() const { return m_iOrigin; } // the element that the pipeline's Run calls, or -1
 
 private:
     void Gather(VESK::EPipeline& cPipeline, const VESK::EPipeline& cOuter);

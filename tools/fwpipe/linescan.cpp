@@ -38,7 +38,8 @@ bool LineScan::Fill() {
     return iRead > 0;
 }
 
-// A hole in a file is zeros, which are no part of any object and hold no newline. Behind the last data, the end.
+// Skips a hole in a file: its zeros are part of no object and contain no newline. After the last data, skips to the
+// end.
 void LineScan::SkipHole() {
     const off_t iAt = m_bFed ? -1 : lseek(m_iFile, 0, SEEK_CUR);
     if (iAt < 0) {
@@ -51,7 +52,7 @@ void LineScan::SkipHole() {
     if (iData > iAt) {
         m_ullTaken += static_cast<unsigned long long>(iData - iAt);
     } else {
-        lseek(m_iFile, iAt, SEEK_SET); // where the file cannot tell, or became shorter
+        lseek(m_iFile, iAt, SEEK_SET); // not supported, or the file was truncated
     }
 }
 
@@ -60,7 +61,7 @@ void LineScan::Keep(const char* pchFrom, std::size_t uLength, std::size_t uBegin
     const std::size_t uUseful =
         pZero ? static_cast<std::size_t>(static_cast<const char*>(pZero) - pchFrom) : uLength;
     cText.append(pchFrom, std::min(uUseful, m_uKept - std::min(m_uKept, cText.size() - uBegin)));
-    cText.append(pZero ? 1 : 0, '\0'); // also beyond the limit
+    cText.append(pZero ? 1 : 0, '\0'); // even beyond the limit
 }
 
 bool LineScan::Append(std::string& cText) {

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <dlfcn.h>
 
-// Of the compilers' runtime, which has no header for it: the unwind table's entry for an address, and where the code
-// that it describes begins.
+// Declared in no header of the compilers' runtime: finds the unwind table's entry for an address, and the start of its
+// code.
 extern "C" {
 struct dwarf_eh_bases { // NOLINT(readability-identifier-naming)
     void* pText;
@@ -21,7 +21,7 @@ namespace FwPipe {
 namespace {
 
 constexpr bool Wide = sizeof(void*) == 8;
-constexpr unsigned char SlotOfDataArrived = 3 * sizeof(void*); // behind two destructors and Initialize
+constexpr unsigned char SlotOfDataArrived = 3 * sizeof(void*); // after two destructors and Initialize
 constexpr int MostJumps = 2;
 
 const unsigned char* BytesAt(Address uAddress) {
@@ -35,13 +35,13 @@ Number NumberAt(Address uAddress) {
     return Value;
 }
 
-// What a distance that stands at this address leads to.
+// The target of a relative distance at this address.
 Address Relative(Address uAddress) {
     return uAddress + 4 + static_cast<Address>(static_cast<std::intptr_t>(NumberAt<std::int32_t>(uAddress)));
 }
 
-// What an entry of a linkage table leads to; any other code leads to itself. In 32 bits the table's place is in a
-// register, so it is not known.
+// The target of an entry of a procedure linkage table; any other code is returned unchanged, and in 32 bits all code:
+// there the table's address is in a register.
 Address Linked(Address uAddress) {
     if (!Wide || !KnowsInstructions || !CodeAt(uAddress).uBegin) {
         return uAddress;
@@ -53,7 +53,8 @@ Address Linked(Address uAddress) {
     return BytesAt(u)[0] == 0xff && BytesAt(u)[1] == 0x25 ? NumberAt<Address>(Relative(u + 2)) : uAddress;
 }
 
-// Where the jump at this address leads if it leaves the code; else 0. A short jump is one to the beginning of a function.
+// The target of the jump at this address if it leaves the code, otherwise 0. A short jump counts only if it leads to
+// the start of a function.
 Address JumpAt(Address u, const Code& cCode) {
     const unsigned char* const puch = BytesAt(u);
     Address uTarget = 0;
@@ -68,8 +69,8 @@ Address JumpAt(Address u, const Code& cCode) {
     return cCode.Has(uTarget) ? 0 : uTarget;
 }
 
-// Calls cSeen for each address outside the code that it may jump to, until that returns true. Every byte is taken for
-// the first of an instruction: what a misread one leads to is no function that anybody asks for.
+// Calls cSeen for each address outside the code that it may jump to, until cSeen returns true. Every byte is decoded as
+// the start of an instruction: wrong targets are never those of functions that the callers compare.
 template <class Seen>
 bool AnyJump(const Code& cCode, Seen cSeen) {
     for (Address u = cCode.uBegin; KnowsInstructions && u < cCode.uEnd; ++u) {
@@ -100,13 +101,13 @@ Code CodeAt(Address uAddress) {
     if (!pEntry) {
         return {};
     }
-    // Its length, the way to what is common to many, the distance to its code, the code's length.
+    // The entry: its length, an offset to the common entry, the relative address of its code, and the code's length.
     const Address uBegins = reinterpret_cast<Address>(pEntry) + 8;
     const Address uBegin = reinterpret_cast<Address>(Bases.pFunction);
     const Address uDistance =
         static_cast<Address>(static_cast<std::intptr_t>(NumberAt<std::int32_t>(uBegins)));
     if (uBegins + uDistance != uBegin) {
-        return {}; // another form of entry
+        return {}; // an unknown form of entry
     }
     return {uBegin, uBegin + NumberAt<std::uint32_t>(uBegins + 4)};
 }
@@ -126,7 +127,7 @@ bool MayLeave(const Code& cCode) {
     }
     for (Address u = cCode.uBegin; u + 2 <= cCode.uEnd; ++u) {
         const unsigned char* const puch = BytesAt(u);
-        if (puch[0] == 0xff && (puch[1] & 0x38) == 0x20) { // a jump through a register or a table
+        if (puch[0] == 0xff && (puch[1] & 0x38) == 0x20) { // a jump by a register or a table
             return true;
         }
     }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Functions as the processor sees them, for telling from a stack which element runs. All of it may be called in signal
-// handlers: it reads code and unwind tables only.
+// Reads machine code and unwind tables, to find the element that is running from a stack. Safe in signal handlers.
 #ifndef FWPIPE_MACHINECODE_H
 #define FWPIPE_MACHINECODE_H
 
@@ -10,8 +9,8 @@ namespace FwPipe {
 
 using Address = std::uintptr_t;
 
-// Whether the instructions of this processor are known. Otherwise nothing is read from code, and what it would tell counts
-// as possible: fewer elements are named, and none wrongly.
+// Whether this processor's instructions can be decoded. Otherwise no code is read, and everything that code could
+// exclude counts as possible: fewer elements are reported, but none wrongly.
 #if (defined(__x86_64__) || defined(__i386__)) && !defined(FWPIPE_UNKNOWN_PROCESSOR)
 #define FWPIPE_X86
 constexpr bool KnowsInstructions = true;
@@ -19,7 +18,7 @@ constexpr bool KnowsInstructions = true;
 constexpr bool KnowsInstructions = false;
 #endif
 
-// A function, or the part of one that the compiler moved away because it seldom runs.
+// A function, or a part that the compiler moved away because it rarely runs.
 struct Code {
     Address uBegin = 0; // 0 for none
     Address uEnd = 0;
@@ -29,13 +28,13 @@ struct Code {
 
 Code CodeAt(Address uAddress);
 
-// Where the file was loaded that the code comes from; null for none.
+// The load address of the file that contains the code; null if unknown.
 const void* ModuleOf(const Code& cCode);
 
-// Whether the one goes on in the other: as its seldom part, or in place of returning, within two jumps.
+// Whether execution may continue from one function in the other by at most two jumps: a moved part or a tail call.
 bool Continues(const Code& cFrom, const Code& cTo);
 
-// Whether the function may deliver an object in place of returning, and so leave no trace on the stack.
+// Whether the function may deliver an object by a tail call, which leaves no frame on the stack.
 bool MayLeave(const Code& cCode);
 
 enum class Call {
@@ -44,10 +43,10 @@ enum class Call {
     Delivery // through a register or the slot of DataArrived
 };
 
-// The call that returns to this address.
+// The kind of call that returns to this address.
 Call CallBefore(Address uReturn);
 
-// Where a direct call leads, also through a linkage table; 0 when that is not known.
+// The target of a direct call, also through a procedure linkage table; 0 if unknown.
 Address TargetOf(Address uReturn);
 
 } // namespace FwPipe

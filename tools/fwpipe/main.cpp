@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// fwpipe: the host program for pipe files, and the tools for what pipelines record. Each subcommand is a file of its
-// own.
+// fwpipe: the host program for pipe files, and tools for recordings. Each subcommand has its own file.
 #include "command.h"
 #include "message.h"
 #include "output.h"
@@ -27,7 +26,7 @@ int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
     return FwPipe::ExitUsage;
 }
 
-// A line of a stream, say, can be longer than memory is large. What an element throws arrives here too.
+// A line of a stream, for example, may be longer than the memory. Exceptions of elements arrive here too.
 int Carry(const FwPipe::Action& cChosen) {
     try {
         return cChosen();

@@ -23,7 +23,7 @@ void Complain(const std::string& cText) {
 }
 
 void ReportErrno(const char* pchWhat, const std::string& cName) {
-    const char* const pchReason = std::strerror(errno); // before anything else can change it
+    const char* const pchReason = std::strerror(errno); // before errno changes
     Complain(std::string(pchWhat) + ' ' + cName + ": " + pchReason);
 }
 

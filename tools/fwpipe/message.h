@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the tool says by itself, as opposed to what the library and the elements print.
+// The messages of the tool itself, not of the library or the elements.
 #ifndef FWPIPE_MESSAGE_H
 #define FWPIPE_MESSAGE_H
 
@@ -8,11 +8,11 @@
 
 namespace FwPipe {
 
-// The text as it may stand on the stream: escaped on a terminal, which a file name could act on; elsewhere as it is,
-// so that a program finds the name that it gave.
+// The text for this stream: escaped if that is a terminal, which a file name could otherwise control; unchanged
+// elsewhere, so that a program finds the name it passed.
 std::string ShownOn(std::FILE* pStream, const std::string& cText);
 
-// Prints "fwpipe: TEXT" as a line on standard error, as ShownOn has it. The text has no newline.
+// Prints "fwpipe: TEXT" as a line on standard error, in the form of ShownOn. The text has no newline.
 void Complain(const std::string& cText);
 
 // Complains "WHAT NAME: REASON", with the reason for errno.

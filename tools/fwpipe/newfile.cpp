@@ -18,23 +18,23 @@ namespace {
 constexpr mode_t OwnerOnly = 0600;
 constexpr unsigned int MostTries = 10000;
 
-// By default these end no process, and the last two cannot be caught.
+// These do not end a process by default, or, the last two, cannot be caught.
 constexpr int Harmless[] = {SIGCHLD, SIGCONT, SIGURG, SIGWINCH, SIGTSTP, SIGTTIN, SIGTTOU, SIGKILL, SIGSTOP};
 
-// The temporary that a signal removes. Only one is there at a time.
+// The temporary name that a signal removes. There is at most one.
 char achTemporary[40];
 int iTemporaryFolder = -1;
 
-struct sigaction Before[NSIG]; // while it is there
+struct sigaction Before[NSIG]; // the former actions
 bool bRemoving = false;
 
 void RemoveAndEnd(int iSignal) {
     unlinkat(iTemporaryFolder, achTemporary, 0);
     std::signal(iSignal, SIG_DFL);
-    std::raise(iSignal); // which waits until this returns
+    std::raise(iSignal); // delivered when this handler returns
 }
 
-// What is ignored stays so, and a sanitizer's handlers report more.
+// Ignored signals stay ignored, and handlers of sanitizers are kept, as they report more.
 bool MustRemove(int iSignal, const struct sigaction& Action) {
     return Action.sa_handler != SIG_IGN && !(Action.sa_flags & SA_SIGINFO) &&
            std::find(std::begin(Harmless), std::end(Harmless), iSignal) == std::end(Harmless);
@@ -51,16 +51,16 @@ void RemoveOnSignals(int iFolder, const std::string& cName) {
     }
 }
 
-// There is nothing to remove any more.
+// Restores the actions: there is nothing to remove.
 void LeaveSignals() {
-    achTemporary[0] = '\0'; // which nothing has as its name
+    achTemporary[0] = '\0'; // no file has this name
     for (int iSignal = 1; bRemoving && iSignal < NSIG; ++iSignal) {
         sigaction(iSignal, &Before[iSignal], nullptr);
     }
     bRemoving = false;
 }
 
-// No signal comes between what is done while it lives.
+// Blocks all signals while it exists.
 class Undisturbed {
 public:
     Undisturbed() {
@@ -76,8 +76,8 @@ private:
     sigset_t m_Before;
 };
 
-// A name that nothing had when Make took it, short, as the other name may have the longest length there is. Empty,
-// with the reason in errno, when that fails.
+// A new name, for which Make succeeded. It is short, as the final name may have the greatest length that is allowed.
+// Empty, with the reason in errno, on failure.
 std::string Named(const std::function<bool(const char*)>& Make) {
     for (unsigned int u = 0; u < MostTries; ++u) {
         std::string cName = ".fwpipe-" + std::to_string(getpid()) + '-' + std::to_string(u);
@@ -91,7 +91,7 @@ std::string Named(const std::function<bool(const char*)>& Make) {
     return "";
 }
 
-// A file without a name gets one through the folder of the process's descriptors.
+// The path by which an unnamed file gets a name.
 std::string SelfOf(int iFile) {
     return "/proc/self/fd/" + std::to_string(iFile);
 }
@@ -167,7 +167,7 @@ bool NewFile::GiveName(bool bReplace) {
     if (renameat2(iFolder, pchTemporary, iFolder, pchName, RENAME_NOREPLACE) == 0) {
         return true;
     }
-    // A file system that does not know the flag; that the name is free was then true a moment ago.
+    // The file system does not support the flag: the name was free shortly before.
     return errno == EINVAL && faccessat(iFolder, pchName, F_OK, AT_SYMLINK_NOFOLLOW) != 0 &&
            renameat(iFolder, pchTemporary, iFolder, pchName) == 0;
 }
@@ -177,7 +177,7 @@ bool NewFile::Sync() {
 }
 
 bool NewFile::PutInPlace(bool bReplace) {
-    const Undisturbed cUndisturbed; // while it has a second name
+    const Undisturbed cUndisturbed; // while it may have a temporary name
     const bool bNamed = GiveName(bReplace);
     if (!bNamed && !m_cTemporary.empty()) {
         const int iReason = errno;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A new file that appears under its name only when it is whole.
+// A new file that gets its name only when it is complete.
 #ifndef FWPIPE_NEWFILE_H
 #define FWPIPE_NEWFILE_H
 
@@ -9,9 +9,9 @@
 
 namespace FwPipe {
 
-// Until it is put in place it has no name, so nothing is left of it however the process ends; on a file system that
-// knows no files without names it has one of its own in the folder, which goes with the object and when a signal that
-// can be caught ends the process. Only its owner may read it until it gets the rights of its model.
+// Until PutInPlace it has no name, so nothing remains however the process ends. On a file system without unnamed files
+// it has a temporary name in the folder, which is removed by the destructor and by signals that end the process and can
+// be caught. Only the owner may read the file until it gets its final rights.
 class NewFile {
 public:
     explicit NewFile(const Place& cPlace); // lent
@@ -22,17 +22,17 @@ public:
     int Get() const { return m_cFile.Get(); } // -1 for none, with the reason in errno
     bool Write(const char* pchData, std::size_t uLength);
 
-    bool Sync(); // brings the contents to the disk, which has to come before the name
+    bool Sync(); // writes the contents to the disk; call this before PutInPlace
 
-    // Gives it the name in one step: a program that opens the name gets the old file or the new one. False, with the
-    // reason in errno, also when the name is taken and must not be.
+    // Gives the file its name in one step: a program that opens the name gets the old file or the new one. Returns
+    // false, with the reason in errno, on failure and if the name exists and bReplace is false.
     bool PutInPlace(bool bReplace);
 
 private:
     bool GiveName(bool bReplace);
 
     const Place& m_cPlace;
-    std::string m_cTemporary; // its name; empty for none
+    std::string m_cTemporary; // the temporary name; empty for none
     File m_cFile;
 };
 

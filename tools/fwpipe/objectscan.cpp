@@ -7,7 +7,7 @@ namespace FwPipe {
 
 namespace {
 
-constexpr std::size_t KeptCapacity = 0x100000; // a larger object's memory goes with it
+constexpr std::size_t KeptCapacity = 0x100000; // the memory of a larger object is released
 
 } // namespace
 

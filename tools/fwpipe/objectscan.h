@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// An object stream, one complete object after the other. It holds one object at a time, whatever the size of the stream.
+// Reads the complete objects of a stream one after the other. Only one object is in memory at a time.
 #ifndef FWPIPE_OBJECTSCAN_H
 #define FWPIPE_OBJECTSCAN_H
 
@@ -16,28 +16,28 @@ namespace FwPipe {
 
 class ObjectScan {
 public:
-    explicit ObjectScan(int iFile) : m_cScan(iFile) {} // lends the descriptor
+    explicit ObjectScan(int iFile) : m_cScan(iFile) {} // the descriptor is lent
 
-    // Takes the next object. False at the end of the stream, at a broken object, when reading failed, and when a
-    // signal asked for an end; there is nothing more then.
+    // Reads the next object. Returns false at the end of the stream, at a broken object, at an error, and after a
+    // signal; no objects follow then.
     bool Next();
 
-    // The object at hand.
+    // The current object.
     const std::string& Text() const { return m_cText; } // its lines, each with its newline
     std::string_view Type() const;
     std::size_t Properties() const { return m_cLines.size() - FirstProperty; }
     std::pair<std::string_view, std::string_view> Property(std::size_t uIndex) const; // key and value
 
-    unsigned long long Offset() const { return m_ullOffset; }  // of its first byte
-    unsigned long long End() const { return m_cScan.Taken(); } // the offset behind it
-    unsigned long long Whole() const { return m_ullWhole; }    // objects taken so far
+    unsigned long long Offset() const { return m_ullOffset; }  // of the object's first byte
+    unsigned long long End() const { return m_cScan.Taken(); } // the offset after the object
+    unsigned long long Whole() const { return m_ullWhole; }    // complete objects read so far
 
-    // Why there is no further object: null for the end of the stream behind a whole one.
+    // Why there is no further object; null at the end of the stream after a complete object.
     const char* Reason() const { return m_cState.Reason(); }
     int ReadError() const { return m_cScan.ReadError(); } // 0, or an error number
 
 private:
-    static constexpr std::size_t FirstProperty = 2; // behind the type line and the count line
+    static constexpr std::size_t FirstProperty = 2; // after the type line and the count line
 
     std::string_view Line(std::size_t uIndex) const;
 

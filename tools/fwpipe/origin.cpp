@@ -10,7 +10,7 @@
 
 namespace FwPipe {
 
-// Stands between a source pad and the sink pad that it is connected to.
+// Is connected between a source pad and its sink pad.
 class Origin::Counter final : public VESK::EObject {
 public:
     explicit Counter(VESK::SOURCEPAD& cFrom)
@@ -19,7 +19,7 @@ public:
         cFrom.m_pSinkPad = &m_cSinkPad;
     }
 
-    // Inlined, the compiler would guess that counters follow one another, and test for it at each object.
+    // Not inlined: the compiler would expect that a counter follows a counter, and test for it at each object.
     [[gnu::noinline]] int DataArrived(VESK::QObject* pObject, VESK::Byte2Type) override {
         ++m_cCounted.ullSent;
         const int iTaken = m_cOnward.Push(pObject);
@@ -35,7 +35,7 @@ public:
 
 private:
     VESK::SINKPAD m_cSinkPad;
-    VESK::SOURCEPAD m_cOnward; // without an owner: it is always connected
+    VESK::SOURCEPAD m_cOnward; // has no owner, as it is always connected
     Deliveries m_cCounted;
 };
 
@@ -72,7 +72,7 @@ void Origin::Restore(VESK::EPipeline& cPipeline) {
     if (!pElement) {
         return;
     }
-    // The element may have exchanged its pads, or where they lead to.
+    // The element may have replaced pads or connections.
     auto It = m_cCounters.begin();
     ForEachConnected(*pElement, [&](VESK::SOURCEPAD& cPad) {
         if (It == m_cCounters.end() || !It->Feeds(cPad)) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The element that originates a pipeline's data, and what becomes of the objects that it sends.
+// The element that originates a pipeline's data, and the number of objects that it sends.
 //
-// Its connected source pads are led past a counter: one more virtual call for each object there, and none anywhere
-// else. A pad that the element itself connects while it runs leaves the counter aside.
+// Counters are inserted after its connected source pads: one more virtual call for each object there, and no cost
+// elsewhere. Pads that the element connects itself during a run are not counted.
 #ifndef FWPIPE_ORIGIN_H
 #define FWPIPE_ORIGIN_H
 
@@ -19,10 +19,10 @@ namespace FwPipe {
 
 struct Deliveries {
     unsigned long long ullSent = 0;
-    unsigned long long ullRefused = 0; // of them: the delivery returned 0
+    unsigned long long ullRefused = 0; // the part of them whose delivery returned 0
 };
 
-// Outlives the pipeline, since an element may have copied a connection.
+// Must outlive the pipeline, as an element may have copied a connection to a counter.
 class Origin {
 public:
     Origin();
@@ -30,18 +30,18 @@ public:
     Origin(const Origin&) = delete;
     Origin& operator=(const Origin&) = delete;
 
-    // Between the two every delivery is counted. Watch wants the pipeline initialized; it finds nothing when no
-    // element is to run.
+    // Watch inserts the counters, Restore removes them. Watch needs an initialized pipeline; it does nothing if no
+    // element is to run. Restore keeps connections that the element has changed, and does nothing if it was destroyed.
     void Watch(VESK::EPipeline& cPipeline);
     void
     Restore(VESK::EPipeline& cPipeline); // connects the pads, if the element still lives, as they would be
 
-    VESK::EObject* Living(const VESK::EPipeline& cPipeline) const; // the element, or null
+    VESK::EObject* Living(const VESK::EPipeline& cPipeline) const; // the element, or null if it was destroyed
 
     const std::string& Name() const { return m_cName; } // for messages
     Deliveries Counted() const;                         // over all pads
 
-    // Says how many objects were refused. True when there were any.
+    // Reports how many objects were refused. Returns true if there were any.
     bool TellRefused() const;
 
 private:
@@ -52,7 +52,7 @@ private:
     std::list<Counter> m_cCounters; // one for each pad
 };
 
-// Watches while it lives, whatever ends it.
+// Watches while it exists.
 class OriginWatch {
 public:
     OriginWatch(Origin& cOrigin, VESK::EPipeline& cPipeline);

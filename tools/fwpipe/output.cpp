@@ -13,12 +13,12 @@ namespace FwPipe {
 
 namespace {
 
-// The stream's own when it writes on a terminal. Lines leave it at once, but their bytes stay in it.
+// The buffer of the stream on a terminal. Lines are flushed at once, but their bytes remain in it.
 char achLines[BUFSIZ];
 
 int iFailure = 0; // the error number of the first write that failed
 
-// False when the stream has failed. Its functions do not always tell what they did not write, but its state does.
+// Returns false if the stream has failed. Its error indicator is reliable; the results of its functions are not always.
 bool Remember() {
     if (!std::ferror(stdout)) {
         return true;
@@ -27,8 +27,7 @@ bool Remember() {
     return false;
 }
 
-// Whether both standard streams go to one file, in which their lines must appear in the order they were printed. A
-// device keeps none.
+// Whether both output streams go to one file, where lines must be in the order of printing. A device stores no lines.
 bool SharesErrors() {
     struct stat Output = {};
     struct stat Errors = {};
@@ -40,15 +39,15 @@ bool SharesErrors() {
 
 void PrepareStreams() {
     std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN); // a write past the limit of a file's size then fails, and is reported
+    std::signal(SIGXFSZ, SIG_IGN); // a write beyond the file size limit then fails and is reported
     for (int iStream = STDIN_FILENO; iStream <= STDERR_FILENO; ++iStream) {
         if (fcntl(iStream, F_GETFD) < 0) {
-            // Opened the wrong way round: using the stream fails as it would when it is closed.
+            // Opened for the wrong direction, so that using the stream fails as if it were closed.
             open("/dev/null", iStream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
         }
     }
     if (isatty(STDOUT_FILENO)) {
-        // The stream would decide this at its first line, which may be one that is held back.
+        // Otherwise the stream would decide this at its first line, which may be one that is held back.
         std::setvbuf(stdout, achLines, _IOLBF, sizeof achLines);
     } else if (SharesErrors()) {
         std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);

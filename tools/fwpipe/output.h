@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Standard output: whether it arrives. The library writes there with stdio, so all of this works on the stream `stdout`
-// and on the descriptor below it.
+// Standard output, and whether it could be written. The library prints with stdio, so these functions use the stream
+// `stdout` and its descriptor.
 #ifndef FWPIPE_OUTPUT_H
 #define FWPIPE_OUTPUT_H
 
@@ -8,20 +8,20 @@
 
 namespace FwPipe {
 
-// Prepares the standard streams, before anything else: a closed pipe becomes an error of the stream instead
-// of a signal, and a stream that was closed at the start is occupied, so that no file the pipeline opens
-// takes its place and receives what is printed. Where both go to one file, lines are written as they are printed.
+// Prepares the standard streams; call this first. Writing to a closed pipe becomes an error of the stream instead of a
+// signal. A stream that was closed at the start is occupied, so that no file of the pipeline gets its descriptor and
+// receives printed lines. If both output streams go to one file, they are flushed after each line.
 void PrepareStreams();
 
-// Prints the text; sends on what was printed. False once standard output fails, for which OutputArrived then tells the
-// reason.
+// Print prints the text, SendOn flushes it. They return false once standard output has failed; OutputArrived then
+// reports the reason.
 bool Print(const std::string& cText);
 bool SendOn();
 
-// Sends on what was printed. False, after a line on standard error, when not everything could be written.
+// Flushes standard output. Returns false, after a line on standard error, if not everything could be written.
 bool OutputArrived();
 
-// Whether something was printed since the last call, where standard output is a terminal; elsewhere false.
+// Whether something was printed since the last call, if standard output is a terminal; otherwise false.
 bool PrintedOnTerminal();
 
 } // namespace FwPipe

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One line on standard error that tells how far a long run is: "123456 objects, 41152/s, 37%". Only on a terminal.
+// A progress line on standard error, only on a terminal: "123456 objects, 41152/s, 37%".
 #ifndef FWPIPE_PROGRESS_H
 #define FWPIPE_PROGRESS_H
 
@@ -9,20 +9,20 @@ namespace FwPipe {
 
 class Progress {
 public:
-    // pchUnit is lent: what is counted. Without bWanted it stays silent.
+    // pchUnit, lent: what is counted. If bWanted is false, nothing is shown.
     Progress(bool bWanted, const char* pchUnit);
-    ~Progress(); // clears the line
+    ~Progress(); // erases the line
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    // Whether the line should be drawn again: at most ten times a second, and not in the first tenth.
+    // Whether the line should be updated: at most ten times a second, and not in the first tenth of a second.
     bool Due();
 
-    // Draws the line, with the share that ullDone is of ullSize unless that is 0. The cursor then stands at the
-    // line's begin, so that what others print there takes its place.
+    // Shows the line, with ullDone as a percentage of ullSize unless that is 0. The cursor is then at the start of the
+    // line, so that other output overwrites it.
     void Show(unsigned long long ullCount, unsigned long long ullDone, unsigned long long ullSize);
 
-    void Stop(); // clears the line and stays silent
+    void Stop(); // erases the line and shows nothing more
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -31,7 +31,7 @@ private:
     const char* const m_pchUnit;
     const Clock::time_point m_Start;
     Clock::time_point m_Last;
-    int m_iWidth = 0; // of what stands on the terminal
+    int m_iWidth = 0; // characters on the terminal
 };
 
 } // namespace FwPipe

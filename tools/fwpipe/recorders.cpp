@@ -20,8 +20,8 @@ namespace {
 
 struct Use {
     VESK::EObject* pElement;
-    bool bAlone;    // a recorder that may not share its file
-    bool bStandard; // standard output, which several recorders may write
+    bool bAlone;    // a recorder that does not share its file
+    bool bStandard; // standard output, which recorders may share
 };
 
 using Uses = std::map<std::string, std::vector<Use>>; // by file
@@ -36,7 +36,7 @@ bool Apply(const RecorderOptions& cOptions, VESK::EObject& cRecorder) {
            (!cOptions.bShared || Set(cRecorder, "Shared", "1"));
 }
 
-// Of elements without a "Filename" only the library's own are known to use a standard stream.
+// Without a "Filename", only the library's own elements are known to use a standard stream.
 void Add(Uses& cUses, VESK::EObject& cElement) {
     const bool bRecorder = IsRecorder(cElement);
     const char* const pchName = Setting(cElement, VESK::Key::Filename);
@@ -53,7 +53,7 @@ void Add(Uses& cUses, VESK::EObject& cElement) {
     cUses[cKey].push_back({&cElement, bRecorder && !iShared, bRecorder && !pchName});
 }
 
-// Reports the first pair of which one must have the file for itself. True when there is none.
+// Reports the first pair of which one does not share the file. Returns true if there is none.
 bool Compatible(const std::vector<Use>& cUses) {
     for (const Use& cAlone : cUses) {
         if (!cAlone.bAlone) {

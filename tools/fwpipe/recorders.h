@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is looked at and set on the recorders of a pipeline before they open, and so empty, their files.
+// Checks and settings of a pipeline's recorders before they open, and thus empty, their files.
 #ifndef FWPIPE_RECORDERS_H
 #define FWPIPE_RECORDERS_H
 
@@ -15,8 +15,8 @@ struct RecorderOptions {
     bool bShared = false; // recorders may write what other elements of the pipeline write or read
 };
 
-// Between building and initializing. False, after a line on standard error, when a recorder would write a file that
-// another element uses.
+// Call this between building and initializing. Returns false, after a line on standard error, if a recorder would write
+// a file that another element uses.
 bool PrepareRecorders(const RecorderOptions& cOptions, VESK::EPipeline& cPipeline);
 
 } // namespace FwPipe

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// fwpipe recover: the complete objects of a damaged object stream, as a file of their own.
+// fwpipe recover: copies the complete objects of a damaged object stream to a new file.
 #include "command.h"
 #include "file.h"
 #include "found.h"
@@ -116,7 +116,7 @@ int Copy(const Options& cOptions, const File& cInput, const Found& cFound, NewFi
     return CopyPart(cOptions, cInput, ullBegin, cFound.ullSize, cOutput);
 }
 
-// An error when somebody wrote, or came to write, since the file was opened.
+// Fails if another process wrote to the file, or opened it for writing, since it was opened.
 int CheckUnchanged(const Options& cOptions, const File& cInput, const struct stat& Before,
                    const char* pchConsequence) {
     struct stat Now = {};
@@ -127,7 +127,7 @@ int CheckUnchanged(const Options& cOptions, const File& cInput, const struct sta
     return !bChanged ? ExitDone : Refuse(cOptions.cFile + " was changed meanwhile" + pchConsequence);
 }
 
-// The same before the file is replaced, and when its name is another file's.
+// The same before the file is replaced; also fails if the path is another file now.
 int CheckReplaceable(const Options& cOptions, const Place& cPlace, const File& cInput,
                      const struct stat& Before) {
     struct stat Named = {};
@@ -138,7 +138,7 @@ int CheckReplaceable(const Options& cOptions, const Place& cPlace, const File& c
     return iStatus;
 }
 
-// A copy of what is to be kept under the name, or an error and no change.
+// Writes what is to be kept to the file, or fails without a change. Only --in-place requires that all rights are kept.
 int WriteOut(const Options& cOptions, const Place& cPlace, const File& cInput, const struct stat& Before,
              const Found& cFound) {
     NewFile cOutput(cPlace);
@@ -150,8 +150,7 @@ int WriteOut(const Options& cOptions, const Place& cPlace, const File& cInput, c
         return iStatus;
     }
     std::string cLost = TakeAttributes(cOutput.Get(), cInput.Get());
-    if (!TakeRights(cOutput.Get(), cInput.Get()) &&
-        cOptions.bInPlace) { // not every file system has all rights
+    if (!TakeRights(cOutput.Get(), cInput.Get()) && cOptions.bInPlace) {
         return RefuseErrno("cannot keep the owner, mode and access control list of", cOptions.cFile);
     }
     cLost = TakeAttributes(cOutput.Get(), cInput.Get());
@@ -198,7 +197,7 @@ void Report(const Options& cOptions, const Found& cFound) {
     }
 }
 
-// An error when the result must not go where it was asked for.
+// Fails if the result must not be written to this path.
 int CheckPlace(const Options& cOptions, const Place& cPlace, const struct stat& Input) {
     const std::string& cOut = cOptions.cOut;
     struct stat Status = {};
@@ -208,7 +207,7 @@ int CheckPlace(const Options& cOptions, const Place& cPlace, const struct stat& 
     if (lstat(cOut.c_str(), &Status) != 0) {
         return errno == ENOENT && cPlace.Folder() >= 0 ? ExitDone : RefuseErrno("cannot write", cOut);
     }
-    const bool bKnown = cPlace.Folder() >= 0 && cPlace.Stat(Status); // else a link to nothing
+    const bool bKnown = cPlace.Folder() >= 0 && cPlace.Stat(Status); // false: a link to no file
     if (bKnown && IsSame(Status, Input)) {
         return Refuse(cOut + " is the input itself; --in-place would replace it");
     }
@@ -218,7 +217,7 @@ int CheckPlace(const Options& cOptions, const Place& cPlace, const struct stat& 
     return bKnown && S_ISREG(Status.st_mode) ? ExitDone : Refuse(cOut + " is not a regular file");
 }
 
-// An error when what was found must not be written.
+// Fails if the result must not be written.
 int CheckFound(const Options& cOptions, const Found& cFound) {
     const bool bForced = cOptions.bInPlace && cOptions.bForce;
     const std::string cBehind =
@@ -243,8 +242,7 @@ int Recover(const Options& cOptions) {
     CatchInterrupts();
     const Place cPlace(cOptions.cOut);
     const File cInput(cOptions.bInPlace ? cPlace.OpenToRead()
-                                        : open(cOptions.cFile.c_str(),
-                                               O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // not for a pipe
+                                        : open(cOptions.cFile.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat Status = {};
     if (cInput.Get() < 0 || fstat(cInput.Get(), &Status) != 0) {
         return RefuseErrno("cannot read", cOptions.cFile);

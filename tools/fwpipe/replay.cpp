@@ -15,7 +15,7 @@ namespace FwPipe {
 
 namespace {
 
-// The file that the pipeline replays, or null. A handle is the address of its stream.
+// The stream of the file that the pipeline replays, or null. A file handle has the address of its stream.
 std::FILE* Replayed(const VESK::EPipeline& cPipeline, const Origin& cOrigin) {
     const VESK::EDeserialize* const pElement = AsReplay(cOrigin.Living(cPipeline));
     return pElement && pElement->m_pReader ? reinterpret_cast<std::FILE*>(pElement->m_pReader->m_pFile)
@@ -26,10 +26,10 @@ unsigned long long Positive(off_t iValue) {
     return iValue > 0 ? static_cast<unsigned long long>(iValue) : 0;
 }
 
-// Whether data can be had from the stream without waiting.
+// Whether data can be read from the stream without waiting.
 bool Waiting(std::FILE* pFile) {
     pollfd Poll = {fileno(pFile), POLLIN, 0};
-    const bool bReadAhead = pFile->_IO_read_ptr < pFile->_IO_read_end; // only the C library's fields tell it
+    const bool bReadAhead = pFile->_IO_read_ptr < pFile->_IO_read_end; // no C function returns it
     return bReadAhead || (poll(&Poll, 1, 0) > 0 && (Poll.revents & POLLIN));
 }
 
@@ -39,7 +39,7 @@ ReplayProgress::ReplayProgress(bool bWanted, const VESK::EPipeline& cPipeline, c
     : m_cPipeline(cPipeline),
       m_cOrigin(cOrigin),
       m_cProgress(bWanted, Replayed(cPipeline, cOrigin) ? "objects" : "runs") {
-    PrintedOnTerminal(); // what was printed before is no run's
+    PrintedOnTerminal(); // resets it: earlier lines are not those of a run
 }
 
 void ReplayProgress::Ran(unsigned long long ullRuns) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A pipeline whose data comes from a recording, a run an object: how far it is, and whether it came to the end.
+// A pipeline that replays a recording, one object in each run: its progress, and whether it reached the end.
 #ifndef FWPIPE_REPLAY_H
 #define FWPIPE_REPLAY_H
 
@@ -13,9 +13,9 @@ namespace FwPipe {
 
 class Origin;
 
-// The progress line of a pipeline that is run until it has nothing more to give. When the element that runs replays a
-// file, each run is an object, and the file's size is what there is. The line stays away once a run has printed on the
-// terminal, which shows the progress by itself.
+// The progress line of a pipeline that runs until a run returns 0. If the element that runs replays a file, each run is
+// an object, and the percentage is that of the file's size. The line is not shown after a run has printed on the
+// terminal.
 class ReplayProgress {
 public:
     ReplayProgress(bool bWanted, const VESK::EPipeline& cPipeline, const Origin& cOrigin); // lends both
@@ -28,12 +28,12 @@ private:
     Progress m_cProgress;
 };
 
-// What is left of the data once no more of it is read.
+// The data that was not read.
 enum class Rest {
-    None,     // nothing, or the pipeline replays no recording
-    Possible, // the end was not seen, and whether more comes is not known: a pipe that holds nothing at present
-    InFile,   // stays where it is
-    InPipe    // what was read ahead or waits there is lost
+    None,     // none, or the pipeline replays no recording
+    Possible, // unknown: a pipe without data at present, whose end was not seen
+    InFile,   // in a file, where it remains
+    InPipe    // in a pipe or a buffer: it is lost
 };
 
 Rest RestOfReplay(const VESK::EPipeline& cPipeline, const Origin& cOrigin);

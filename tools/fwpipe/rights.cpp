@@ -14,16 +14,16 @@ namespace {
 
 constexpr mode_t AllModes = 07777;
 constexpr mode_t OwnerModes = 0700;
-constexpr std::size_t LargestAttribute = 0x10000; // the system's own limit, for a list of names as well
+constexpr std::size_t LargestAttribute = 0x10000; // the limit of the system, also for the list of names
 
 const char* const AccessList = "system.posix_acl_access";
 
-// An error that says that there is no such thing, there or on the whole file system.
+// Whether the error means that the attribute does not exist or is not supported.
 bool IsAbsent(int iError) {
     return iError == ENODATA || iError == ENOTSUP;
 }
 
-// The file's list is the model's. One that the file got from its folder is none of the model's.
+// Copies the access control list. Without one, removes the list that the file has from its folder.
 bool TakeAccessList(int iFile, int iModel) {
     std::vector<char> cList(LargestAttribute);
     const ssize_t iLength = fgetxattr(iModel, AccessList, cList.data(), cList.size());
@@ -33,7 +33,7 @@ bool TakeAccessList(int iFile, int iModel) {
     return IsAbsent(errno) && (fremovexattr(iFile, AccessList) == 0 || IsAbsent(errno));
 }
 
-// Also true when the file has it already, which it may not be allowed to write.
+// Also returns true if the file already has the attribute, which may not be writable.
 bool TakeAttribute(int iFile, int iModel, const char* pchName) {
     std::vector<char> cValue(LargestAttribute);
     std::vector<char> cOwn(LargestAttribute);
@@ -56,10 +56,10 @@ bool TakeRights(int iFile, int iModel) {
         return false;
     }
     const bool bOther = Own.st_uid != Model.st_uid || Own.st_gid != Model.st_gid;
-    // The new owner gets no more than the mode of the model, not even meanwhile.
+    // The new owner must not have more rights than in the model, not even for a moment.
     if (bOther && (fchmod(iFile, 0) != 0 || fchown(iFile, Model.st_uid, Model.st_gid) != 0)) {
         const int iReason = errno;
-        // Its groups and others are not those of the model, so they get what both had there.
+        // Group and others differ from those of the model, so both get only the rights that both have there.
         const mode_t uBoth = Model.st_mode & (Model.st_mode >> 3) & 07;
         const bool bList = fgetxattr(iModel, AccessList, nullptr, 0) >= 0 || !IsAbsent(errno);
         const bool bOpen = !bList && (fremovexattr(iFile, AccessList) == 0 || IsAbsent(errno));

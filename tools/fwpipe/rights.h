@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Who may use a file, and what else is attached to it, taken over from another file.
+// Copies the owner, rights and extended attributes of one file to another.
 #ifndef FWPIPE_RIGHTS_H
 #define FWPIPE_RIGHTS_H
 
@@ -7,14 +7,14 @@
 
 namespace FwPipe {
 
-// Owner, group, mode and access control list of the model, or less: where the owner or the list cannot be taken over,
-// nobody but the owner gets what then would reach others. At no moment may more people use the file than the model,
-// or, until it is done, than who runs this process. False, with the reason in errno, when not all could be taken over.
+// Copies owner, group, mode and access control list of the model. If the owner or the list cannot be copied, the file
+// gets fewer rights, so that nobody has access who has none to the model. This holds at any time, except that whoever
+// runs this process has access until it is done. Returns false, with the reason in errno, if not everything was copied.
 bool TakeRights(int iFile, int iModel);
 
-// The other extended attributes of the model: the names of those that could not be taken over, or why none could, as a
-// text; empty when all were. Some need the mode of a new file, and a change of the owner takes others away, so it is
-// called both before and after TakeRights; what the second call answers counts.
+// Copies the other extended attributes. Returns the names of those that could not be copied, or the reason why none
+// could; empty if all were. Some need the mode of the new file, and a change of the owner removes others. So call this
+// before and after TakeRights; the second result counts.
 std::string TakeAttributes(int iFile, int iModel);
 
 } // namespace FwPipe

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// fwpipe run: builds a pipeline from a pipe file, initializes it and runs it, once, several times or until it
-// has nothing more to give.
+// fwpipe run: builds a pipeline from a pipe file, initializes it and runs it: once, several times or until a run
+// returns 0.
 #include "activeelement.h"
 #include "checks.h"
 #include "command.h"
@@ -68,7 +68,7 @@ int Build(Options& cOptions, VESK::EPipeline& cPipeline) {
                                     : cPipeline.BuildPipe(pchFile, 1, cOptions.cConfig.data());
 }
 
-// Some of the library's reasons for a failure are among the lines that are held back.
+// Held lines contain some of the library's reasons for a failure.
 int BuildQuietly(Options& cOptions, VESK::EPipeline& cPipeline) {
     HeldOutput cHeld;
     if (!cHeld.Holds()) {
@@ -82,8 +82,7 @@ int BuildQuietly(Options& cOptions, VESK::EPipeline& cPipeline) {
     return iBuilt;
 }
 
-// What a finished step means for the exit status: ExitDone to go on. A signal explains a failure, so it comes
-// first.
+// The exit status after a step; ExitDone: continue. A signal explains a failure, so it is checked first.
 int Judge(int iResult, bool bArrived, const std::string& cComplaint) {
     if (Interrupt()) {
         return ExitSignal + Interrupt();
@@ -94,7 +93,7 @@ int Judge(int iResult, bool bArrived, const std::string& cComplaint) {
     return iResult && bArrived ? ExitDone : ExitFailed;
 }
 
-// Runs once, or as often as was asked for, until a run returns 0, output is lost or a signal comes.
+// Runs as often as requested, until a run returns 0, output is lost or a signal arrives.
 int Loop(const Options& cOptions, VESK::EPipeline& cPipeline, const Origin& cOrigin) {
     const Report cReport(cOptions.bReport);
     ReplayProgress cProgress(cOptions.bDrain, cPipeline, cOrigin);
@@ -116,7 +115,7 @@ int Loop(const Options& cOptions, VESK::EPipeline& cPipeline, const Origin& cOri
     return ExitDone;
 }
 
-// A refused object ends a drained replay too, whose exit status then is that of the refused object.
+// With --drain, a refused object ends a replay too; the exit status is then that for refused objects.
 int RunAll(const Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin) {
     const OriginWatch cWatch(cOrigin, cPipeline);
     const int iStatus = Loop(cOptions, cPipeline, cOrigin);
@@ -149,7 +148,7 @@ int Run(Options& cOptions) {
     }
     CatchFaults();
     VESK::FRAMEWORK cFramework;
-    cFramework.SetProperty(VESK::Key::EndErrorLines, 1, VESK::Section::Standard); // others print there, too
+    cFramework.SetProperty(VESK::Key::EndErrorLines, 1, VESK::Section::Standard); // as other lines follow
     Origin cOrigin;
     int iStatus = ExitFailed;
     {
@@ -168,8 +167,8 @@ int Run(Options& cOptions) {
     return iStatus;
 }
 
-// The library ignores a configuration file that it cannot read; a user who names one wants it read. Each element
-// opens the file anew, so a pipe would be empty for the second one.
+// The library ignores a configuration file that it cannot read, but a user who passes one expects that it is read. Each
+// element opens the file again, so a pipe would be empty for the second one.
 std::string Unreadable(const std::string& cPath) {
     std::error_code cError;
     if (access(cPath.c_str(), R_OK) != 0) {

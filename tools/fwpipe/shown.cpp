@@ -18,7 +18,7 @@ void AppendShown(std::string_view cBytes, bool bRaw, std::string& cText) {
     }
 }
 
-// One word, whatever it holds.
+// Appends any text as one word.
 void AppendWord(std::string_view cBytes, bool bRaw, std::string& cText) {
     if (!cBytes.empty() && cBytes.find_first_of(" \"") == std::string_view::npos) {
         AppendShown(cBytes, bRaw, cText);
@@ -48,11 +48,11 @@ public:
 
 private:
     const bool m_bRaw;
-    const bool m_bBytes; // what is not UTF-8 has to be escaped
+    const bool m_bBytes; // bytes that are not UTF-8 must be escaped
     std::string& m_cText;
 };
 
-// For each property the index of the next with the same key, or 0; a key's later ones are marked in cLater.
+// For each property, the index of the next one with the same key, or 0. cLater marks later ones.
 void LinkEqualKeys(const ObjectScan& cScan, std::vector<std::size_t>& cNext, std::vector<bool>& cLater) {
     std::unordered_map<std::string_view, std::size_t> cLast;
     for (std::size_t u = 0; u < cScan.Properties(); ++u) {

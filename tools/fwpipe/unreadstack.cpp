@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// In place of holder.cpp and machinecode.cpp on 32-bit ARM, whose unwind tables have another form than those that these
-// read: a failure is reported without the element.
+// Replaces holder.cpp and machinecode.cpp on 32-bit ARM, whose unwind tables have a different form: failures are
+// reported without the element.
 #include "holder.h"
 
 namespace FwPipe {

@@ -14,7 +14,7 @@ bool bLeased = false;
 } // namespace
 
 bool WatchForWriters(int iFile) {
-    fcntl(iFile, F_SETSIG, SIGURG); // which by itself does nothing; the usual one would end the process
+    fcntl(iFile, F_SETSIG, SIGURG); // ignored by default; the usual signal would end the process
     bLeased = fcntl(iFile, F_SETLEASE, F_RDLCK) == 0;
     return bLeased || errno != EAGAIN;
 }

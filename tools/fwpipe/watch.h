@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-// Whether a file that is open for reading has a writer.
+// Detects writers of a file that is open for reading.
 #ifndef FWPIPE_WATCH_H
 #define FWPIPE_WATCH_H
 
 namespace FwPipe {
 
-// From here on, until the file is closed, a program that opens it for writing or truncates it has to wait and is noticed; false
-// when somebody has it open for writing. Only for files of one's own, on file systems that know leases; for others it
-// does nothing.
+// From now on until the file is closed, a program that opens it for writing or truncates it has to wait, and is
+// detected. Returns false if the file is open for writing already. Works for the user's own files, on file systems with
+// leases; for others it does nothing and returns true.
 bool WatchForWriters(int iFile);
 
-bool HasWriter(int iFile); // whether one came since then
+bool HasWriter(int iFile); // whether a writer was detected since then
 
 } // namespace FwPipe
 

@@ -12,7 +12,7 @@ namespace {
 
 using VESK::ObjectLines;
 
-// A count line, a type line, or a property's key and "=" beyond this length are taken for damage.
+// Longer lines of types and counts, and longer keys with their "=", count as damage.
 constexpr std::size_t KeptOfLine = 0x100000;
 
 constexpr std::string_view TypeKey = "QObjectType=";
