@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# What `cmake --install` lays down. Nothing in it knows the prefix, so the installed tree may be moved.
+# The files that `cmake --install` installs. None contains the prefix, so the installed tree may be moved.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/fwlib)
@@ -12,8 +12,8 @@ if(TARGET fwpipe)
   install(TARGETS fwpipe)
 endif()
 
-# The library needs no other package, so the list of targets is the whole configuration. While the major
-# version is 0, a minor one may break.
+# The library needs no other package, so the list of targets is the whole configuration. While the major version is 0,
+# a new minor version may be incompatible.
 install(EXPORT fwlib FILE fwlibConfig.cmake NAMESPACE fwlib:: DESTINATION ${package_dir})
 write_basic_package_version_file(fwlibConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/fwlibConfigVersion.cmake DESTINATION ${package_dir})

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""C++ source text as tokens, functions and statements: as much as the tools need, for code that clang-format laid out."""
+"""C++ source text as tokens, functions and statements: as much as the tools need, for code in the layout of clang-format."""
 import re
 from bisect import bisect_right
 from dataclasses import dataclass
@@ -27,7 +27,7 @@ class Token:
 
 @dataclass(frozen=True)
 class Region:
-    """A function, a table or another declaration, with all that belongs to it."""
+    """A function, a table or another declaration: its whole text."""
 
     name: str
     begin: int
@@ -38,17 +38,17 @@ class Region:
 class Statement:
     begin: int
     end: int
-    simple: bool  # it ends with a semicolon and holds no block
+    simple: bool  # it ends with a semicolon and contains no block
     first: str  # its first word
 
 
 def tokens_of(text):
-    """All tokens; those of kind "skip" are comments, directives and what no fault is put in."""
+    """All tokens; those of kind "skip" are comments, directives and other text without faults."""
     return [Token(m.lastgroup, m.start(), m.end(), m.group()) for m in _TOKEN.finditer(text) if m.group()]
 
 
 def _called(head):
-    """The place in a declaration of the name that its parameters follow, or -1."""
+    """The position in a declaration of the name before its parameters, or -1."""
     for at, token in enumerate(head[:-1]):
         if token.kind == "word" and head[at + 1].word == "(" and head[at + 1].begin == token.end:
             return at
@@ -56,7 +56,7 @@ def _called(head):
 
 
 def _name(head):
-    """What a declaration declares, with the qualification that stands there."""
+    """The name that a declaration declares, qualified as in the text."""
     words = [token.word for token in head]
     at = _called(head)
     stop = next((i for i, word in enumerate(words) if word in ("=", "[", "{", ";")), len(words))
@@ -73,7 +73,7 @@ def _name(head):
 
 
 class _Reader:
-    """Goes over the tokens outside of functions."""
+    """Reads the tokens outside of functions."""
 
     def __init__(self, text):
         self.tokens = [token for token in tokens_of(text) if token.kind != "skip"]
@@ -81,7 +81,7 @@ class _Reader:
         self.scopes = []  # names of classes, "" for namespaces
 
     def closing(self, at):
-        """The place of the bracket that closes the one here."""
+        """The position of the bracket that closes the one at this position."""
         depth = 0
         while at < len(self.tokens):
             word = self.tokens[at].word
@@ -117,7 +117,7 @@ class _Reader:
         self.found.append(Region(name, self.tokens[start].begin, self.tokens[end].end))
 
     def _open(self, start, at):
-        """Where to go on, and where the next declaration begins, behind the brace here."""
+        """Where to continue after the brace at this position, and where the next declaration begins."""
         head = self.tokens[start:at]
         words = [token.word for token in head]
         if "namespace" in words or words[:1] == ["extern"]:
@@ -131,13 +131,13 @@ class _Reader:
         end = self.closing(at)
         before = self.tokens[at - 1]
         if "=" in words or "enum" in words or (before.kind == "word" and before.end == self.tokens[at].begin):
-            return end, start  # a value or what an entry begins with; the declaration goes on
+            return end, start  # a value or the start of an entry; the declaration continues
         self._add(start, end)
         return end, end + 1
 
 
 class Functions:
-    """Which function, table or declaration a place in a text belongs to."""
+    """The function, table or declaration that contains a position in a text."""
 
     def __init__(self, text):
         self.regions = sorted(_Reader(text).read(), key=lambda region: region.begin)
@@ -150,9 +150,9 @@ class Functions:
 
 
 def blocks_of(text):
-    """The statements of each block, of lambdas too, in their order."""
+    """The statements of each block, also of lambdas, in their order."""
     tokens = [token for token in tokens_of(text) if token.kind != "skip"]
-    blocks, pending = [], [[[], None, 0, False]]  # statements, place of the first token, open brackets, holds a block
+    blocks, pending = [], [[[], None, 0, False]]  # statements, position of the first token, open brackets, contains a block
     for at, token in enumerate(tokens):
         block = pending[-1]
         if token.word == "}" and len(pending) > 1:

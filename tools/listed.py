@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: MIT
-"""Lists of what the tests need not find: a reason, and below it an indented line for each place that it holds for."""
+"""Lists of what the tests need not find: a reason, and below it an indented line for each case."""
 import sys
 
 
 def listed(path):
-    """(entry, reason) of each line; the program ends where one has no reason."""
+    """(entry, reason) of each line; the program ends at a line without a reason."""
     entries, reason = [], ""
     lines = path.read_text().splitlines()
     for number, line in enumerate(lines, 1):

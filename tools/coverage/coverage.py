@@ -18,7 +18,7 @@ WHOLLY_RUN = ("source/fwlib/properties/", "source/fwlib/pipeline/", "source/fwli
 
 
 def listed():
-    """How many branches of (file, line) cannot be reached; each has a reason above it."""
+    """How many branches of (file, line) cannot be reached. Each entry has a reason above it."""
     branches, reason = Counter(), False
     for text in (Path(__file__).parent / "unreached.txt").read_text().splitlines():
         entry = re.fullmatch(r"(\d+) ([\w./]+): (.+)", text)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Small faults that can be put into C++ source text, and a choice among them that is the same each time."""
+"""Small faults in C++ source text, and a reproducible random choice among them."""
 import hashlib
 import re
 from collections import Counter
@@ -24,7 +24,7 @@ _ERRORS = {"EACCES", "EAGAIN", "EEXIST", "EFBIG", "EINTR", "EINVAL", "EIO", "ENO
 
 @dataclass(frozen=True)
 class Fault:
-    """Replaces text[begin:end] of a file. Its names do not depend on the file's."""
+    """A replacement of text[begin:end] in a file. Its name and identity do not contain the name of the file."""
 
     file: str
     kind: str
@@ -32,10 +32,10 @@ class Fault:
     end: int
     by: str
     line: int
-    before: str  # the lines, as one
+    before: str  # the lines, joined
     after: str
-    name: str  # the function, and what is changed there
-    identity: str  # of the function as it is with the fault
+    name: str  # the function and the change in it
+    identity: str  # a hash of the function with the fault
 
 
 def _number(word):
@@ -56,7 +56,7 @@ def _changed_text(word):
 
 
 def _of_token(token, text):
-    """The kind of fault and what may stand in a token's place."""
+    """The kind of fault, and what may replace a token."""
     kind, word = token.kind, token.word
     spaced = text[token.begin - 1 : token.begin] == " " and text[token.end : token.end + 1] in (" ", "\n")
     if kind == "number":
@@ -115,7 +115,7 @@ def _of_lines(text):
 
 
 def _found(text):
-    """(kind, begin, end, what stands there instead, what that is), of all faults."""
+    """(kind, begin, end, replacement, description) of all faults."""
     tokens = tokens_of(text)
     skipped = [token for token in tokens if token.kind == "skip"]
     code = [token for token in tokens if token.kind != "skip"]
@@ -151,7 +151,7 @@ def faults_of(file, text):
 
 
 def ordered(faults, seed):
-    """The order in which faults are tried: by chance, the same each time, and the kinds take turns."""
+    """The order in which faults are tried: random but reproducible, one of each kind in turn."""
     kinds = {}
     for fault in sorted(faults, key=lambda fault: hashlib.sha256(f"{seed} {fault.identity}".encode()).digest()):
         kinds.setdefault(fault.kind, []).append(fault)

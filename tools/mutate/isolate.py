@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: MIT
-"""Keeps what a changed program does away from the machine.
+"""Isolates changed programs from the machine.
 
-A faulty fwpipe that ran as root has replaced /dev/null before. So the whole run has its own view of the file system, in
-which only its scratch folder and temporary files can be written; and each command has process numbers of its own, so that
-it reaches no other process, and ends with all that it started.
+A faulty fwpipe that ran as root once replaced /dev/null. So the whole run has its own view of the file system, in which
+only its scratch folder and temporary files can be written. Each command has its own process numbers: it cannot send
+signals to other processes, and the processes that it started end with it.
 """
 import os
 import shutil
@@ -12,18 +12,18 @@ import sys
 from pathlib import Path
 
 _MARK = "FWLIB_MUTATE_ISOLATED"
-_KEPT = ("proc", "devpts", "mqueue")  # which have no files to replace
+_KEPT = ("proc", "devpts", "mqueue")  # without files that could be replaced
 
 
 def _alone(options):
-    """Begins a command that gets process numbers of its own, which all end with it. Their first process is a shell, since
-    the system does not pass signals that nobody handles to that one."""
+    """The beginning of a command with its own process numbers, whose processes end with it. The first process is a shell,
+    since the system does not deliver unhandled signals to the first one."""
     return ["unshare", *options, "--mount", "--pid", "--fork", "--kill-child", "--mount-proc", "--",
             "sh", "-c", '"$@"; exit $?', "sh"]  # fmt: skip
 
 
 def _mounts():
-    """The mounted (place, type), the outermost first."""
+    """The mounted file systems (path, type), the outermost first."""
     for line in Path("/proc/self/mountinfo").read_text().splitlines():
         before, after = line.split(" - ")
         yield before.split()[4].encode().decode("unicode_escape"), after.split()[0]
@@ -52,7 +52,7 @@ def _protect(scratch):
 
 
 def isolate(scratch):
-    """Goes on in a view of its own; root goes on in no other way."""
+    """Restarts this program in its own view of the file system. As root, it never continues without one."""
     scratch.mkdir(parents=True, exist_ok=True)
     if os.environ.get(_MARK) == "1":
         _protect(scratch)
@@ -69,5 +69,5 @@ def isolate(scratch):
 
 
 def alone(command):
-    """The command with process numbers of its own."""
+    """The command with its own process numbers."""
     return [*_alone([]), *command] if os.environ.get(_MARK) == "1" else command

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Puts small faults into the library and the tool, one at a time, and tells which of them the tests do not find.
+"""Puts small faults into the library and the tool, one at a time, and lists those that the tests do not find.
 
 Usage: mutate.py [--count N] [--seed N] [--kind KIND]... [--resume] [--flags FLAGS] [--verbose] [FILE...]
 
-The kinds of faults take turns; within a kind chance chooses, the same each time, whatever the files are called. Each worker
-has a copy of the tree and builds of its own under build/mutate. A fault that does not compile is replaced by another one;
-equivalent.txt lists those that no test can find. What was found is kept in build/mutate/results: with --resume faults
-that were caught there count as caught, and the others are tried. Exit status 1 when fewer than 95 % are caught.
+The kinds of faults take turns; within a kind the choice is random but reproducible, whatever the names of the files. Each
+worker has a copy of the tree and its own builds under build/mutate. A fault that does not compile is replaced by another
+one; equivalent.txt lists those that no test can find. Results are kept in build/mutate/results: with --resume, faults that
+were caught there count as caught, and the others are tried. The exit status is 1 if fewer than 95 % are caught.
 """
 import argparse
 import sys
@@ -51,14 +51,14 @@ class Run:
         self.before = self._before()
 
     def _before(self):
-        """What an earlier run found, by the identity of the fault."""
+        """The results of an earlier run, by the identity of the fault."""
         if not self.arguments.resume or not RESULTS.exists():
             RESULTS.unlink(missing_ok=True)
             return {}
         return dict(line.split("\t")[:2] for line in RESULTS.read_text().splitlines())
 
     def _next(self):
-        """The next fault to try, or None when there are enough. Those that were tried already are counted here."""
+        """The next fault to try, or None when there are enough. Counts those that were tried already."""
         with self.lock:
             while len(self.results) + self.left_out + self.pending < self.arguments.count:
                 fault = next(self.faults, None)

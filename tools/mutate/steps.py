@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Faults of order: what a program does stays, but a step comes too early, in the other direction, or not at all."""
+"""Faults of order: the steps of a program are the same, but one is too early, in the other direction, or missing."""
 import re
 
 from functions import Functions, blocks_of, tokens_of
@@ -21,7 +21,7 @@ _GUARD = re.compile(r"const [A-Za-z_][\w:<>]* (\w+)(?:\(.*\))?;$", re.S)
 
 
 class _Step:
-    """What a statement names, changes and calls."""
+    """The names that a statement uses, changes and calls."""
 
     def __init__(self, text, statement):
         self.statement = statement
@@ -51,7 +51,7 @@ class _Step:
         return (self.calls or changed or [self.statement.first])[0]
 
     def swaps_with(self, following):
-        """Whether the two may stand in the other order, and the order may matter."""
+        """Whether the two compile in the other order, and the order may matter."""
         if self.declares and self.declares in following.words:
             return False
         shared = (self.changes & following.words) | (following.changes & self.words)
@@ -84,7 +84,7 @@ def _orders(text, block):
 
 
 def _early_settings(text, block):
-    """A setting read at the begin of the block that reads it."""
+    """A setting that is read at the start of the block that reads it."""
     for at, statement in enumerate(block[2:], 2):
         if statement.simple and _is_step(statement, text) and _SETTING.search(text[statement.begin : statement.end]):
             step, begin = _Step(text, statement), block[0].begin
@@ -109,7 +109,7 @@ def _dropped(text, block, at):
 
 
 def steps_of(text):
-    """(kind, begin, end, what stands there instead, what that is), of all such faults."""
+    """(kind, begin, end, replacement, description) of all such faults."""
     functions = Functions(text)
     for block in blocks_of(text):
         if not block or functions.at(block[0].begin).begin == block[0].begin:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A copy of the tree with builds of its own, and its tests, the likeliest to find a fault first."""
+"""A copy of the tree with its own builds and tests. The tests that most likely find a fault run first."""
 import json
 import os
 import resource
@@ -14,8 +14,8 @@ from isolate import alone
 
 COPIED = ("CMakeLists.txt", "cmake", "docs", "examples", "fuzz", "packaging", "source", "tests", "tools")
 SKIPPED = 77
-OF_FLAGS = ("package.hardening",)  # looks at how what is shipped was built
-# Blocks as large as the tests ask for, and signals are left to the program.
+OF_FLAGS = ("package.hardening",)  # checks how the release is built
+# Allows the block sizes of the tests, and leaves signals to the program.
 CHECKER = "max_allocation_size_mb=4000:use_sigaltstack=0:" + ":".join(
     f"handle_{signal}=0" for signal in ("segv", "sigbus", "abort", "sigfpe", "sigill"))  # fmt: skip
 
@@ -37,7 +37,7 @@ def _limit():
 
 
 def _run(command, folder, seconds, environment=()):
-    """The exit status of a command, None when it takes too long; the processes of one that does not end are ended."""
+    """The exit status of a command; None when it takes too long. Then its processes are killed."""
     child = subprocess.Popen(
         command, cwd=folder, env=dict(os.environ, **dict(environment)), preexec_fn=_limit,
         stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
@@ -69,13 +69,13 @@ class Tree:
         if not self._make(self.build):
             raise RuntimeError(f"does not build: cmake --build {self.build}")
         self.tests = self._tests()
-        # Programs that hold the library's objects have to be linked anew; the others take the shared library.
+        # Programs that contain the library's objects must be linked again; the others use the shared library.
         self.linked = [self.build / line.split(":")[0][len("build ") :]
                        for line in (self.build / "build.ninja").read_text().splitlines()
                        if line.startswith("build ") and "_EXECUTABLE_LINKER" in line and "/fwlib_objects.dir/" in line]  # fmt: skip
 
     def _copy(self):
-        """Brings the copy to what the tree is now; files that did not change keep their times."""
+        """Updates the copy from the tree; files that did not change keep their times."""
         wanted = set()
         for name in COPIED:
             found = self.original / name
@@ -102,7 +102,7 @@ class Tree:
         return _run(["cmake", "--build", str(build), "-j", "1", *which], self.root, 1800, self.environment) == 0
 
     def _tests(self):
-        """All tests but those of the installed tree, which a change of the code hardly concerns and which build long."""
+        """All tests but those of the installed tree, which hardly depend on the code and take long to build."""
         listed = subprocess.run(["ctest", "--test-dir", self.build, "--show-only=json-v1"], check=True, capture_output=True)
         tests = []
         for test in json.loads(listed.stdout)["tests"]:
@@ -113,7 +113,7 @@ class Tree:
         return tests
 
     def _passes(self, test, seconds, tries=2):
-        """Whether it passes, and whether it takes too long. Some fail by chance on a busy machine: never twice, it is hoped."""
+        """Whether it passes, and whether it takes too long. Tried twice, as some fail at random on a busy machine."""
         environment = (("GTEST_FAIL_FAST", "1"), ("GTEST_BRIEF", "1"), ("LSAN_OPTIONS", CHECKER), *test.environment)
         status = _run(alone(test.command), test.folder, seconds, environment)
         if status in (0, SKIPPED, None) or tries == 1:
@@ -121,7 +121,7 @@ class Tree:
         return self._passes(test, seconds, tries - 1)
 
     def measure(self):
-        """Runs all tests without a fault: the names of those that fail."""
+        """Runs all tests without a fault. Returns the names of those that fail."""
         failing = []
         for test in self.tests:
             begun = time.monotonic()
@@ -131,12 +131,12 @@ class Tree:
         return failing
 
     def _first(self, file):
-        """Orders tests: what found faults, in this file above all, and soon."""
+        """The key for sorting tests: first those that found faults, above all in this file, and that are fast."""
         return lambda test: -(self.found[file, test.name] + 0.1 * self.found[test.name] + 0.02) / (
             self.seconds[test.name] + 0.05)  # fmt: skip
 
     def _found_by(self, tests, fault):
-        file, tries = fault.file, 1 if fault.kind == "guard" else 2  # races come by chance
+        file, tries = fault.file, 1 if fault.kind == "guard" else 2  # races occur at random
         for test in sorted(tests, key=self._first(file)):
             passes, late = self._passes(test, 15 + 6 * self.seconds[test.name], tries)
             if not passes:
@@ -150,18 +150,18 @@ class Tree:
 
     def restore(self, fault, text):
         (self.root / fault.file).write_text(text)
-        if self.stale:  # test programs hold the fault of a header
+        if self.stale:  # test programs contain the fault of a header
             self._make(self.build)
             self.stale = False
 
     def tried(self, fault):
-        """What finds the fault that is in the copy: a test, "" when none does; None when it does not compile."""
+        """The test that finds the fault in the copy, "" if none does, or None if it does not compile."""
         header, tool = fault.file.endswith(".h"), fault.file.startswith("tools/")
         program = self.build / "fwpipe"
         tests = [test for test in self.tests if not tool or test.uses(program)]
         linked = [test for test in tests if not tool and any(test.uses(program) for program in self.linked)]
-        # Test programs built before a header changed find most faults in it, too, and building them takes long.
-        if not self._make(self.build, "fwlib", "fwpipe"):  # both: one may hold the fault before this one
+        # Test programs that were built before the header changed also find most faults, and building them takes long.
+        if not self._make(self.build, "fwlib", "fwpipe"):  # both, as one may contain the previous fault
             return None
         found = self._found_by([test for test in tests if test not in linked], fault)
         if not found and not tool:
@@ -174,7 +174,7 @@ class Tree:
         return found
 
     def _races(self):
-        """What ThreadSanitizer finds, as ./dev ci runs it."""
+        """The test under ThreadSanitizer that finds the fault, as ./dev ci runs it."""
         if not (self.tsan / "build.ninja").exists():
             self._configure(self.tsan, "-O1 -g -fsanitize=thread -fno-omit-frame-pointer")
         if not self._make(self.tsan, "fwlib_tests"):
