@@ -31,9 +31,9 @@ public:
 
     int Folder() const { return m_cFolder.Get(); } // -1 for none, with the reason in errno
     const char* Name() const { return m_cName.c_str(); }
-    bool Stat(struct stat& Status) const; // of the file with the name; false with the reason in errno
+    bool Stat(struct stat& Status) const; // status of the named file; false with the reason in errno
     int OpenToRead() const;               // without waiting for a pipe's writer; -1 with the reason in errno
-    void Sync() const;                    // so that a new name survives a power failure
+    void Sync() const; // writes the folder to disk, so that a name survives a power failure
 
 private:
     const std::string m_cPath;

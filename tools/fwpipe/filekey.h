@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Texts that are equal if two paths are the same file.
+// Keys of files, which are equal if two paths or streams refer to the same file.
 #ifndef FWPIPE_FILEKEY_H
 #define FWPIPE_FILEKEY_H
 

@@ -22,7 +22,7 @@ struct Found {
     int iReadError = 0;
 };
 
-// Reads the whole file and shows the progress, of ullSize bytes, on a terminal. If bResync, complete objects after
+// Reads the whole file, of ullSize bytes, and shows the progress on a terminal. If bResync, complete objects after
 // damage are kept too. Ends early after a signal.
 Found FindWhole(int iFile, unsigned long long ullSize, bool bResync);
 

@@ -45,9 +45,8 @@ public:
     void Learn(VESK::EPipeline& cPipeline); // the pipeline must be initialized
     void Examine();                         // completes the classes after a failure
 
-    const std::vector<KnownElement>& Elements() const {
-        return m_cElements;
-    } // by address; one more behind the last
+    // Sorted by address, with one more entry after the last element.
+    const std::vector<KnownElement>& Elements() const { return m_cElements; }
     const std::vector<ElementClass>& Classes() const { return m_cClasses; }
     const std::vector<int>& Receivers() const { return m_cReceivers; }
     int Count() const { return static_cast<int>(m_cElements.size()) - 1; }

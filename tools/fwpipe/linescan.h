@@ -14,8 +14,8 @@ public:
     // bytes of each line are kept.
     explicit LineScan(int iFile, std::size_t uKept = std::string::npos);
 
-    // Appends the next line with its newline. Omitted are the bytes after a zero byte, as such a line is not valid
-    // anyway, and those beyond the limit. Returns false at the end of the stream, at an error, and after a signal.
+    // Appends the next line with its newline. Omits the bytes after a zero byte, as such a line is not valid anyway,
+    // and those beyond the limit. Returns false at the end of the stream, at an error, and after a signal.
     bool Append(std::string& cText);
 
     unsigned long long Taken() const { return m_ullTaken; } // bytes read, omitted ones included

@@ -31,7 +31,8 @@ Code CodeAt(Address uAddress);
 // The load address of the file that contains the code; null if unknown.
 const void* ModuleOf(const Code& cCode);
 
-// Whether execution may continue from one function in the other by at most two jumps: a moved part or a tail call.
+// Whether execution may continue from the first function in the second by at most two jumps: a moved part or a tail
+// call.
 bool Continues(const Code& cFrom, const Code& cTo);
 
 // Whether the function may deliver an object by a tail call, which leaves no frame on the stack.

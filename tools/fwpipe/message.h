@@ -15,7 +15,7 @@ std::string ShownOn(std::FILE* pStream, const std::string& cText);
 // Prints "fwpipe: TEXT" as a line on standard error, in the form of ShownOn. The text has no newline.
 void Complain(const std::string& cText);
 
-// Complains "WHAT NAME: REASON", with the reason for errno.
+// Prints "fwpipe: WHAT NAME: REASON", with the reason in errno.
 void ReportErrno(const char* pchWhat, const std::string& cName);
 
 } // namespace FwPipe

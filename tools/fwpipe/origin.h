@@ -31,10 +31,9 @@ public:
     Origin& operator=(const Origin&) = delete;
 
     // Watch inserts the counters, Restore removes them. Watch needs an initialized pipeline; it does nothing if no
-    // element is to run. Restore keeps connections that the element has changed, and does nothing if it was destroyed.
+    // element is to run. Restore keeps connections that the element changed; it does nothing without the element.
     void Watch(VESK::EPipeline& cPipeline);
-    void
-    Restore(VESK::EPipeline& cPipeline); // connects the pads, if the element still lives, as they would be
+    void Restore(VESK::EPipeline& cPipeline);
 
     VESK::EObject* Living(const VESK::EPipeline& cPipeline) const; // the element, or null if it was destroyed
 

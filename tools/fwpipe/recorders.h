@@ -10,9 +10,8 @@ class EPipeline;
 namespace FwPipe {
 
 struct RecorderOptions {
-    bool bKeep =
-        false; // refuse to replace a recording, unless the recorder's property "Existing" says otherwise
-    bool bShared = false; // recorders may write what other elements of the pipeline write or read
+    bool bKeep = false;   // do not replace a recording, unless the recorder has a property "Existing"
+    bool bShared = false; // recorders may write files that other elements of the pipeline write or read
 };
 
 // Call this between building and initializing. Returns false, after a line on standard error, if a recorder would write

@@ -18,7 +18,7 @@ class Origin;
 // terminal.
 class ReplayProgress {
 public:
-    ReplayProgress(bool bWanted, const VESK::EPipeline& cPipeline, const Origin& cOrigin); // lends both
+    ReplayProgress(bool bWanted, const VESK::EPipeline& cPipeline, const Origin& cOrigin); // both are lent
     void Ran(unsigned long long ullRuns);
     void Stop() { m_cProgress.Stop(); }
 

@@ -12,9 +12,8 @@ class ObjectScan;
 // Appends the current object to a text. If bRaw, bytes are not escaped (escape.h).
 using ShowObject = void (*)(const ObjectScan& cScan, bool bRaw, std::string& cText);
 
-void ShowBlock(const ObjectScan& cScan, bool bRaw,
-               std::string& cText); // a line each for object and properties
-void ShowLine(const ObjectScan& cScan, bool bRaw, std::string& cText); // quotes words with spaces
+void ShowBlock(const ObjectScan& cScan, bool bRaw, std::string& cText); // a line for each property
+void ShowLine(const ObjectScan& cScan, bool bRaw, std::string& cText);  // quotes words with spaces
 
 // {"type":TYPE,"offset":BYTE,"properties":{KEY:VALUE,...}}. A key that occurs more than once in the object has an array
 // of its values, in order. An object with bytes that are not UTF-8 has "escaped":true after its offset; in its texts,

@@ -27,7 +27,7 @@ public:
 
     int GetHeaderSize(unsigned int* puSize); // as stored in the file, without checks
     int SetPosition(int iOffset);
-    // at the position; 1 if all bytes were read, also for 0 bytes
+    // Reads iCount bytes at the position. Returns 1 if all of them were read, also for 0.
     int GetBlock(unsigned char* pBuffer, int iCount);
 
     // Store in *ppData a new block, which the caller releases with DeleteData: the file's iCount bytes at the offset.

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Debug builds list the existing elements and data objects, to detect when the code of one is unloaded.
 //
-// Each has an address in its code: at first the caller of the base class's constructor, which is a constructor of its
-// class unless that class derives from another one of this library; once a factory has created it, its table of virtual
-// operations. The objects are not read later: their memory may be released without a destructor call.
+// For each object, an address is stored: first that of the caller of the base class's constructor, which is in the code
+// of the object's class unless that class derives from another one of this library. After a factory has created the
+// object, it is that of its virtual table. Objects are not read later, as their memory may be released already.
 #ifndef FWLIB_ELEMENTS_WATCH_H
 #define FWLIB_ELEMENTS_WATCH_H
 
@@ -27,7 +27,7 @@ inline unsigned int UnloadedObjects() {
 
 #endif
 
-// Watches an object that a factory has created, or null: it begins with the pointer to its virtual operations.
+// Watches an object that a factory has created, which begins with a pointer to its virtual table. Accepts null.
 template <class Object>
 Object* Watched(Object* pObject) {
     if (pObject) {

@@ -30,7 +30,7 @@ public:
     EObject* CreateElement(char* pchType) override;
     QObject* CreateQObject(char* pchType) override;
     void* CreateObject(char* pchType) override;
-    int Initialize(FRAMEWORK* pFramework) override; // 1
+    int Initialize(FRAMEWORK* pFramework) override; // returns 1
 };
 
 class FWLIB_EXPORT PluginFactory : public Factory {

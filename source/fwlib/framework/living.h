@@ -8,7 +8,7 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-void BeginLife(const FRAMEWORK* pFramework); // without memory for an entry, it counts as destroyed
+void BeginLife(const FRAMEWORK* pFramework); // if there is not enough memory, it counts as destroyed
 void EndLife(const FRAMEWORK* pFramework);
 bool Living(const FRAMEWORK* pFramework);
 

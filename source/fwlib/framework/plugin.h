@@ -19,7 +19,7 @@ public:
 
     // The order of the virtual operations is part of the binary interface.
     virtual ~PLUGIN();
-    virtual int Initialize(FRAMEWORK* pFramework) = 0; // 1 when the factory was obtained
+    virtual int Initialize(FRAMEWORK* pFramework) = 0; // returns 1 if the factory was obtained
 
     // Returns the factory, lent. If there is none, reports "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n" on
     // standard error and returns null.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The current elements, which `property` and `config` lines of pipe files act on. The process has one for each of the
-// two building forms: the last element that a line of this form created. The destructor of every element removes it.
+// two building forms: the last element that a line of this form created. The destructor of an element resets the
+// entries for it.
 //
 // While a thread builds from a file, its lines act on the last element that this thread created in this build, if any.
 // This matters only while another thread builds with the same form.

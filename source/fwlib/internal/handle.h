@@ -36,7 +36,7 @@ inline char* GetLine(char* pchBuffer, unsigned int uSize, char* pFile) {
 // libraries, the callers always take their slow path.
 #ifdef __GLIBC__
 
-// True if the stream buffers nothing and caches no position: a write to its descriptor then has the same position.
+// True if the stream buffers nothing and caches no position: it and its descriptor then write to the same position.
 inline bool InStep(const std::FILE* pFile) {
     return pFile->_IO_write_ptr == pFile->_IO_write_base && pFile->_IO_read_ptr == pFile->_IO_read_end &&
            pFile->_offset == -1;

@@ -18,8 +18,9 @@ inline bool TextEquals(const char* pchLeft, const char* pchRight) {
 }
 
 // Compares one text with many, a machine word at a time. The other text may be in a host's block that ends with its
-// terminator. So a word is read only at an aligned address, where it is in one page, and only if its first byte belongs
-// to the text. Bytes after the terminator are masked. The address sanitizer is off, as it would report these reads.
+// terminator. So a word is read only if its first byte belongs to the text, and only at an aligned address: then it
+// does not cross a page. Bytes after the terminator are masked. The address sanitizer is off, as it would report these
+// reads.
 class TextMatch {
 public:
     explicit TextMatch(const char* pchText)

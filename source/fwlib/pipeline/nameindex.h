@@ -3,10 +3,10 @@
 // with the square of the number of elements.
 //
 // A pipeline has no field for an index, so the process has one index, of the pipeline that was searched last. It
-// contains elements from the first on; those without a name are checked again at each search. It is cleared when any
-// name is replaced or an element of the pipeline was removed, and a result is compared with the element's present name.
-// So the result is that of a linear search, as long as elements are added by AddElement and lists are changed by their
-// operations.
+// contains the first elements, up to a number; those without a name are checked again at each search. It is cleared
+// when any name is replaced or an element of the pipeline was removed, and a result is compared with the element's
+// present name. So the result is that of a linear search, as long as elements are added by AddElement and lists are
+// changed by their operations.
 #ifndef FWLIB_PIPELINE_NAMEINDEX_H
 #define FWLIB_PIPELINE_NAMEINDEX_H
 
@@ -20,10 +20,9 @@ namespace FWLIB_HIDDEN VESK {
 // none.
 int FindNamed(const EPipeline& cPipeline, const SoughtText& cName);
 
-void TellIndexOfAdding(const EPipeline& cPipeline); // before an element is added
+void TellIndexOfAdding(const EPipeline& cPipeline); // call this before an element is added
 
-// before it is destroyed, as another pipeline may get its address
-void ForgetIndex(const EPipeline& cPipeline);
+void ForgetIndex(const EPipeline& cPipeline); // before a pipeline is destroyed: another may get its address
 
 } // namespace VESK
 

@@ -24,17 +24,16 @@ public:
     int SetFile(char* pFile) override;
 
     void BeginObject();
-    void LoseProperty();                    // there was not enough memory for a property of the object
-    void SkipObject();                      // if strict: reads up to the object's end
-    int EndObject();                        // whether the object is complete; if not strict: !Waits()
+    void LoseProperty(); // there was not enough memory for a property of the object
+    void SkipObject();   // if strict: reads up to the object's end
+    int EndObject();     // 1 if the object is complete or, if not strict, if it does not wait
     bool Waits() const { return m_bWaits; } // the rest of the object, or all of it, has not arrived yet
 
     // Returns once why no object was read; null after that, and at a normal end of the file. The result is lent.
     const char* ReasonOnce();
     const char* ShownName() const;
-    unsigned long long Offset() const {
-        return m_ullObject;
-    } // of the object's first byte; 0 for a file unless strict
+    // The offset of the object's first byte in the stream; not counted in a regular file unless strict.
+    unsigned long long Offset() const { return m_ullObject; }
 
 private:
     void Restart(bool bNamed);

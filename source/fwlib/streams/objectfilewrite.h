@@ -37,8 +37,8 @@ public:
     bool ClaimReport();            // true at the first call for a file, and at the first after TakeLost
     unsigned long long TakeLost(); // the number of objects lost since the last call
 
-    void BeginFile(); // the stream is another file, without losses yet
-    bool Close();     // if it is not standard output; false if data was lost
+    void BeginFile(); // resets the state for another file
+    bool Close();     // closes all but standard output; false if data was lost
     void LoseBlock(); // there was not enough memory for a block of the object
 
 private:

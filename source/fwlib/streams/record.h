@@ -10,7 +10,7 @@
 
 namespace VESK {
 
-constexpr std::size_t RecordSize = 256;        // buffer for a typed record; a longer one takes the heap
+constexpr std::size_t RecordSize = 256;        // buffer for a typed record; a longer one uses the heap
 constexpr std::size_t PropertyLineSize = 1024; // the same for a property's line
 
 // Writes a text that may be longer than one WriteData call accepts.

@@ -35,9 +35,8 @@ public:
     virtual Byte4Type ReadBlock(char* pchBuffer, Byte4Type b4Length);
 
     virtual int OpenFile(char* pchFileName); // closes the present file first; 1 if the new one was opened
-    virtual int
-    SetFile(char* pFile); // takes ownership of an open handle; does not close the old one; returns 1
-    virtual Byte4Type GetFileSize(); // always 0
+    virtual int SetFile(char* pFile); // takes ownership of the handle; does not close the old one; returns 1
+    virtual Byte4Type GetFileSize();  // returns 0
 
     // The order of the fields is part of the binary interface.
     char m_achFileName[FileNameSize]; // of the file opened last

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Operations on the 30 words of a compressor's block: with general registers, and with wide ones, where a table has the
-// movement of eight words for each byte of bits.
+// Operations on the 30 words of a compressor's block: with general registers, and with wide ones. For these, tables
+// list for every value of 8 bits how eight words move.
 #ifndef FWLIB_STREAMS_SUPPRESSWORDS_H
 #define FWLIB_STREAMS_SUPPRESSWORDS_H
 
@@ -101,7 +101,7 @@ struct PlainWords {
 
 #ifdef FWLIB_WIDE
 
-// For each byte of bits, the indexes of eight lanes, one byte each.
+// For every value of 8 bits, the indexes of eight lanes, one byte each.
 struct LaneTables {
     constexpr LaneTables() : aGather(), aBefore(), aUpTo() {
         for (unsigned int uBits = 0; uBits < 256; ++uBits) {
@@ -135,7 +135,7 @@ struct WideWords {
 
     FWLIB_WIDE static void Compare(const unsigned char* pBlock, std::uint32_t& uNonZero,
                                    std::uint32_t& uChange) {
-        constexpr unsigned int LastPair = BlockWords - 1 - 8; // the last eight words that have a next
+        constexpr unsigned int LastPair = BlockWords - 1 - 8; // the last eight words with a next one
         uNonZero = 0;
         uChange = 0;
         for (unsigned int u : FirstOf) {
