@@ -115,7 +115,7 @@ constexpr std::size_t WideData = Wide * GroupBytes; // their bytes
 constexpr std::size_t HalfData = WideData / 2;      // the bytes for each half
 constexpr std::size_t Half = sizeof(Bytes) / 2;
 constexpr std::size_t Spill =
-    Half - HalfData; // bytes that are read before the data, and read or written behind
+    Half - HalfData; // bytes that are read before the data, and read or written after it
 constexpr std::size_t SpillGroups = Spill / GroupBytes + 1;
 constexpr std::size_t Unrolled =
     2; // registers in an iteration; with one, the speed depends on the loop's address

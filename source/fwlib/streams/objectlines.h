@@ -92,7 +92,7 @@ public:
 
 private:
     State m_State = TypeNext;
-    unsigned long m_ulAwaited = 0; // property lines that are to come
+    unsigned long m_ulAwaited = 0; // property lines that are still missing
     const char* m_pchReason = nullptr;
 };
 
