@@ -45,7 +45,8 @@ Character::Character(std::string_view cBytes)
 // Appends the characters that no form escapes, which are most of them.
 void TakePlain(std::string_view& cBytes, std::string& cText) {
     const auto* const pEnd = std::find_if(cBytes.begin(), cBytes.end(), [](char chByte) {
-        return chByte < ' ' || chByte > '~' || chByte == '\\' || chByte == '"'; // other bytes may be negative
+        return chByte < ' ' || chByte > '~' || chByte == '\\' ||
+               chByte == '"'; // bytes beyond ASCII may be negative
     });
     const auto uLength = static_cast<std::size_t>(pEnd - cBytes.begin());
     cText += cBytes.substr(0, uLength);

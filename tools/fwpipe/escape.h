@@ -8,9 +8,9 @@
 
 namespace FwPipe {
 
-// Appends the bytes. The bytes of the following are appended as "\xNN": control characters (those of ASCII, DEL, U+0080
-// to U+009F), characters that change the direction of text (U+202A to U+202E, U+2066 to U+2069), and anything that is
-// not UTF-8. A backslash becomes "\\", so the original bytes can be restored.
+// Appends the bytes. "\xNN" replaces each byte of a control character (those of ASCII, DEL, U+0080 to U+009F), of a
+// character that changes the direction of text (U+202A to U+202E, U+2066 to U+2069), and of anything that is not UTF-8.
+// A backslash becomes "\\", so the original bytes can be restored.
 void AppendEscaped(std::string_view cBytes, std::string& cText);
 
 // Appends the bytes as a JSON string with quotation marks. The same characters become "\uNNNN". JSON cannot contain

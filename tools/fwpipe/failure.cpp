@@ -43,7 +43,7 @@ _Unwind_Reason_Code FwPipeNoteThrow(int iVersion, _Unwind_Action Actions, _Unwin
 void FwPipeGuarded(const std::function<void()>& cCall);
 }
 
-// Called while the exception's handler is searched, when the stack is still complete.
+// Called during the search for the exception's handler, when the stack is still complete.
 _Unwind_Reason_Code FwPipeNoteThrow(int, _Unwind_Action Actions, _Unwind_Exception_Class, _Unwind_Exception*,
                                     _Unwind_Context*) {
     if (Actions & _UA_SEARCH_PHASE) {
@@ -112,7 +112,7 @@ void Restore() {
     }
 }
 
-// Another fault while the element was searched: the data for that is damaged.
+// A second fault, during the search for the element: the data for that is damaged.
 void GiveUp(int) {
     TellFault("unknown element", false, sigdescr_np(iFault), false);
     Restore();
@@ -136,7 +136,7 @@ Holder HolderAt(ucontext_t& Context) {
     const greg_t iCode = pRegisters[CodeRegister];
     const greg_t iStack = pRegisters[StackRegister];
     if (!CodeAt(static_cast<Address>(iCode)).uBegin) {
-        // A call of an address without code: without the return address, the stack is the caller's.
+        // A call of an address without code. After the return address is removed, the stack is that of the caller.
         std::memcpy(&pRegisters[CodeRegister],
                     reinterpret_cast<void*>(iStack), // NOLINT(performance-no-int-to-ptr)
                     sizeof iCode);

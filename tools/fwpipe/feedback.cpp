@@ -21,7 +21,7 @@ struct Node {
     enum { New, Open, Done } State = New;
 };
 
-// All elements but pipelines, whose pads are those of inner elements, which are nodes themselves.
+// All elements except pipelines: the pads of a pipeline are those of inner elements, which have nodes of their own.
 std::vector<Node> Connected(VESK::EPipeline& cPipeline) {
     std::vector<Node> cNodes;
     std::unordered_map<const VESK::SINKPAD*, std::size_t> cOwners;

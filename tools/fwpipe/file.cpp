@@ -14,7 +14,7 @@ namespace {
 std::string Resolved(const std::string& cPath) {
     char chEnd;
     if (readlink(cPath.c_str(), &chEnd, sizeof chEnd) < 0) {
-        return errno == EINVAL || errno == ENOENT ? cPath : ""; // no link, or who knows
+        return errno == EINVAL || errno == ENOENT ? cPath : ""; // EINVAL: not a link
     }
     std::error_code cError;
     std::string cResolved = std::filesystem::canonical(cPath, cError).string();

@@ -10,7 +10,7 @@
 
 namespace FwPipe {
 
-// Is connected between a source pad and its sink pad.
+// An element that is inserted between a source pad and its sink pad.
 class Origin::Counter final : public VESK::EObject {
 public:
     explicit Counter(VESK::SOURCEPAD& cFrom)

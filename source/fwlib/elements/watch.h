@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Debug builds list the existing elements and data objects, to detect when the code of one is unloaded.
 //
-// For each object, an address is stored: first that of the caller of the base class's constructor, which is in the code
-// of the object's class unless that class derives from another one of this library. After a factory has created the
-// object, it is that of its virtual table. Objects are not read later, as their memory may be released already.
+// For each object, the address of some of its code or data is stored: first that of the caller of the base class's
+// constructor, which is a constructor of the object's class unless that derives from another class of this library;
+// after a factory has created the object, that of its virtual table. Objects are not read later, as their memory may be
+// released already.
 #ifndef FWLIB_ELEMENTS_WATCH_H
 #define FWLIB_ELEMENTS_WATCH_H
 

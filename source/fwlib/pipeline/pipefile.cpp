@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The pipe file language. Both building forms run the same code. A Build has their differences: the configuration file
-// that elements are filled from, and the current element.
+// The pipe file language. Both building forms run the same code. They differ in two members of Build: the
+// configuration file that elements are filled from, and the current element.
 #include "fwlib/pipeline/epipeline.h"
 
 #include "fwlib/framework/framework.h"

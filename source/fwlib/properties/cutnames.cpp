@@ -17,7 +17,7 @@ struct CutName {
 };
 
 // A value has no flag that could be copied from list to list, so a truncated name is recognized by its text. The text
-// has the greatest possible length: a complete name is hardly ever the same.
+// has the greatest possible length: a complete name with the same text is unlikely.
 std::atomic<CutName*> pCutNames{nullptr};
 
 } // namespace

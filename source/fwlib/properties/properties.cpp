@@ -50,8 +50,8 @@ long long ToLong(char* pchText) {
 }
 
 // Overwrites a value that is at least as long as the number, as the size of its block is not known otherwise. Numbers
-// are set for every object that is sent, and a new copy would be most of the cost. SetEntry replaces a "Name", as it
-// counts that.
+// are set for every object that is sent, and a new copy would be most of the cost. SetEntry replaces a
+// "Name", and counts the change.
 bool Overwrite(const PROPERTIES& cList, const char* pchKey, const DecimalText& cText,
                const char* pchSection) {
     char* const pchValue = FindValue(cList, pchKey, pchSection);

@@ -15,7 +15,7 @@ struct FileSettings {
 
     explicit FileSettings(PROPERTIES& cProperties);
 
-    // Return whether the setting is valid; if it is not, after a report by the element.
+    // Return whether the setting is valid. If it is not, the element reports that.
     bool NameFits(EObject& cElement) const;
     bool ExistingKnown(EObject& cElement) const;
     char* Name() { return m_bNamed ? m_achName : nullptr; } // null for a standard stream

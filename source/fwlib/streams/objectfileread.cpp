@@ -174,7 +174,7 @@ char* ObjectFileRead::ReadLine() {
 }
 
 void ObjectFileRead::BeginObject() {
-    if (m_pFile && m_pFile != m_pFileSeen) { // one that a host put in the field
+    if (m_pFile && m_pFile != m_pFileSeen) { // set by a host
         Restart(false);
     }
     if (m_bWaits) { // the lines so far are returned again
@@ -222,7 +222,7 @@ const char* ObjectFileRead::ReasonOnce() {
 }
 
 const char* ObjectFileRead::ShownName() const {
-    const bool bOther = m_pFile && m_pFile != m_pFileSeen; // one that a host put in the field
+    const bool bOther = m_pFile && m_pFile != m_pFileSeen; // set by a host
     return m_bNamed && !bOther          ? m_achFileName
            : !m_pFile                   ? "a file without a name"
            : m_pFile == HandleOf(stdin) ? "standard input"

@@ -31,7 +31,7 @@ Byte4Type SFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
     if (!m_pFile) {
         return 0;
     }
-    BeforeHostUse(m_pFile); // the stream may be a recorder's, within an object
+    BeforeHostUse(m_pFile); // it may be the stream of a recorder, within an object
     const Byte4Type b4Written = WriteItems(pchData, 1, b4Length, m_pFile);
     FlushFile(m_pFile);
     return b4Written;
@@ -39,7 +39,7 @@ Byte4Type SFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
 
 void SFileWrite::SetFile(char* pFile) {
     m_pFile = pFile;
-    // The address does not show it: a new file often gets the address of one that was closed.
+    // Comparing addresses is not sufficient: a new file often gets the address of one that was closed.
     if (auto* const pRecording = OwnClass<ObjectFileWrite>::Of(this)) {
         pRecording->BeginFile();
     }

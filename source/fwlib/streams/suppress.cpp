@@ -28,7 +28,7 @@ inline __attribute__((always_inline)) std::uint32_t Choose(const Byte* pBlock) {
     std::uint32_t uNonZero;
     std::uint32_t uChange;
     Words::Compare(pBlock, uNonZero, uChange);
-    // Listed are the first word of the scan and each word that differs from the one scanned before it.
+    // The list contains the first word of the scan and each word that differs from the one scanned before it.
     const std::uint32_t uChanged = Backward ? uChange | LastWord : (uChange << 1 | FirstWord) & AllWords;
     return Words::Count(uChanged) >= Words::Count(uNonZero) ? uNonZero | ZeroForm : uChanged;
 }
