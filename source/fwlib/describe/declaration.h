@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: MIT
+// Declaration<T>: the properties and pads of an element class, declared once. Element<T> (element.h) calls the class's
+// function Declare with it: to fill the fields of an element in Initialize, and to describe the class without one.
+//
+//   static void Declare(Declaration<ERate>& cDeclare) {
+//       cDeclare.SinkPads(1);
+//       cDeclare.SourcePads(1);
+//       cDeclare.Number("Every", &ERate::m_uEvery, 1000, 1, 1000000, "objects", "objects between two lines");
+//   }
+//
+// Each property has a key, the field that it fills, the default that applies when the property is missing, and its meaning
+// in one line. A field keeps what it holds until Initialize, and its value is read as a field from then on. A unit may
+// be null. Keys, defaults, choices, units and meanings are lent for as long as the class's code is loaded: literals.
+//
+// A text that does not fit its declaration is reported as an error of the element, with key, text and what is allowed, and
+// Initialize returns 0. All properties are looked at, so that all mistakes are reported. Initialize also fails, with a
+// report, when a declaration is wrong: a key that is null, empty or declared twice, a default outside its bounds,
+// choices that are null or empty, pads declared twice.
+#ifndef FWLIB_DESCRIBE_DECLARATION_H
+#define FWLIB_DESCRIBE_DECLARATION_H
+
+#include "fwlib/describe/description.h"
+#include "fwlib/elements/eobject.h"
+#include "fwlib/export.h"
+#include "fwlib/types.h"
+
+#include <cstddef>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <type_traits>
+
+namespace VESK {
+
+// The type itself, but a function's argument of it does not take part in the deduction of template arguments.
+template <class T>
+struct SameType {
+    using Type = T;
+};
+template <class T>
+using Same = typename SameType<T>::Type;
+
+// The part of Declaration<T> that does not depend on T. It is used through that.
+class FWLIB_EXPORT DeclarationBase {
+public:
+    DeclarationBase(const DeclarationBase&) = delete;
+    DeclarationBase& operator=(const DeclarationBase&) = delete;
+
+    // Pads, created by Finish: sink pads whose indexes are their positions, and source pads that the element owns.
+    // At most 65,520 each; not declared: none.
+    void SinkPads(Byte4Type b4Count);
+    void SourcePads(Byte4Type b4Count);
+
+    // The same, as many as a number property says, which this declares too.
+    void SinkPadsFrom(const char* pchKey, Byte4Type b4Default, const char* pchMeaning);
+    void SourcePadsFrom(const char* pchKey, Byte4Type b4Default, const char* pchMeaning);
+
+    // After all declarations: creates the pads. Returns 0 when a property or a declaration was wrong, which was reported, or
+    // when a pad could not be created.
+    int Finish();
+
+protected:
+    explicit DeclarationBase(EObject* pElement); // null: describes only
+    ~DeclarationBase();
+
+    // Each reads a property into the caller's variable, or describes it. Returns 1 when there is a value to store.
+    int ReadSigned(const char* pchKey, long long* pllValue, long long llDefault, long long llLeast,
+                   long long llMost, const char* pchUnit, const char* pchMeaning);
+    int ReadUnsigned(const char* pchKey, unsigned long long* pullValue, unsigned long long ullDefault,
+                     unsigned long long ullLeast, unsigned long long ullMost, const char* pchUnit,
+                     const char* pchMeaning);
+    int ReadReal(const char* pchKey, double* pdValue, double dDefault, double dLeast, double dMost,
+                 const char* pchUnit, const char* pchMeaning);
+    int ReadFlag(const char* pchKey, bool* pbValue, bool bDefault, const char* pchMeaning);
+    int ReadChoice(const char* pchKey, Byte4Type* pb4Index, const char* pchDefault, const char* pchChoices,
+                   const char* pchMeaning);
+    // The text is lent until the element's properties change. Texts of uMost characters and more are refused; 0: any length.
+    int ReadText(const char* pchKey, PropertyKind Kind, const char** ppchValue, const char* pchDefault,
+                 std::size_t uMost, const char* pchMeaning);
+
+    EObject* Described() const { return m_pElement; }
+
+private:
+    EObject* const m_pElement; // lent; null when a class is described
+    void* m_pState;            // the library's
+};
+
+// Collects the descriptions of a plugin's types; FWLIB_PLUGIN has one for each plugin.
+class FWLIB_EXPORT DescriptionTable {
+public:
+    DescriptionTable();
+    ~DescriptionTable(); // the description is lent until then
+    DescriptionTable(const DescriptionTable&) = delete;
+    DescriptionTable& operator=(const DescriptionTable&) = delete;
+
+    // Describe a type; what the declaration collected is moved into the table. A null or empty type is left out. Return 0
+    // when there is not enough memory.
+    int AddElement(const char* pchType, const char* pchMeaning, bool bOriginates,
+                   DeclarationBase& cDeclaration);
+    int AddObject(const char* pchType, const char* pchMeaning);
+
+    // The description of all types added, for headers of that version (FWLIB_VERSION); null when there was not enough
+    // memory for one of them.
+    const PluginDescription* Get(Byte4Type b4LibraryVersion);
+
+private:
+    void* m_pState; // the library's
+};
+
+template <class T>
+class Declaration : public DeclarationBase {
+public:
+    explicit Declaration(T* pElement = nullptr) : DeclarationBase(pElement), m_pTarget(pElement) {}
+
+    // A number of any integer type. The bounds are those of the field's type when none are given.
+    template <class Owner, class Field>
+    void Number(const char* pchKey, Field Owner::*pField, Same<Field> Default, Same<Field> Least,
+                Same<Field> Most, const char* pchUnit, const char* pchMeaning) {
+        static_assert(std::is_integral<Field>::value && !std::is_same<Field, bool>::value,
+                      "Number fills an integer; see Real and Flag");
+        ReadNumber(std::is_signed<Field>(), pchKey, pField, Default, Least, Most, pchUnit, pchMeaning);
+    }
+    template <class Owner, class Field>
+    void Number(const char* pchKey, Field Owner::*pField, Same<Field> Default, const char* pchUnit,
+                const char* pchMeaning) {
+        Number(pchKey, pField, Default, std::numeric_limits<Field>::min(), std::numeric_limits<Field>::max(),
+               pchUnit, pchMeaning);
+    }
+
+    // A float or double. Not a number, infinity and what the field cannot hold are refused.
+    template <class Owner, class Field>
+    void Real(const char* pchKey, Field Owner::*pField, Same<Field> Default, Same<Field> Least,
+              Same<Field> Most, const char* pchUnit, const char* pchMeaning) {
+        static_assert(std::is_floating_point<Field>::value, "Real fills a float or a double");
+        double d;
+        if (ReadReal(pchKey, &d, static_cast<double>(Default), static_cast<double>(Least),
+                     static_cast<double>(Most), pchUnit, pchMeaning)) {
+            m_pTarget->*pField = static_cast<Field>(d);
+        }
+    }
+    template <class Owner, class Field>
+    void Real(const char* pchKey, Field Owner::*pField, Same<Field> Default, const char* pchUnit,
+              const char* pchMeaning) {
+        Real(pchKey, pField, Default, std::numeric_limits<Field>::lowest(), std::numeric_limits<Field>::max(),
+             pchUnit, pchMeaning);
+    }
+
+    template <class Owner>
+    void Flag(const char* pchKey, bool Owner::*pField, bool bDefault, const char* pchMeaning) {
+        bool b;
+        if (ReadFlag(pchKey, &b, bDefault, pchMeaning)) {
+            m_pTarget->*pField = b;
+        }
+    }
+
+    // One of the choices, which '|' separates: "low|medium|high". A std::string gets the choice, an integer or enumeration
+    // its position from 0. Without a default the property must be set.
+    template <class Owner>
+    void Choice(const char* pchKey, std::string Owner::*pField, const char* pchDefault,
+                const char* pchChoices, const char* pchMeaning) {
+        Byte4Type b4;
+        if (!ReadChoice(pchKey, &b4, pchDefault, pchChoices, pchMeaning)) {
+            return;
+        }
+        const char* pch = pchChoices;
+        while (b4-- > 0) {
+            pch = std::strchr(pch, '|') + 1;
+        }
+        (m_pTarget->*pField).assign(pch, std::strcspn(pch, "|"));
+    }
+    template <class Owner, class Field>
+    void Choice(const char* pchKey, Field Owner::*pField, const char* pchDefault, const char* pchChoices,
+                const char* pchMeaning) {
+        static_assert(std::is_integral<Field>::value || std::is_enum<Field>::value,
+                      "Choice fills a std::string, an integer or an enumeration");
+        Byte4Type b4;
+        if (ReadChoice(pchKey, &b4, pchDefault, pchChoices, pchMeaning)) {
+            m_pTarget->*pField = static_cast<Field>(b4);
+        }
+    }
+
+    // A text of any kind; a file's name is a text whose purpose tools know. The field is a std::string or an array of
+    // characters, which a longer text does not fit. Without a default the property must be set.
+    template <class Owner, class Field>
+    void Text(const char* pchKey, Field Owner::*pField, const char* pchDefault, const char* pchMeaning) {
+        StoreText(TextProperty, pchKey, pField, pchDefault, pchMeaning);
+    }
+    template <class Owner, class Field>
+    void FileToRead(const char* pchKey, Field Owner::*pField, const char* pchDefault,
+                    const char* pchMeaning) {
+        StoreText(FileToReadProperty, pchKey, pField, pchDefault, pchMeaning);
+    }
+    template <class Owner, class Field>
+    void FileToWrite(const char* pchKey, Field Owner::*pField, const char* pchDefault,
+                     const char* pchMeaning) {
+        StoreText(FileToWriteProperty, pchKey, pField, pchDefault, pchMeaning);
+    }
+
+private:
+    template <class Owner, class Field>
+    void ReadNumber(std::true_type, const char* pchKey, Field Owner::*pField, Field Default, Field Least,
+                    Field Most, const char* pchUnit, const char* pchMeaning) {
+        long long ll;
+        if (ReadSigned(pchKey, &ll, Default, Least, Most, pchUnit, pchMeaning)) {
+            m_pTarget->*pField = static_cast<Field>(ll);
+        }
+    }
+    template <class Owner, class Field>
+    void ReadNumber(std::false_type, const char* pchKey, Field Owner::*pField, Field Default, Field Least,
+                    Field Most, const char* pchUnit, const char* pchMeaning) {
+        unsigned long long ull;
+        if (ReadUnsigned(pchKey, &ull, Default, Least, Most, pchUnit, pchMeaning)) {
+            m_pTarget->*pField = static_cast<Field>(ull);
+        }
+    }
+    template <class Owner>
+    void StoreText(PropertyKind Kind, const char* pchKey, std::string Owner::*pField, const char* pchDefault,
+                   const char* pchMeaning) {
+        const char* pch;
+        if (ReadText(pchKey, Kind, &pch, pchDefault, 0, pchMeaning)) {
+            m_pTarget->*pField = pch;
+        }
+    }
+    template <class Owner, std::size_t Size>
+    void StoreText(PropertyKind Kind, const char* pchKey, char (Owner::*pField)[Size], const char* pchDefault,
+                   const char* pchMeaning) {
+        const char* pch;
+        if (ReadText(pchKey, Kind, &pch, pchDefault, Size, pchMeaning)) {
+            std::memcpy(m_pTarget->*pField, pch, std::strlen(pch) + 1);
+        }
+    }
+
+    T* const m_pTarget; // lent; null when the class is described
+};
+
+} // namespace VESK
+
+#endif

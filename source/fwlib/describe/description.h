@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+// What a plugin tells about its types: plain structures, which its function GetPluginDescription returns (entry.h). Tools
+// read them without creating anything. FWLIB_PLUGIN (plugintypes.h) writes that function; it may also be written by hand.
+//
+// All texts and tables are lent by the plugin as long as it is loaded. Arrays of pointers end with null. A later version
+// of the structures only appends fields.
+#ifndef FWLIB_DESCRIBE_DESCRIPTION_H
+#define FWLIB_DESCRIBE_DESCRIPTION_H
+
+#include "fwlib/export.h"
+#include "fwlib/types.h"
+
+namespace VESK {
+
+enum PropertyKind {
+    TextProperty = 0,
+    NumberProperty = 1, // a decimal integer
+    RealProperty = 2,   // a decimal number, also with a fraction and an exponent
+    FlagProperty = 3,   // 0 or 1; also false, true, no, yes, off, on
+    ChoiceProperty = 4, // one of pchChoices
+    FileToReadProperty = 5,
+    FileToWriteProperty = 6,
+};
+
+struct PropertyDescription {
+    const char* pchKey;
+    Byte4Type b4Kind;       // a PropertyKind
+    Byte4Type b4Required;   // 1: Initialize fails without the property
+    const char* pchDefault; // as a pipe file gives it; null when there is none
+    const char* pchLeast;   // the bounds of a number, as decimal texts; null when there is none
+    const char* pchMost;
+    const char* pchChoices; // separated by '|'; null for other kinds
+    const char* pchUnit;    // null when there is none
+    const char* pchMeaning; // one line
+};
+
+// The number of pads: b4Count, or what the property pchProperty says, whose default then is b4Count.
+struct PadsDescription {
+    Byte4Type b4Count;
+    const char* pchProperty; // null for a fixed number
+};
+
+struct ElementDescription {
+    const char* pchType;
+    const char* pchMeaning;  // one line
+    Byte4Type b4Originates;  // 1: Run sends objects, so the element may be the sink element of a pipeline
+    PadsDescription SinkPads;
+    PadsDescription SourcePads;
+    const PropertyDescription* const* ppProperties; // without those of CommonProperties
+};
+
+struct ObjectDescription {
+    const char* pchType;
+    const char* pchMeaning;
+};
+
+struct PluginDescription {
+    enum : Byte4Type { CurrentVersion = 1 };
+
+    Byte4Type b4Version;        // of these structures: CurrentVersion
+    Byte4Type b4LibraryVersion; // FWLIB_VERSION of the headers that the plugin was compiled with
+    const ElementDescription* const* ppElements;
+    const ObjectDescription* const* ppObjects;
+};
+
+// The properties that every element has: "Name" and "Debug". Closed by null.
+FWLIB_EXPORT const PropertyDescription* const* CommonProperties();
+
+// The description of that type, or null. The first argument may be null.
+FWLIB_EXPORT const ElementDescription* FindElementDescription(const PluginDescription* pPlugin,
+                                                              const char* pchType);
+
+} // namespace VESK
+
+#endif
