@@ -19,9 +19,9 @@
 #ifndef FWLIB_DESCRIBE_DECLARATION_H
 #define FWLIB_DESCRIBE_DECLARATION_H
 
-#include "fwlib/describe/description.h"
 #include "fwlib/elements/eobject.h"
 #include "fwlib/export.h"
+#include "fwlib/framework/description.h"
 #include "fwlib/types.h"
 
 #include <cstddef>

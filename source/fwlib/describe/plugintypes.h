@@ -19,6 +19,7 @@
 #include <cstring>
 #include <new>
 #include <type_traits>
+#include <utility>
 
 namespace VESK {
 
@@ -43,7 +44,8 @@ private:
             return nullptr;
         }
         T* const pObject = new (std::nothrow) T;
-        if (pObject && pObject->m_cProperties.GetNumberOfProperties() == 0) { // there was no memory for its type's name
+        if (pObject &&
+            pObject->m_cProperties.GetNumberOfProperties() == 0) { // there was no memory for its type's name
             delete pObject;
             return nullptr;
         }
@@ -130,13 +132,13 @@ const PluginDescription* DescribeTypes() {
 
 } // namespace VESK
 
-#define FWLIB_PLUGIN(...)                                   \
-    VESK::Factory* GetFactory() {                           \
-        static VESK::TypesFactory<__VA_ARGS__> cFactory;    \
-        return &cFactory;                                   \
-    }                                                       \
-    const VESK::PluginDescription* GetPluginDescription() { \
-        return VESK::DescribeTypes<__VA_ARGS__>();          \
+#define FWLIB_PLUGIN(...)                                                                                    \
+    VESK::Factory* GetFactory() {                                                                            \
+        static VESK::TypesFactory<__VA_ARGS__> cFactory;                                                     \
+        return &cFactory;                                                                                    \
+    }                                                                                                        \
+    const VESK::PluginDescription* GetPluginDescription() {                                                  \
+        return VESK::DescribeTypes<__VA_ARGS__>();                                                           \
     }
 
 #endif

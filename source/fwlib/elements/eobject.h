@@ -58,6 +58,22 @@ public:
     // Does nothing without a framework.
     void ErrorMessage(const char* pchFormat, ...) FWLIB_PRINTF(2, 3);
 
+    // The same for a warning line, "WARNING: type - name: " and the text; the error flag is left unchanged.
+    void WarningMessage(const char* pchFormat, ...) FWLIB_PRINTF(2, 3);
+
+    // Asks the host to end the runs, as if the data had ended. Does nothing without a framework.
+    void RequestEnd();
+
+    // Whether the host, or an element, wants the runs to end: 1 or 0; 0 without a framework. For elements that take long.
+    int EndRequested();
+
+    // Waits. Returns 1 after that time, and 0 as soon as the end is requested, which is noticed within 100 ms.
+    int Wait(Byte4Type b4Milliseconds);
+
+    // Sends a QObject of type QEOF through every connected source pad. All are tried; returns 1 when all deliveries
+    // returned 1, and 0 otherwise or when there is not enough memory.
+    int SendEOF();
+
     // The order of the fields is part of the binary interface.
     PROPERTIES m_cProperties;
     FRAMEWORK* m_pFramework; // lent; set by the creator of the element, null until then

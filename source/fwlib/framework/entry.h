@@ -12,6 +12,14 @@
 extern "C" FWLIB_EXPORT VESK::Factory* GetFactory();
 
 namespace VESK {
+struct PluginDescription;
+}
+
+// A plugin may define this function too: what it tells about its types (framework/description.h). FWLIB_PLUGIN
+// (describe/plugintypes.h) defines both. The plugin owns the description, which must be valid as long as it is loaded.
+extern "C" FWLIB_EXPORT const VESK::PluginDescription* GetPluginDescription();
+
+namespace VESK {
 
 // Uses the constructors of FRAMEWORK, EPipeline, MFColorTable, SOURCEPAD and SFileRead, so that they are linked into a
 // host that only loads plugins. Each call creates one object of each class and never destroys it.

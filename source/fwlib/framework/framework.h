@@ -10,6 +10,7 @@
 #define FWLIB_FRAMEWORK_FRAMEWORK_H
 
 #include "fwlib/export.h"
+#include "fwlib/framework/messages.h"
 #include "fwlib/properties/properties.h"
 #include "fwlib/types.h"
 
@@ -37,6 +38,29 @@ public:
     // Prints an error line on standard error: "ERROR: type - name: " and the formatted text. Sets m_bError. If the
     // framework's property "EndErrorLines" is not 0, appends a newline to a text that does not end with one.
     void ErrorMessage(EObject* pElement, const char* pchFormat, va_list Values) FWLIB_PRINTF(3, 0);
+
+    // Prints a warning line on standard error: "WARNING: type - name: " and the formatted text, ended like an error line.
+    // Leaves m_bError unchanged.
+    void WarningMessage(EObject* pElement, const char* pchFormat, va_list Values) FWLIB_PRINTF(3, 0);
+
+    // Passes every line that this framework, its elements and the building of its pipelines would print to the handler
+    // instead (messages.h). Null prints again. The context is passed to each call; the caller owns it. Returns 0, with
+    // the present handler unchanged, when there is not enough memory. Elements that print by themselves are not caught.
+    int SetMessageHandler(MessageHandler pHandler, void* pContext);
+
+    // The end of the runs, as if the data had ended. RequestEnd may be called by any thread and from a signal's handler;
+    // the request remains until ResetEnd. EndRequested returns 1 after a request, and when the host's query
+    // returns a value other than 0; elements that wait or take long ask it (EObject::EndRequested).
+    void RequestEnd();
+    void ResetEnd();
+    int EndRequested();
+    int SetEndQuery(int (*pQuery)(void* pContext),
+                    void* pContext); // null removes; 0 when there is not enough memory
+
+    // Adds a host's own types, which then can be created like those of a plugin, after the plugins and factories that
+    // were added before. The caller owns the factory, which must exist as long as the framework. Calls the factory's
+    // Initialize. Returns 0 for null, when there is not enough memory, and when there are 65,520 plugins.
+    int AddFactory(Factory* pFactory);
 
     // Loads a plugin, which the caller owns. Returns null after a report when it cannot be loaded, and when there is
     // not enough memory.

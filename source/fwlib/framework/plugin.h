@@ -11,6 +11,8 @@
 
 namespace VESK {
 
+struct PluginDescription;
+
 class FWLIB_EXPORT PLUGIN {
 public:
     PLUGIN();
@@ -43,6 +45,10 @@ public:
     // file cannot be opened, is not a regular file or is truncated, if it exports no GetFactory of its own, or if that
     // returns null.
     int Initialize(FRAMEWORK* pFramework) override;
+
+    // What the plugin tells about its types, lent as long as it is loaded. Null before Initialize, for a plugin without a
+    // function GetPluginDescription of its own, and for a version of the structures that this library does not know.
+    const PluginDescription* GetDescription();
 
     char m_achPath[PathSize]; // empty if the path was too long
     void* m_pHandle;          // from dlopen; null until Initialize

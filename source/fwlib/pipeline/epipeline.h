@@ -75,6 +75,21 @@ public:
     int BuildPipe(char* pchPath);
     int BuildPipe(char* pchPath, Byte2Type b2ReadConfig, char* pchConfigFile);
 
+    // The same for a text in memory, as for a file with that name and content. The name appears in messages; null is "".
+    // Returns 0 for a null text.
+    int BuildPipeText(const char* pchName, const char* pchText);
+    int BuildPipeText(const char* pchName, const char* pchText, Byte2Type b2ReadConfig, char* pchConfigFile);
+
+    // To be called when the pipeline will not run again, also after a failed run: tells every element that wants to know
+    // (elements/runsend.h), those of nested pipelines included, in the order in which objects reach them: after all
+    // elements that can send to it, through the connections as they are now; within a loop in the order of the file. Each
+    // is told, whatever others return. Returns 1 when all of them returned 1. A second call tells them again.
+    int EndRuns();
+
+    // The element as a pipeline, or null when it is none; null for null. Needs no run-time type information. A subclass
+    // that overrides both Initialize and Run is not recognized.
+    static EPipeline* From(EObject* pElement);
+
     // Execute one line, given as at most 14 tokens, the keyword first, and null. Return 1, or 0 if the line fails.
     int ProcessTokens(char** ppchTokens);
     int ProcessTokens(char** ppchTokens, Byte2Type b2ReadConfig, char* pchConfigFile);

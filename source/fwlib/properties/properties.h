@@ -61,6 +61,10 @@ public:
     // "=" is ignored. Nothing is trimmed. Always returns 1.
     int AddKeyValuePair(char* pchSection, char* pchPair);
 
+    // Stores the length of the key in characters, 65,535 for a longer one. Returns 0 for an index that is not below
+    // GetNumberOfProperties.
+    int GetKeyLength(Byte2Type b2Index, Byte2Type* pb2Length);
+
     // Copy complete texts of the entry at an index below GetNumberOfProperties. The caller's buffers must have room for
     // them and a terminator. GetKeyValuePair returns 0 for an entry of another section; its buffers may be null.
     int GetKeyName(Byte2Type b2Index, char* pchKey);

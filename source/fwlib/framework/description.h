@@ -4,8 +4,8 @@
 //
 // All texts and tables are lent by the plugin as long as it is loaded. Arrays of pointers end with null. A later version
 // of the structures only appends fields.
-#ifndef FWLIB_DESCRIBE_DESCRIPTION_H
-#define FWLIB_DESCRIBE_DESCRIPTION_H
+#ifndef FWLIB_FRAMEWORK_DESCRIPTION_H
+#define FWLIB_FRAMEWORK_DESCRIPTION_H
 
 #include "fwlib/export.h"
 #include "fwlib/types.h"
@@ -42,8 +42,8 @@ struct PadsDescription {
 
 struct ElementDescription {
     const char* pchType;
-    const char* pchMeaning;  // one line
-    Byte4Type b4Originates;  // 1: Run sends objects, so the element may be the sink element of a pipeline
+    const char* pchMeaning; // one line
+    Byte4Type b4Originates; // 1: Run sends objects, so the element may be the sink element of a pipeline
     PadsDescription SinkPads;
     PadsDescription SourcePads;
     const PropertyDescription* const* ppProperties; // without those of CommonProperties
