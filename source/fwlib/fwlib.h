@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every public header of the library. See writing-elements.md in the documentation for a first element.
+// Every public header of the library except testing/harness.h, which is for tests. See writing-elements.md in the
+// documentation for a first element.
 #ifndef FWLIB_FWLIB_H
 #define FWLIB_FWLIB_H
 
