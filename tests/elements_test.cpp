@@ -76,7 +76,7 @@ TEST(Builtin, TheFactoriesMakeWhatTheyNameAndPadsComeWithEachInitialize) {
     std::string made;
     for (char* const* name = FACTORY::FWElementsFactory::pchNames; *name; ++name) {
         const std::unique_ptr<EObject> element(elements.CreateElement(*name));
-        made += Entries(element->m_cProperties) + ":";
+        made += EntriesOf(element->m_cProperties) + ":";
         for (int times = 0; times < 3; ++times) {
             made += " " + std::to_string(element->GetSinkPadCount()) + "+" +
                     std::to_string(element->GetSourcePadCount());

@@ -133,8 +133,8 @@ TEST(PipeLines, EachFormHasItsCurrentElementUntilItDies) {
         plain(dying); // sets it on the element of another pipeline
         Line(dying, {"element", "ESink"}, true);
         configured(pipe);
-        EXPECT_EQ(Entries(pipe.m_ppElements[0]->m_cProperties), "Standard.EObjectType=ETee Standard.p=1");
-        EXPECT_EQ(Entries(dying.m_ppElements[0]->m_cProperties), "Standard.EObjectType=ESink Standard.c=1");
+        EXPECT_EQ(EntriesOf(pipe.m_ppElements[0]->m_cProperties), "Standard.EObjectType=ETee Standard.p=1");
+        EXPECT_EQ(EntriesOf(dying.m_ppElements[0]->m_cProperties), "Standard.EObjectType=ESink Standard.c=1");
     }
     EXPECT_EQ(configured(pipe), "1 ");
     delete pipe.m_ppElements[--pipe.m_iElementCount]; // the host takes it out
@@ -163,8 +163,8 @@ TEST(PipeLines, WhatAnAddElementThatFailsHasKeptIsNotDeleted) {
     EXPECT_EQ(Line(pipe, {"element", "ETee"}), "0 Instantiating ETee\n! Unable to add element.\n");
     EXPECT_EQ(Line(pipe, {"pipe", "/dev/null"}), "1 Processing pipe file: /dev/null\n");
     Line(pipe, {"property", "p", "1"});
-    EXPECT_EQ(Entries(pipe.m_ppElements[0]->m_cProperties), "Standard.EObjectType=ETee");
-    EXPECT_EQ(Entries(pipe.m_ppElements[1]->m_cProperties), "Standard.EObjectType=EPipeline Standard.p=1");
+    EXPECT_EQ(EntriesOf(pipe.m_ppElements[0]->m_cProperties), "Standard.EObjectType=ETee");
+    EXPECT_EQ(EntriesOf(pipe.m_ppElements[1]->m_cProperties), "Standard.EObjectType=EPipeline Standard.p=1");
 }
 
 } // namespace

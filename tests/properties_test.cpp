@@ -36,9 +36,9 @@ TEST(Properties, StandInTheOrderOfTheirFirstSetting) {
     }
     Set(copy, "0", "before");
     EXPECT_EQ(list.Copy(&list) + list.Copy(nullptr) + copy.Copy(&list), 3);
-    EXPECT_EQ(Entries(list) + " ", all);
+    EXPECT_EQ(EntriesOf(list) + " ", all);
     EXPECT_EQ(got, all);
-    EXPECT_EQ(Entries(copy) + " ", all);
+    EXPECT_EQ(EntriesOf(copy) + " ", all);
     EXPECT_EQ(list.Reset(), 1);
     EXPECT_TRUE(list.m_b2PropertyCapacity + list.m_b2PropertyCount == 0 && !list.m_pachKeys);
 }
@@ -66,7 +66,7 @@ TEST(Properties, NullsAndMissingEntriesLeaveEverythingAsItWas) {
               4);
     void* pointer = &list; // left alone, since the value is none
     EXPECT_EQ(list.GetProperty(Key::Name, &pointer, nullptr, Standard), 1);
-    EXPECT_EQ(buffer + std::to_string(number) + Entries(list), "?77Standard.Name=");
+    EXPECT_EQ(buffer + std::to_string(number) + EntriesOf(list), "?77Standard.Name=");
     EXPECT_EQ(list.GetProperty(Key::Debug, buffer, 8, nullptr, Standard), 0);
     EXPECT_TRUE(buffer[0] == '\0' && pointer == &list);
     for (const std::size_t length : {65534u, 65535u, 70000u}) {
@@ -123,7 +123,7 @@ TEST(Properties, TextsPutInByHandEndAtTheirFirstZeroByte) {
         MemoryWrite writer;
         EXPECT_EQ(list.Serialize(&writer) + copy.Copy(&list), 2);
         EXPECT_EQ(writer.pieces[4] + writer.pieces[5], key + "=" + key + "\n" + cut + "=" + key + "\n");
-        EXPECT_EQ(Entries(copy), Entries(list));
+        EXPECT_EQ(EntriesOf(copy), EntriesOf(list));
         for (const int number : {-7, 123456, 1234567890}) {
             EXPECT_EQ(list.SetProperty(Text(key.c_str()), number, Text(key.c_str())), 1);
             EXPECT_EQ(list.m_pachValues[3], std::to_string(number));
@@ -167,7 +167,7 @@ TEST(Properties, ThatChangeUnderWayKeepTheirCountAndUniqueKeys) {
             EXPECT_EQ(writer.all, lines);
             Reader reader(lines);
             EXPECT_EQ(reader.list.Deserialize(&reader), 1);
-            EXPECT_EQ(Entries(reader.list),
+            EXPECT_EQ(EntriesOf(reader.list),
                       entries < 16 ? "Standard.m_b2PropertyCount=before" + kept : kept.substr(1));
         }
     }
@@ -176,7 +176,7 @@ TEST(Properties, ThatChangeUnderWayKeepTheirCountAndUniqueKeys) {
     Set(twice, "b", "2");
     twice.m_pachKeys[1][0] = 'a';
     EXPECT_EQ(copy.Copy(&twice), 1);
-    EXPECT_EQ(Entries(copy), "Standard.a=2");
+    EXPECT_EQ(EntriesOf(copy), "Standard.a=2");
 }
 
 // The list is filled by hand with one text lent to every slot: appending that many would take a walk each.
@@ -214,11 +214,11 @@ TEST(Config, SavesABlockForEachSection) {
         Set(list, key, "lost", "");
         Set(list, key, value, section.c_str());
     }
-    const std::string before = Entries(list), longLine = "=" + value + "\n";
+    const std::string before = EntriesOf(list), longLine = "=" + value + "\n";
     EXPECT_EQ(list.SaveConfig(Text(path.c_str())), 1);
     EXPECT_EQ(FileText(path), "\n[Standard]\nName= fast=1 \nMode= fast=1 \n\n[Camera]\nName=\nMode=\n\n[" +
                                   section + "]\nName" + longLine + "Mode" + longLine);
-    EXPECT_EQ(Entries(list), before);
+    EXPECT_EQ(EntriesOf(list), before);
     EXPECT_EQ(list.SaveConfig(nullptr) + list.SaveConfig(scratch.Path("no/folder").data()), 0);
 }
 
@@ -252,7 +252,7 @@ TEST(Config, RefusesWhatWouldNotComeBack) {
             EXPECT_EQ(read.ReadConfig(Text(path.c_str()), list.m_pachSections[0]) +
                           read.ReadConfig(Text(path.c_str()), list.m_pachSections[1]),
                       2);
-            EXPECT_EQ(Entries(read), Entries(list));
+            EXPECT_EQ(EntriesOf(read), EntriesOf(list));
             continue;
         }
         EXPECT_EQ(FileText(path), "before");

@@ -43,7 +43,7 @@ TEST(Formats, ObjectsAndRecordsAreAsShown) {
     while (reader.ReadLine()) {
         QObject object;
         EXPECT_EQ(object.Deserialize(&reader) + object.Serialize(&objects), 2);
-        entries += Entries(object.m_cProperties) + "\n";
+        entries += EntriesOf(object.m_cProperties) + "\n";
     }
     EXPECT_EQ(objects.all, Example("objects"));
     EXPECT_EQ(entries, "Standard.QObjectType=QObject Standard.Count=0\n"

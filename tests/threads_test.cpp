@@ -20,7 +20,7 @@ int Whole(EPipeline& pipe) {
     int whole = 0;
     for (int i = 0; i < pipe.m_iElementCount - 1; ++i) {
         const std::string number = std::to_string(i);
-        whole += Entries(pipe.m_ppElements[i]->m_cProperties) ==
+        whole += EntriesOf(pipe.m_ppElements[i]->m_cProperties) ==
                  "Standard.EObjectType=" + std::string(i ? "EDevNull" : "ESource") + " Standard.Name=e" +
                      number + " Standard.p=" + number;
     }

@@ -146,12 +146,12 @@ inline void Names(Account& told, Place& place) {
 inline void Properties(Account& told, Place&) {
     PROPERTIES list;
     for (int i = 0; i < 20; ++i) { // the arrays grow, and values are replaced by longer ones
-        const std::string before = Entries(list), key = std::to_string(i % 18);
+        const std::string before = EntriesOf(list), key = std::to_string(i % 18);
         const int set = told.Answer(Set(list, key.c_str(), std::string(static_cast<std::size_t>(i) * 2, 'v'),
                                         i % 2 ? "Standard" : "Camera"));
-        told.Must(set || Entries(list) == before, "a list that refused an entry");
+        told.Must(set || EntriesOf(list) == before, "a list that refused an entry");
     }
-    told.result = Entries(list);
+    told.result = EntriesOf(list);
 }
 
 // Copy goes on where an entry could not be set, and returns 1; a duplicate is whole or none.
@@ -163,7 +163,7 @@ inline void Copies(Account& told, Place& place) {
     for (QObject* const object : copied) {
         const std::unique_ptr<QObject> copy(object->Duplicate());
         told.Must(copy ? copy->GetEOF() == object->GetEOF() &&
-                             Entries(copy->m_cProperties) == Entries(object->m_cProperties)
+                             EntriesOf(copy->m_cProperties) == EntriesOf(object->m_cProperties)
                        : now.failed != nullptr,
                   "neither whole nor none");
     }

@@ -16,9 +16,9 @@ namespace {
 // What the framework and the pipeline hold after building.
 std::string Built(const FRAMEWORK& framework, const EPipeline& pipe) {
     std::ostringstream text;
-    text << "framework " << Entries(framework) << "\npipeline " << Entries(pipe.m_cProperties) << "\n";
+    text << "framework " << EntriesOf(framework) << "\npipeline " << EntriesOf(pipe.m_cProperties) << "\n";
     for (int i = 0; i < pipe.m_iElementCount; ++i) {
-        text << "element " << Entries(pipe.m_ppElements[i]->m_cProperties) << "\n";
+        text << "element " << EntriesOf(pipe.m_ppElements[i]->m_cProperties) << "\n";
     }
     for (unsigned int u = 0; u < pipe.m_b2ConnectionCount; ++u) {
         const CONNECTION& c = *pipe.m_ppConnections[u];

@@ -114,7 +114,7 @@ public:
     }
     int DataArrived(QObject* pObject, Byte2Type b2Index) override {
         std::printf("%s(%d): %s%s\n", Own("Name").c_str(), b2Index,
-                    pObject ? Entries(pObject->m_cProperties).c_str() : "null",
+                    pObject ? EntriesOf(pObject->m_cProperties).c_str() : "null",
                     pObject && pObject->GetEOF() ? " end" : "");
         if (pObject) {
             pObject->m_cProperties.AddKeyValuePair(Section::Standard, Given(Own("Mark")).data());

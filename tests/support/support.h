@@ -18,7 +18,7 @@ inline int Set(VESK::PROPERTIES& list, const char* key, const std::string& value
 }
 
 // All of a list in its order: "section.key=value section.key=value".
-inline std::string Entries(const VESK::PROPERTIES& list) {
+inline std::string EntriesOf(const VESK::PROPERTIES& list) {
     std::string text;
     for (unsigned int u = 0; u < list.m_b2PropertyCount; ++u) {
         text += (u ? " " : "") + std::string(list.m_pachSections[u]) + "." + list.m_pachKeys[u] + "=" +
@@ -62,7 +62,7 @@ public:
     explicit Probe(const char* name) { Set(m_cProperties, "Name", name); }
     int DataArrived(VESK::QObject* pObject, VESK::Byte2Type b2Index) override {
         objects.push_back(pObject);
-        contents += (pObject ? Entries(pObject->m_cProperties) : "null") + "\n";
+        contents += (pObject ? EntriesOf(pObject->m_cProperties) : "null") + "\n";
         index = b2Index;
         return answer;
     }
