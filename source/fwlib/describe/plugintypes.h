@@ -118,9 +118,9 @@ template <class... Classes>
 using ObjectFactory = TypesFactory<Classes...>;
 
 // The description of the list, made at the first call and lent as long as the plugin is loaded; null when there is not
-// enough memory.
+// enough memory. Hidden: otherwise plugins with classes of the same names would share it, and none would be unloaded.
 template <class... Classes>
-const PluginDescription* DescribeTypes() {
+__attribute__((visibility("hidden"))) const PluginDescription* DescribeTypes() {
     struct Described : DescriptionTable {
         Described() : pDescription(PluginTypes<Classes...>::Describe(*this) ? Get(FWLIB_VERSION) : nullptr) {}
 
