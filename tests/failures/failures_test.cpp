@@ -26,6 +26,7 @@ protected:
         std::filesystem::create_directory_symlink(FWLIB_TEST_ROOT "/examples", m_Place.Path("examples"));
         std::filesystem::copy(FWLIB_TEST_ROOT "/tests/failures/given", m_Place.Path("given"));
         std::filesystem::current_path(m_Place.Path("."));
+        EPipeline().BuildPipeText("", nullptr); // the thread keeps its last failure until its end
     }
 
     // With what it prints and reports in memory.

@@ -4,10 +4,9 @@
 #include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
 #include "fwlib/elements/qobject.h"
+#include "fwlib/framework/say.h"
 #include "fwlib/internal/textsizes.h"
 #include "fwlib/text.h"
-
-#include <cstdio>
 
 namespace VESK {
 
@@ -30,10 +29,10 @@ struct Trace {
 // A delivery with its two trace lines; out of line, as it is rare.
 __attribute__((cold, noinline)) int DeliverTraced(EPassthrough& cElement, QObject& cObject) {
     const Trace cBefore(cElement, cObject);
-    std::printf("EPassthrough::%s: %s\n", cBefore.achName, cBefore.cType.achText);
+    SayOutput(cElement, "EPassthrough::%s: %s\n", cBefore.achName, cBefore.cType.achText);
     const int iResult = Deliver(cElement, &cObject);
     const Trace cAfter(cElement, cObject);
-    std::printf("EPassthrough::%s: %s, rv=%d\n", cAfter.achName, cAfter.cType.achText, iResult);
+    SayOutput(cElement, "EPassthrough::%s: %s, rv=%d\n", cAfter.achName, cAfter.cType.achText, iResult);
     return iResult;
 }
 

@@ -3,9 +3,10 @@
 
 #include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/qobject.h"
+#include "fwlib/framework/say.h"
 #include "fwlib/text.h"
 
-#include <cstdio>
+#include <cstring>
 
 namespace VESK {
 
@@ -23,7 +24,12 @@ int ESink::DataArrived(QObject* pObject, Byte2Type b2Index) {
     if (!pObject) {
         return ReportNullObject(*this, b2Index);
     }
-    std::printf("ESink::DataArrived: %s\n", ObjectTypeText(*pObject).achText);
+    static constexpr char Begin[] = "ESink::DataArrived: ";
+    const ObjectTypeText cType(*pObject);
+    char achLine[sizeof Begin + TypeTextSize];
+    std::memcpy(achLine, Begin, sizeof Begin - 1);
+    std::memcpy(achLine + sizeof Begin - 1, cType.achText, std::strlen(cType.achText) + 1);
+    SayOutputLine(*this, achLine);
     return 1;
 }
 

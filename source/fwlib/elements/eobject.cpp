@@ -4,13 +4,13 @@
 #include "fwlib/elements/pad.h"
 #include "fwlib/elements/watch.h"
 #include "fwlib/framework/framework.h"
+#include "fwlib/framework/say.h"
 #include "fwlib/internal/currentelement.h"
 #include "fwlib/internal/growth.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/text.h"
 
 #include <cstdarg>
-#include <cstdio>
 
 namespace VESK {
 
@@ -60,7 +60,7 @@ int EObject::Initialize() {
 int EObject::Run() {
     char achType[MisuseTextSize];
     m_cProperties.GetProperty(Key::EObjectType, achType, sizeof achType, nullptr, Section::Standard);
-    std::fprintf(stderr, "EObject::Run: Should not be called: %s.\n", achType);
+    SayError(m_pFramework, "EObject::Run: Should not be called: %s.\n", achType);
     return 0;
 }
 
@@ -95,6 +95,16 @@ void EObject::Message(int iLevel, const char* pchFormat, ...) {
     va_list Values;
     va_start(Values, pchFormat);
     m_pFramework->Message(this, iLevel, pchFormat, Values);
+    va_end(Values);
+}
+
+void EObject::WarningMessage(const char* pchFormat, ...) {
+    if (!m_pFramework) {
+        return;
+    }
+    va_list Values;
+    va_start(Values, pchFormat);
+    m_pFramework->WarningMessage(this, pchFormat, Values);
     va_end(Values);
 }
 

@@ -7,14 +7,13 @@
 #include "fwlib/framework/guarded.h"
 #include "fwlib/framework/living.h"
 #include "fwlib/framework/plugin.h"
+#include "fwlib/framework/say.h"
 #include "fwlib/internal/growth.h"
 #include "fwlib/internal/textsizes.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/text.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <new>
 
@@ -28,14 +27,15 @@ const char* Shown(const char* pchText) {
 
 // Calls the plugins' factories in load order; null when none creates the object.
 template <class Object>
-Object* FirstAnswer(const FRAMEWORK& cFramework, Object* (Factory::*pCreate)(char*), char* pchType) {
+Object* FirstAnswer(FRAMEWORK& cFramework, Object* (Factory::*pCreate)(char*), char* pchType) {
     for (Byte4Type b4 = 0; b4 < cFramework.m_b2PluginCount; ++b4) {
         PLUGIN* const pPlugin = cFramework.m_ppPlugins[b4];
         Factory* const pFactory = pPlugin ? pPlugin->GetFactory() : nullptr;
         if (!pFactory) {
             continue;
         }
-        Object* const pObject = Guarded(Shown(pchType), [&] { return (pFactory->*pCreate)(pchType); });
+        Object* const pObject =
+            Guarded(&cFramework, Shown(pchType), [&] { return (pFactory->*pCreate)(pchType); });
         if (pObject) {
             return pObject;
         }
@@ -43,35 +43,43 @@ Object* FirstAnswer(const FRAMEWORK& cFramework, Object* (Factory::*pCreate)(cha
     return nullptr;
 }
 
-// The type and name at the beginning of an element's lines.
+// The beginning of an element's lines: the kind of line, and the element's type and name.
 struct Origin {
-    explicit Origin(EObject& cElement) {
-        PROPERTIES& cProperties = cElement.m_cProperties;
+    Origin(EObject* pElement, const char* pchKind) {
+        if (!pElement) {
+            std::snprintf(achText, sizeof achText, "%s[No Element Pointer]: ", pchKind);
+            return;
+        }
+        char achType[TypeTextSize];
+        char achName[TypeTextSize];
+        PROPERTIES& cProperties = pElement->m_cProperties;
         cProperties.GetProperty(Key::EObjectType, achType, sizeof achType, Text("[No Element Type]"),
                                 Section::Standard);
         cProperties.GetProperty(Key::Name, achName, sizeof achName, Text("[No Element Name]"),
                                 Section::Standard);
+        std::snprintf(achText, sizeof achText, "%s%s - %s: ", pchKind, achType, achName);
     }
 
-    char achType[TypeTextSize];
-    char achName[TypeTextSize];
+    char achText[2 * TypeTextSize + 16];
 };
 
-// Whether the formatted text ends with a newline; false when there is not enough memory.
-FWLIB_PRINTF(1, 0) bool EndsLine(const char* pchFormat, va_list Values) {
-    va_list Again;
-    va_copy(Again, Values);
-    const auto uLength = static_cast<std::size_t>(std::max(std::vsnprintf(nullptr, 0, pchFormat, Values), 0));
-    char* const pchText = uLength > 0 ? static_cast<char*>(std::malloc(uLength + 1)) : nullptr;
-    bool bEnds = false;
-    if (pchText) {
-        std::vsnprintf(pchText, uLength + 1, pchFormat, Again);
-        bEnds = pchText[uLength - 1] == '\n';
-        std::free(pchText);
-    }
-    va_end(Again);
-    return bEnds;
+bool EndsLines(FRAMEWORK& cFramework) {
+    int iEndLines;
+    cFramework.GetProperty(Key::EndErrorLines, &iEndLines, 0, Section::Standard);
+    return iEndLines != 0;
 }
+
+// A factory of the host, in the list of plugins.
+class HostFactory final : public PLUGIN {
+public:
+    explicit HostFactory(Factory* pFactory) { m_pFactory = pFactory; }
+
+    int Initialize(FRAMEWORK* pFramework) override {
+        m_pFramework = pFramework;
+        Guarded(pFramework, "of the host", [&] { return m_pFactory->Initialize(pFramework); });
+        return 1;
+    }
+};
 
 } // namespace
 
@@ -90,7 +98,7 @@ FRAMEWORK::~FRAMEWORK() {
 EObject* FRAMEWORK::CreateElement(char* pchType) {
     EObject* const pElement = Watched(FirstAnswer(*this, &Factory::CreateElement, pchType));
     if (!pElement) {
-        std::fprintf(stderr, "FRAMEWORK::CreateElement: Could not instantiate: %s\n", Shown(pchType));
+        SayError(this, "FRAMEWORK::CreateElement: Could not instantiate: %s\n", Shown(pchType));
         return nullptr;
     }
     pElement->m_pFramework = this;
@@ -100,7 +108,7 @@ EObject* FRAMEWORK::CreateElement(char* pchType) {
 QObject* FRAMEWORK::CreateQObject(char* pchType) {
     QObject* const pObject = Watched(FirstAnswer(*this, &Factory::CreateQObject, pchType));
     if (!pObject) {
-        std::fprintf(stderr, "FRAMEWORK::CreateQObject: Could not instantiate: %s\n", Shown(pchType));
+        SayError(this, "FRAMEWORK::CreateQObject: Could not instantiate: %s\n", Shown(pchType));
     }
     return pObject;
 }
@@ -108,45 +116,80 @@ QObject* FRAMEWORK::CreateQObject(char* pchType) {
 void* FRAMEWORK::CreateObject(char* pchType) {
     void* const pObject = FirstAnswer(*this, &Factory::CreateObject, pchType);
     if (!pObject) {
-        std::fprintf(stderr, "FRAMEWORK::CreateObject: Could not instantiate: %s\n", Shown(pchType));
+        SayError(this, "FRAMEWORK::CreateObject: Could not instantiate: %s\n", Shown(pchType));
     }
     return pObject;
 }
 
-void FRAMEWORK::Message(EObject* pElement, int, const char* pchFormat, va_list Values) {
-    if (!pElement) {
-        return;
+void FRAMEWORK::Message(EObject* pElement, int iLevel, const char* pchFormat, va_list Values) {
+    if (pElement) {
+        Say({this, TraceMessage, 1, pElement, iLevel, Origin(pElement, "").achText, "", false}, pchFormat,
+            Values);
     }
-    const Origin cOrigin(*pElement);
-    std::printf("%s - %s: ", cOrigin.achType, cOrigin.achName);
-    std::vprintf(pchFormat, Values);
 }
 
-void FRAMEWORK::Message(char* pchName, int, const char* pchFormat, va_list Values) {
-    if (!pchName) {
-        return;
+void FRAMEWORK::Message(char* pchName, int iLevel, const char* pchFormat, va_list Values) {
+    if (pchName) {
+        Say({this, TraceMessage, 1, nullptr, iLevel, pchName, ": ", false}, pchFormat, Values);
     }
-    std::printf("%s: ", pchName);
-    std::vprintf(pchFormat, Values);
 }
 
 void FRAMEWORK::ErrorMessage(EObject* pElement, const char* pchFormat, va_list Values) {
     m_bError = 1;
-    if (pElement) {
-        const Origin cOrigin(*pElement);
-        std::fprintf(stderr, "ERROR: %s - %s: ", cOrigin.achType, cOrigin.achName);
-    } else {
-        std::fprintf(stderr, "ERROR: [No Element Pointer]: ");
+    Say({this, ErrorMessageKind, 2, pElement, 0, Origin(pElement, "ERROR: ").achText, "", EndsLines(*this)},
+        pchFormat, Values);
+}
+
+void FRAMEWORK::WarningMessage(EObject* pElement, const char* pchFormat, va_list Values) {
+    Say({this, WarningMessageKind, 2, pElement, 0, Origin(pElement, "WARNING: ").achText, "",
+         EndsLines(*this)},
+        pchFormat, Values);
+}
+
+int FRAMEWORK::SetMessageHandler(MessageHandler pHandler, void* pContext) {
+    FrameworkExtras* const pExtras = ExtrasOf(this);
+    if (!pExtras) {
+        return 0;
     }
-    int iEndLines;
-    GetProperty(Key::EndErrorLines, &iEndLines, 0, Section::Standard);
-    va_list Again;
-    va_copy(Again, Values);
-    std::vfprintf(stderr, pchFormat, Values);
-    if (iEndLines && !EndsLine(pchFormat, Again)) {
-        std::fputc('\n', stderr);
+    pExtras->pHandler = pHandler;
+    pExtras->pHandlerContext = pContext;
+    return 1;
+}
+
+void FRAMEWORK::RequestEnd() {
+    if (FrameworkExtras* const pExtras = ExtrasOf(this)) {
+        pExtras->iEndRequested = 1;
     }
-    va_end(Again);
+}
+
+void FRAMEWORK::ResetEnd() {
+    if (FrameworkExtras* const pExtras = ExtrasOf(this)) {
+        pExtras->iEndRequested = 0;
+    }
+}
+
+int FRAMEWORK::EndRequested() {
+    const FrameworkExtras* const pExtras = ExtrasOf(this);
+    return pExtras &&
+           (pExtras->iEndRequested || (pExtras->pEndQuery && pExtras->pEndQuery(pExtras->pEndContext)));
+}
+
+int FRAMEWORK::SetEndQuery(int (*pQuery)(void* pContext), void* pContext) {
+    FrameworkExtras* const pExtras = ExtrasOf(this);
+    if (!pExtras) {
+        return 0;
+    }
+    pExtras->pEndQuery = pQuery;
+    pExtras->pEndContext = pContext;
+    return 1;
+}
+
+int FRAMEWORK::AddFactory(Factory* pFactory) {
+    std::unique_ptr<PLUGIN> pPlugin(pFactory ? new (std::nothrow) HostFactory(pFactory) : nullptr);
+    if (!pPlugin || !Append(m_ppPlugins, m_b2PluginCapacity, m_b2PluginCount, pPlugin.get())) {
+        return 0;
+    }
+    return pPlugin.release()->Initialize(this);
 }
 
 PLUGIN* FRAMEWORK::LoadPlugin(char* pchPath) {

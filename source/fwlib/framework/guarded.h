@@ -4,7 +4,8 @@
 #ifndef FWLIB_FRAMEWORK_GUARDED_H
 #define FWLIB_FRAMEWORK_GUARDED_H
 
-#include <cstdio>
+#include "fwlib/framework/say.h"
+
 #include <cxxabi.h>
 
 namespace VESK {
@@ -13,7 +14,8 @@ namespace VESK {
 // thread that ends within the call may unwind by an exception, which is rethrown. That exception has no object, so a
 // sanitizer would report a null reference.
 template <class Call>
-__attribute__((no_sanitize("undefined"))) auto Guarded(const char* pchName, Call cCall) -> decltype(cCall()) {
+__attribute__((no_sanitize("undefined"))) auto Guarded(const FRAMEWORK* pFramework, const char* pchName,
+                                                       Call cCall) -> decltype(cCall()) {
     try {
         return cCall();
 #ifdef __GLIBCXX__
@@ -21,7 +23,7 @@ __attribute__((no_sanitize("undefined"))) auto Guarded(const char* pchName, Call
         throw;
 #endif
     } catch (...) {
-        std::fprintf(stderr, "FRAMEWORK: Error: A plugin's factory threw an exception: %s\n", pchName);
+        SayError(pFramework, "FRAMEWORK: Error: A plugin's factory threw an exception: %s\n", pchName);
         return {};
     }
 }

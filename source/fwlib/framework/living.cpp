@@ -3,49 +3,70 @@
 
 #include "fwlib/internal/lock.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
+#include <new>
 
 namespace VESK {
 
 namespace {
 
 pthread_mutex_t Lock = PTHREAD_MUTEX_INITIALIZER;
-// Owned; null if there is no framework. There are few, so the array is reallocated for each.
-const FRAMEWORK** ppLiving = nullptr;
-std::size_t uLiving = 0;
+// Owned; only changed while locked. An entry is used again for other frameworks. All are deleted with the last framework,
+// as others may search without the lock until then.
+std::atomic<FrameworkExtras*> pcExtras = nullptr;
+unsigned int uLiving = 0; // frameworks
+
+FrameworkExtras* Find(const FRAMEWORK* pFramework) {
+    FrameworkExtras* p = pcExtras.load(std::memory_order_acquire);
+    while (p && p->pFramework.load(std::memory_order_acquire) != pFramework) {
+        p = p->pNext;
+    }
+    return p;
+}
+
+void DeleteAll() {
+    while (FrameworkExtras* const p = pcExtras) {
+        pcExtras = p->pNext;
+        delete p;
+    }
+}
 
 } // namespace
 
 void BeginLife(const FRAMEWORK* pFramework) {
     const Locked cLocked(Lock);
-    auto** const ppMore = static_cast<const FRAMEWORK**>(std::malloc((uLiving + 1) * sizeof *ppLiving));
-    if (!ppMore) {
-        return;
+    ++uLiving;
+    FrameworkExtras* p = Find(nullptr);
+    if (!p) {
+        p = new (std::nothrow) FrameworkExtras{};
+        if (!p) {
+            return;
+        }
+        p->pNext = pcExtras;
+        pcExtras.store(p, std::memory_order_release);
     }
-    std::copy_n(ppLiving, uLiving, ppMore);
-    std::free(ppLiving);
-    ppLiving = ppMore;
-    ppLiving[uLiving++] = pFramework;
+    p->iEndRequested = 0;
+    p->pEndQuery = nullptr;
+    p->pHandler = nullptr;
+    p->pFramework.store(pFramework, std::memory_order_release);
 }
 
 void EndLife(const FRAMEWORK* pFramework) {
     const Locked cLocked(Lock);
-    const FRAMEWORK** const pp = std::find(ppLiving, ppLiving + uLiving, pFramework);
-    if (pp == ppLiving + uLiving) {
-        return;
+    if (FrameworkExtras* const p = Find(pFramework)) {
+        p->pFramework = nullptr;
     }
-    *pp = ppLiving[--uLiving];
-    if (uLiving == 0) {
-        std::free(ppLiving);
-        ppLiving = nullptr;
+    if (--uLiving == 0) {
+        DeleteAll();
     }
 }
 
 bool Living(const FRAMEWORK* pFramework) {
     const Locked cLocked(Lock);
-    return std::find(ppLiving, ppLiving + uLiving, pFramework) != ppLiving + uLiving;
+    return Find(pFramework) != nullptr;
+}
+
+FrameworkExtras* ExtrasOf(const FRAMEWORK* pFramework) {
+    return Find(pFramework);
 }
 
 } // namespace VESK

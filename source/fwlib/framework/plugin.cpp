@@ -5,6 +5,7 @@
 #include "fwlib/framework/entry.h"
 #include "fwlib/framework/factory.h"
 #include "fwlib/framework/guarded.h"
+#include "fwlib/framework/say.h"
 #include "fwlib/internal/textcopy.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 
@@ -114,7 +115,7 @@ PLUGIN::~PLUGIN() = default;
 
 Factory* PLUGIN::GetFactory() {
     if (!m_pFactory) {
-        std::fprintf(stderr, "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n");
+        SayError(m_pFramework, "ERROR: PLUGIN::GetFactory(): Factory is NULL!\n");
     }
     return m_pFactory;
 }
@@ -135,31 +136,31 @@ int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
     m_pFramework = pFramework;
     const bool bPath = m_achPath[0] != '\0';
     if (const char* const pchRefusal = WhyRefused(m_achPath)) {
-        std::fprintf(stderr, "FWPLUGIN: dlopen() Error: %s: %s\n", m_achPath, pchRefusal);
+        SayError(pFramework, "FWPLUGIN: dlopen() Error: %s: %s\n", m_achPath, pchRefusal);
         return 0;
     }
     m_pHandle = bPath ? OpenObject(m_achPath) : nullptr;
     if (!m_pHandle) {
         const char* const pchReason = bPath ? dlerror() : "the path is empty or longer than 255 characters";
-        std::fprintf(stderr, "FWPLUGIN: dlopen() Error: %s\n", pchReason ? pchReason : m_achPath);
+        SayError(pFramework, "FWPLUGIN: dlopen() Error: %s\n", pchReason ? pchReason : m_achPath);
         return 0;
     }
     const auto pEntry = reinterpret_cast<EntryPoint>(dlsym(m_pHandle, "GetFactory"));
     if (!pEntry) {
         const char* const pchReason = dlerror();
-        std::fprintf(stderr, "FWPLUGIN: dlsym() Error: %s\n", pchReason ? pchReason : m_achPath);
+        SayError(pFramework, "FWPLUGIN: dlsym() Error: %s\n", pchReason ? pchReason : m_achPath);
         return 0;
     }
     if (IsBorrowed(pEntry, m_pHandle)) {
-        std::fprintf(stderr, "FWPLUGIN: dlsym() Error: %s: undefined symbol: GetFactory\n", m_achPath);
+        SayError(pFramework, "FWPLUGIN: dlsym() Error: %s: undefined symbol: GetFactory\n", m_achPath);
         return 0;
     }
-    m_pFactory = Guarded(m_achPath, pEntry);
+    m_pFactory = Guarded(pFramework, m_achPath, pEntry);
     if (!m_pFactory) {
-        std::fprintf(stderr, "FWPLUGIN: Error: Could not get factory.\n");
+        SayError(pFramework, "FWPLUGIN: Error: Could not get factory.\n");
         return 0;
     }
-    Guarded(m_achPath, [&] { return m_pFactory->Initialize(pFramework); });
+    Guarded(pFramework, m_achPath, [&] { return m_pFactory->Initialize(pFramework); });
     return 1;
 }
 

@@ -2,6 +2,8 @@
 #include "fwlib/pipeline/epipeline.h"
 
 #include "fwlib/elements/pad.h"
+#include "fwlib/framework/failurewatch.h"
+#include "fwlib/framework/say.h"
 #include "fwlib/internal/currentelement.h"
 #include "fwlib/internal/growth.h"
 #include "fwlib/internal/textmatch.h"
@@ -41,17 +43,30 @@ int Wire(const EPipeline& cPipeline, const CONNECTION& cConnection) {
     EObject* const pSink =
         cConnection.b2SinkElement < iCount ? cPipeline.m_ppElements[cConnection.b2SinkElement] : nullptr;
     if (!pSource || !pSink) {
-        std::fprintf(stderr, "EPipeline::Initialize(): No sink or source element\n");
+        SayError(cPipeline.m_pFramework, "EPipeline::Initialize(): No sink or source element\n");
         return 0;
     }
     SOURCEPAD* const pSourcePad = pSource->GetSourcePad(cConnection.b2SourcePad);
     SINKPAD* const pSinkPad = pSink->GetSinkPad(cConnection.b2SinkPad);
     if (!pSourcePad || !pSinkPad) {
-        std::fprintf(stderr, "EPipeline::Initialize(): No sink or source pad\n");
+        SayError(cPipeline.m_pFramework, "EPipeline::Initialize(): No sink or source pad\n");
         return 0;
     }
     pSourcePad->m_pSinkPad = pSinkPad;
     return 1;
+}
+
+// Returns 0 for an element whose Initialize did, which is named if it reported nothing.
+int JudgeElement(FailureWatch& cWatch, EObject& cElement) {
+    char achType[TypeTextSize];
+    char achName[TypeTextSize];
+    char achText[2 * TypeTextSize + 32];
+    PROPERTIES& cProperties = cElement.m_cProperties;
+    cProperties.GetProperty(Key::EObjectType, achType, sizeof achType, Text("[No Element Type]"),
+                            Section::Standard);
+    cProperties.GetProperty(Key::Name, achName, sizeof achName, Text("[No Element Name]"), Section::Standard);
+    std::snprintf(achText, sizeof achText, "%s - %s: Initialize failed", achType, achName);
+    return cWatch.Judge(0, achText);
 }
 
 } // namespace
@@ -85,18 +100,19 @@ EPipeline::~EPipeline() {
 }
 
 int EPipeline::Initialize() {
+    FailureWatch cWatch;
     for (int i = 0; i < m_iElementCount; ++i) {
         if (!m_ppElements[i]->Initialize()) {
-            return 0;
+            return JudgeElement(cWatch, *m_ppElements[i]);
         }
     }
     for (Byte4Type b4 = 0; b4 < m_b2ConnectionCount; ++b4) {
         if (!Wire(*this, *m_ppConnections[b4])) {
-            return 0;
+            return cWatch.Judge(0, "");
         }
     }
     m_pSinkElement = NamedElement(*this, SinkProperty);
-    return 1;
+    return cWatch.Judge(1, "");
 }
 
 int EPipeline::DataArrived(QObject*, Byte2Type) {
@@ -105,7 +121,7 @@ int EPipeline::DataArrived(QObject*, Byte2Type) {
 
 int EPipeline::Run() {
     if (!m_pSinkElement) {
-        std::fprintf(stderr, "EPipeline::Run(): Error: No sink element.\n");
+        SayError(m_pFramework, "EPipeline::Run(): Error: No sink element.\n");
         return 0;
     }
     return m_pSinkElement->Run();

@@ -3,10 +3,13 @@
 // configuration file that elements are filled from, and the current element.
 #include "fwlib/pipeline/epipeline.h"
 
+#include "fwlib/framework/failurewatch.h"
 #include "fwlib/framework/framework.h"
+#include "fwlib/framework/say.h"
 #include "fwlib/internal/currentelement.h"
 #include "fwlib/internal/handle.h"
 #include "fwlib/internal/textsizes.h"
+#include "fwlib/pipeline/pipetext.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/text.h"
 
@@ -57,9 +60,9 @@ bool DeleteUnlessHeld(const EPipeline& cPipeline, EObject* pElement) {
 
 int PluginLine(const Build& cBuild, char** ppchArguments) {
     FRAMEWORK* const pFramework = cBuild.cPipeline.m_pFramework;
-    std::printf("Loading %s\n", ppchArguments[0]);
+    SayStep(cBuild.cPipeline.m_pFramework, "Loading %s\n", ppchArguments[0]);
     if (!pFramework || !pFramework->AddPlugin(ppchArguments[0])) {
-        std::fprintf(stderr, "Could not load plugin %s\n", ppchArguments[0]);
+        SayError(cBuild.cPipeline.m_pFramework, "Could not load plugin %s\n", ppchArguments[0]);
         return 0;
     }
     return 1;
@@ -68,7 +71,8 @@ int PluginLine(const Build& cBuild, char** ppchArguments) {
 int FrameworkPropertyLine(const Build& cBuild, char** ppchArguments) {
     FRAMEWORK* const pFramework = cBuild.cPipeline.m_pFramework;
     if (pFramework) {
-        std::printf("Setting framework property %s to %s\n", ppchArguments[0], ppchArguments[1]);
+        SayStep(cBuild.cPipeline.m_pFramework, "Setting framework property %s to %s\n", ppchArguments[0],
+                ppchArguments[1]);
         SetReported(cBuild.cPipeline, *pFramework, ppchArguments[0], ppchArguments[1]);
     }
     return 1;
@@ -83,7 +87,7 @@ int PipeLine(const Build& cBuild, char** ppchArguments) {
     if (!pBuilt ||
         !BuildFile({*pBuilt, cBuild.Form, cBuild.b2ReadConfig, cBuild.pchConfigFile}, ppchArguments[0])) {
         pBuilt.reset();
-        std::fprintf(stderr, "Could not build pipe %s\n", ppchArguments[0]);
+        SayError(cBuild.cPipeline.m_pFramework, "Could not build pipe %s\n", ppchArguments[0]);
         return 0;
     }
     EPipeline* const pInner = pBuilt.release();
@@ -97,11 +101,11 @@ int PipeLine(const Build& cBuild, char** ppchArguments) {
 
 int ElementLine(const Build& cBuild, char** ppchArguments) {
     FRAMEWORK* const pFramework = cBuild.cPipeline.m_pFramework;
-    std::printf("Instantiating %s\n", ppchArguments[0]);
+    SayStep(cBuild.cPipeline.m_pFramework, "Instantiating %s\n", ppchArguments[0]);
     EObject* const pElement = pFramework ? pFramework->CreateElement(ppchArguments[0]) : nullptr;
     SetCurrentElement(cBuild.Form, pElement);
     if (!pElement) {
-        std::fprintf(stderr, "Creation of element failed.\n");
+        SayError(cBuild.cPipeline.m_pFramework, "Creation of element failed.\n");
         return 0;
     }
     if (cBuild.b2ReadConfig) {
@@ -109,7 +113,7 @@ int ElementLine(const Build& cBuild, char** ppchArguments) {
     }
     if (!cBuild.cPipeline.AddElement(pElement)) {
         DeleteUnlessHeld(cBuild.cPipeline, pElement);
-        std::fprintf(stderr, "Unable to add element.\n");
+        SayError(cBuild.cPipeline.m_pFramework, "Unable to add element.\n");
         return 0;
     }
     return 1;
@@ -118,30 +122,31 @@ int ElementLine(const Build& cBuild, char** ppchArguments) {
 int PropertyLine(const Build& cBuild, char** ppchArguments) {
     EObject* const pElement = GetCurrentElement(cBuild.Form);
     if (pElement) {
-        std::printf("Setting property %s to %s\n", ppchArguments[0], ppchArguments[1]);
+        SayStep(cBuild.cPipeline.m_pFramework, "Setting property %s to %s\n", ppchArguments[0],
+                ppchArguments[1]);
         SetReported(cBuild.cPipeline, pElement->m_cProperties, ppchArguments[0], ppchArguments[1]);
     }
     return 1;
 }
 
 int SinkLine(const Build& cBuild, char** ppchArguments) {
-    std::printf("Setting sink element to %s\n", ppchArguments[0]);
+    SayStep(cBuild.cPipeline.m_pFramework, "Setting sink element to %s\n", ppchArguments[0]);
     SetReported(cBuild.cPipeline, cBuild.cPipeline.m_cProperties, Key::SinkElement, ppchArguments[0]);
     return 1;
 }
 
 int SourceLine(const Build& cBuild, char** ppchArguments) {
-    std::printf("Setting source element to %s\n", ppchArguments[0]);
+    SayStep(cBuild.cPipeline.m_pFramework, "Setting source element to %s\n", ppchArguments[0]);
     SetReported(cBuild.cPipeline, cBuild.cPipeline.m_cProperties, Key::SourceElement, ppchArguments[0]);
     return 1;
 }
 
 int ConnectLine(const Build& cBuild, char** ppchArguments) {
-    std::printf("Connecting %s(%s) -> %s(%s)\n", ppchArguments[0], ppchArguments[1], ppchArguments[2],
-                ppchArguments[3]);
+    SayStep(cBuild.cPipeline.m_pFramework, "Connecting %s(%s) -> %s(%s)\n", ppchArguments[0],
+            ppchArguments[1], ppchArguments[2], ppchArguments[3]);
     if (!cBuild.cPipeline.Connect(ppchArguments[0], PadNumber(ppchArguments[1]), ppchArguments[2],
                                   PadNumber(ppchArguments[3]))) {
-        std::printf("Unable to connect pipe\n");
+        SayErrorOnOutput(cBuild.cPipeline.m_pFramework, "Unable to connect pipe\n");
         return 0;
     }
     return 1;
@@ -152,9 +157,10 @@ int ConfigLine(const Build& cBuild, char** ppchArguments) {
     if (!pElement) {
         return 1;
     }
-    std::printf("Reading config file %s, section %s\n", ppchArguments[0], ppchArguments[1]);
+    SayStep(cBuild.cPipeline.m_pFramework, "Reading config file %s, section %s\n", ppchArguments[0],
+            ppchArguments[1]);
     if (!pElement->m_cProperties.ReadConfig(ppchArguments[0], ppchArguments[1])) {
-        std::fprintf(stderr, "Unable to read config file/section.\n");
+        SayError(cBuild.cPipeline.m_pFramework, "Unable to read config file/section.\n");
         return 0;
     }
     return 1;
@@ -182,7 +188,7 @@ unsigned int CountTokens(char** ppchTokens) {
     return u;
 }
 
-int ExecuteLine(const Build& cBuild, char** ppchTokens) {
+int ExecuteTokens(const Build& cBuild, char** ppchTokens) {
     const unsigned int uTokens = ppchTokens ? CountTokens(ppchTokens) : 0;
     if (uTokens == 0) {
         return 0;
@@ -192,19 +198,25 @@ int ExecuteLine(const Build& cBuild, char** ppchTokens) {
         ++pKey;
     }
     if (!pKey->pchKeyword) {
-        std::printf("Unknown token %s\n", ppchTokens[0]);
+        SayErrorOnOutput(cBuild.cPipeline.m_pFramework, "Unknown token %s\n", ppchTokens[0]);
         return 0;
     }
     if (uTokens > MostTokens) {
-        std::fprintf(stderr, "Too many tokens in a line of %s: at most %u.\n", pKey->pchKeyword, MostTokens);
+        SayError(cBuild.cPipeline.m_pFramework, "Too many tokens in a line of %s: at most %u.\n",
+                 pKey->pchKeyword, MostTokens);
         return 0;
     }
     if (uTokens - 1 < pKey->uArguments) {
-        std::fprintf(stderr, "Missing arguments of %s: %u needed, %u given.\n", pKey->pchKeyword,
-                     pKey->uArguments, uTokens - 1);
+        SayError(cBuild.cPipeline.m_pFramework, "Missing arguments of %s: %u needed, %u given.\n",
+                 pKey->pchKeyword, pKey->uArguments, uTokens - 1);
         return 0;
     }
     return pKey->pAction(cBuild, ppchTokens + 1);
+}
+
+int ExecuteLine(const Build& cBuild, char** ppchTokens) {
+    FailureWatch cWatch;
+    return cWatch.Judge(ExecuteTokens(cBuild, ppchTokens), "the line failed");
 }
 
 // Splits the line in place at blanks and tabs into tokens, then null. Stops after one token more than a line may have.
@@ -225,47 +237,72 @@ void SplitLine(char* pchLine, char* (&apchTokens)[TokenSlots]) {
     apchTokens[u] = nullptr;
 }
 
-// Executes the lines of an open file, up to the first that fails.
-int ExecuteFile(const Build& cBuild, char* pFile, const char* pchPath) {
+// Executes the lines, up to the first that fails.
+int ExecuteLines(const Build& cBuild, PipeText& cText, const char* pchName) {
     char achLine[PipeLineSize];
     char* apchTokens[TokenSlots];
-    while (fwfgets(achLine, sizeof achLine, pFile)) {
-        std::size_t uLength = fwstrlen(achLine);
-        while (uLength > 0 && (achLine[uLength - 1] == '\r' || achLine[uLength - 1] == '\n')) {
-            achLine[--uLength] = '\0';
-        }
+    BuildPlace cPlace(pchName);
+    while (cText.Next(achLine)) {
+        cPlace.b4Line = cText.Line();
         SplitLine(achLine, apchTokens);
         if (apchTokens[0] && apchTokens[0][0] != '#' && !ExecuteLine(cBuild, apchTokens)) {
             return 0;
         }
     }
-    if (std::ferror(StreamOf(pFile))) { // a directory, for example, can be opened but not read
-        std::printf("Unable to read pipefile %s\n", pchPath);
+    cPlace.b4Line = 0;
+    return 1;
+}
+
+int BuildOpened(const Build& cBuild, char* pchPath, const char* pchShown) {
+    // Also closed when a factory ends the thread.
+    const std::unique_ptr<char, int (*)(char*)> pFile(pchPath ? fwfopen(pchPath, Text("r")) : nullptr,
+                                                      fwfclose);
+    if (!pFile) {
+        SayErrorOnOutput(cBuild.cPipeline.m_pFramework, "Unable to open pipefile %s\n", pchShown);
+        return 0;
+    }
+    PipeText cText(pFile.get());
+    if (!ExecuteLines(cBuild, cText, pchShown)) {
+        return 0;
+    }
+    if (std::ferror(StreamOf(pFile.get()))) { // a directory, for example, can be opened but not read
+        SayErrorOnOutput(cBuild.cPipeline.m_pFramework, "Unable to read pipefile %s\n", pchShown);
         return 0;
     }
     return 1;
 }
 
-int BuildFile(const Build& cBuild, char* pchPath) {
-    if (!cBuild.cPipeline.m_pFramework) {
-        std::fprintf(stderr, "Framework has not been set on EPipeline.\n");
-        return 0;
+// Begins a file, or a text of that name.
+bool BeginFile(const Build& cBuild, const char* pchShown) {
+    FRAMEWORK* const pFramework = cBuild.cPipeline.m_pFramework;
+    if (!pFramework) {
+        SayError(pFramework, "Framework has not been set on EPipeline.\n");
+        return false;
     }
-    const Nesting cNesting;
-    char* const pchShown = pchPath ? pchPath : Text("(null)");
-    std::printf("Processing pipe file: %s\n", pchShown);
+    SayStep(pFramework, "Processing pipe file: %s\n", pchShown);
     if (cThreadBuild.iDepth > DeepestNesting) {
-        std::fprintf(stderr, "Pipe files nest more than %d deep: %s\n", DeepestNesting, pchShown);
-        return 0;
+        SayError(pFramework, "Pipe files nest more than %d deep: %s\n", DeepestNesting, pchShown);
+        return false;
     }
-    // Also closed when a factory ends the thread.
-    const std::unique_ptr<char, int (*)(char*)> pFile(pchPath ? fwfopen(pchPath, Text("r")) : nullptr,
-                                                      fwfclose);
-    if (!pFile) {
-        std::printf("Unable to open pipefile %s\n", pchShown);
-        return 0;
+    return true;
+}
+
+int BuildFile(const Build& cBuild, char* pchPath) {
+    const char* const pchShown = pchPath ? pchPath : "(null)";
+    FailureWatch cWatch;
+    const Nesting cNesting;
+    return cWatch.Judge(BeginFile(cBuild, pchShown) && BuildOpened(cBuild, pchPath, pchShown), "", pchShown);
+}
+
+int BuildText(const Build& cBuild, const char* pchName, const char* pchText) {
+    const char* const pchShown = pchName ? pchName : "";
+    FailureWatch cWatch;
+    const Nesting cNesting;
+    if (!pchText) {
+        return cWatch.Judge(0, "the text is null", pchShown);
     }
-    return ExecuteFile(cBuild, pFile.get(), pchShown);
+    PipeText cText(pchText);
+    return cWatch.Judge(BeginFile(cBuild, pchShown) && ExecuteLines(cBuild, cText, pchShown), "", pchShown);
 }
 
 } // namespace
@@ -276,6 +313,15 @@ int EPipeline::BuildPipe(char* pchPath) {
 
 int EPipeline::BuildPipe(char* pchPath, Byte2Type b2ReadConfig, char* pchConfigFile) {
     return BuildFile({*this, ConfiguredForm, b2ReadConfig, pchConfigFile}, pchPath);
+}
+
+int EPipeline::BuildPipeText(const char* pchName, const char* pchText) {
+    return BuildText({*this, PlainForm, 0, nullptr}, pchName, pchText);
+}
+
+int EPipeline::BuildPipeText(const char* pchName, const char* pchText, Byte2Type b2ReadConfig,
+                             char* pchConfigFile) {
+    return BuildText({*this, ConfiguredForm, b2ReadConfig, pchConfigFile}, pchName, pchText);
 }
 
 int EPipeline::ProcessTokens(char** ppchTokens) {
