@@ -3,6 +3,7 @@
 
 #include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
+#include "fwlib/elements/pads.h"
 #include "fwlib/elements/qobject.h"
 #include "fwlib/framework/framework.h"
 #include "fwlib/internal/handle.h"

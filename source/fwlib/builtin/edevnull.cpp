@@ -2,6 +2,7 @@
 #include "fwlib/builtin/edevnull.h"
 
 #include "fwlib/builtin/elementhelpers.h"
+#include "fwlib/elements/pads.h"
 #include "fwlib/elements/qobject.h"
 #include "fwlib/text.h"
 
@@ -15,7 +16,7 @@ EDevNull::~EDevNull() = default;
 
 int EDevNull::Initialize() {
     const int iInitialized = EObject::Initialize();
-    return iInitialized ? CreateSinkPad(*this) : iInitialized;
+    return iInitialized ? CreateSinkPads(*this, 1) : iInitialized;
 }
 
 int EDevNull::DataArrived(QObject* pObject, Byte2Type b2Index) {

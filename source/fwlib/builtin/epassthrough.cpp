@@ -3,6 +3,7 @@
 
 #include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
+#include "fwlib/elements/pads.h"
 #include "fwlib/elements/qobject.h"
 #include "fwlib/framework/say.h"
 #include "fwlib/internal/textsizes.h"
@@ -46,7 +47,7 @@ EPassthrough::~EPassthrough() = default;
 
 int EPassthrough::Initialize() {
     const Byte2Type b2Position = m_b2SourcePadCount;
-    const int iPads = CreateSourcePads(*this, 1, this) && CreateSinkPad(*this);
+    const int iPads = CreateSourcePads(*this, 1, this) && CreateSinkPads(*this, 1);
     m_pSourcePad = EObject::GetSourcePad(b2Position);
     m_cProperties.GetProperty(Key::Debug, &m_b4Debug, 0, Section::Standard);
     return iPads;

@@ -3,6 +3,7 @@
 
 #include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
+#include "fwlib/elements/pads.h"
 #include "fwlib/elements/qobject.h"
 #include "fwlib/framework/framework.h"
 #include "fwlib/framework/living.h"
@@ -171,7 +172,7 @@ int ESerialize::Initialize() {
         return iInitialized;
     }
     m_cProperties.GetProperty(Key::Passthrough, &m_b2Passthrough, 0, Section::Standard);
-    if (!CreateSinkPad(*this) || !CreateSourcePads(*this, m_b2Passthrough, this)) {
+    if (!CreateSinkPads(*this, 1) || !CreateSourcePads(*this, m_b2Passthrough, this)) {
         return 0;
     }
     FileSettings cSettings(m_cProperties);

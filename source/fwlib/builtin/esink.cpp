@@ -2,6 +2,7 @@
 #include "fwlib/builtin/esink.h"
 
 #include "fwlib/builtin/elementhelpers.h"
+#include "fwlib/elements/pads.h"
 #include "fwlib/elements/qobject.h"
 #include "fwlib/framework/say.h"
 #include "fwlib/text.h"
@@ -17,7 +18,7 @@ ESink::ESink() {
 ESink::~ESink() = default;
 
 int ESink::Initialize() {
-    return CreateSinkPad(*this);
+    return CreateSinkPads(*this, 1);
 }
 
 int ESink::DataArrived(QObject* pObject, Byte2Type b2Index) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/builtin/esource.h"
 
-#include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
+#include "fwlib/elements/pads.h"
 #include "fwlib/elements/qobject.h"
 #include "fwlib/text.h"
 

@@ -3,6 +3,7 @@
 
 #include "fwlib/builtin/elementhelpers.h"
 #include "fwlib/elements/pad.h"
+#include "fwlib/elements/pads.h"
 #include "fwlib/text.h"
 
 namespace VESK {
@@ -22,7 +23,7 @@ ETee::~ETee() = default;
 int ETee::Initialize() {
     Byte4Type b4Pads;
     m_cProperties.GetProperty(Key::TotalSourcePads, &b4Pads, DefaultPads, Section::Standard);
-    return CreateSinkPad(*this) && CreateSourcePads(*this, b4Pads, nullptr);
+    return CreateSinkPads(*this, 1) && CreateSourcePads(*this, b4Pads, nullptr);
 }
 
 int ETee::DataArrived(QObject* pObject, Byte2Type b2Index) {

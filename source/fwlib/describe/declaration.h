@@ -71,16 +71,20 @@ protected:
                      const char* pchMeaning);
     int ReadReal(const char* pchKey, double* pdValue, double dDefault, double dLeast, double dMost,
                  const char* pchUnit, const char* pchMeaning);
+    int ReadReal(const char* pchKey, float* pfValue, float fDefault, float fLeast, float fMost,
+                 const char* pchUnit, const char* pchMeaning);
     int ReadFlag(const char* pchKey, bool* pbValue, bool bDefault, const char* pchMeaning);
     int ReadChoice(const char* pchKey, Byte4Type* pb4Index, const char* pchDefault, const char* pchChoices,
                    const char* pchMeaning);
-    // The text is lent until the element's properties change. Texts of uMost characters and more are refused; 0: any length.
+    // The text is lent until the element's properties change. Texts of b4Size characters and more are refused; 0: none.
     int ReadText(const char* pchKey, PropertyKind Kind, const char** ppchValue, const char* pchDefault,
-                 std::size_t uMost, const char* pchMeaning);
+                 Byte4Type b4Size, const char* pchMeaning);
 
     EObject* Described() const { return m_pElement; }
 
 private:
+    friend class DescriptionTable;
+
     EObject* const m_pElement; // lent; null when a class is described
     void* m_pState;            // the library's
 };
@@ -225,7 +229,7 @@ private:
     void StoreText(PropertyKind Kind, const char* pchKey, char (Owner::*pField)[Size], const char* pchDefault,
                    const char* pchMeaning) {
         const char* pch;
-        if (ReadText(pchKey, Kind, &pch, pchDefault, Size, pchMeaning)) {
+        if (ReadText(pchKey, Kind, &pch, pchDefault, static_cast<Byte4Type>(Size), pchMeaning)) {
             std::memcpy(m_pTarget->*pField, pch, std::strlen(pch) + 1);
         }
     }

@@ -34,7 +34,8 @@ struct PropertyDescription {
     const char* pchMeaning; // one line
 };
 
-// The number of pads: b4Count, or what the property pchProperty says, whose default then is b4Count.
+// The number of pads: b4Count, or what the property pchProperty says, whose default then is b4Count. A property of kind
+// text names an inner element, whose pads they are.
 struct PadsDescription {
     Byte4Type b4Count;
     const char* pchProperty; // null for a fixed number

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/framework/entry.h"
 
+#include "fwlib/builtin/descriptions.h"
 #include "fwlib/builtin/factories.h"
 #include "fwlib/colortable/mfcolortable.h"
 #include "fwlib/elements/pad.h"
@@ -26,6 +27,10 @@ VESK::Factory* flibfactory::flibfactorylist[3] = {&cFWlib, &cFWElements, nullptr
 
 VESK::Factory* GetFactory() {
     return &flibfactoryobject;
+}
+
+const VESK::PluginDescription* GetPluginDescription() {
+    return &VESK::BuiltinDescription;
 }
 
 namespace VESK {

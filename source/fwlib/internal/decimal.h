@@ -27,6 +27,7 @@ class DecimalText {
 public:
     explicit DecimalText(int iValue) { Format(MagnitudeOf(iValue), iValue < 0); }
     explicit DecimalText(Byte4Type b4Value) { Format(b4Value, false); }
+    explicit DecimalText(unsigned long long ullValue) { Format(ullValue, false); }
     explicit DecimalText(long long llValue) { Format(MagnitudeOf(llValue), llValue < 0); }
     DecimalText(const DecimalText&) = delete;
     DecimalText& operator=(const DecimalText&) = delete;

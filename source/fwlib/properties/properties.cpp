@@ -204,6 +204,14 @@ int PROPERTIES::AddKeyValuePair(char* pchSection, char* pchPair) {
     return 1;
 }
 
+int PROPERTIES::GetKeyLength(Byte2Type b2Index, Byte2Type* pb2Length) {
+    if (b2Index >= m_b2PropertyCount || !pb2Length) {
+        return 0;
+    }
+    *pb2Length = static_cast<Byte2Type>(strnlen(m_pachKeys[b2Index], UINT16_MAX));
+    return 1;
+}
+
 int PROPERTIES::GetKeyName(Byte2Type b2Index, char* pchKey) {
     if (b2Index >= m_b2PropertyCount || !pchKey) {
         return 0;

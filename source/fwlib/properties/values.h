@@ -27,12 +27,13 @@ namespace VESK {
 FWLIB_EXPORT int ParseNumber(const char* pchText, long long* pllValue);
 FWLIB_EXPORT int ParseNumber(const char* pchText, unsigned long long* pullValue);
 FWLIB_EXPORT int ParseReal(const char* pchText, double* pdValue);
+FWLIB_EXPORT int ParseReal(const char* pchText, float* pfValue);
 FWLIB_EXPORT int ParseFlag(const char* pchText, bool* pbValue); // 0 1 false true no yes off on
 
 enum : unsigned int { NumberTextSize = 32 };
 
-// Writes the shortest text that reads back as the same value into a buffer of NumberTextSize bytes. Returns 0, with an
-// empty text, for a value that is not finite.
+// Write the text with the fewest digits that reads back as the same value into a buffer of NumberTextSize bytes. It has an
+// exponent only below 0.00001 and from 1e15 on. Return 0, with an empty text, for a value that is not finite.
 FWLIB_EXPORT int FormatReal(double dValue, char* pchBuffer);
 FWLIB_EXPORT int FormatReal(float fValue, char* pchBuffer);
 
@@ -97,13 +98,7 @@ inline int ReadValue(const char* pchText, bool& bValue) {
 template <class Value>
 typename std::enable_if<std::is_floating_point<Value>::value, int>::type ReadValue(const char* pchText,
                                                                                    Value& Number) {
-    double d;
-    if (!ParseReal(pchText, &d) || d > static_cast<double>(std::numeric_limits<Value>::max()) ||
-        d < static_cast<double>(std::numeric_limits<Value>::lowest())) {
-        return 0;
-    }
-    Number = static_cast<Value>(d);
-    return 1;
+    return ParseReal(pchText, &Number);
 }
 template <class Value>
 typename std::enable_if<IsNumber<Value>::value, int>::type ReadValue(const char* pchText, Value& Number) {
