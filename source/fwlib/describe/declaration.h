@@ -135,11 +135,11 @@ public:
     template <class Owner, class Field>
     void Real(const char* pchKey, Field Owner::*pField, Same<Field> Default, Same<Field> Least,
               Same<Field> Most, const char* pchUnit, const char* pchMeaning) {
-        static_assert(std::is_floating_point<Field>::value, "Real fills a float or a double");
-        double d;
-        if (ReadReal(pchKey, &d, static_cast<double>(Default), static_cast<double>(Least),
-                     static_cast<double>(Most), pchUnit, pchMeaning)) {
-            m_pTarget->*pField = static_cast<Field>(d);
+        static_assert(std::is_same<Field, float>::value || std::is_same<Field, double>::value,
+                      "Real fills a float or a double");
+        Field Value;
+        if (ReadReal(pchKey, &Value, Default, Least, Most, pchUnit, pchMeaning)) {
+            m_pTarget->*pField = Value;
         }
     }
     template <class Owner, class Field>
