@@ -26,7 +26,7 @@ for file in "$@"; do
     ! grep -wE '(__)?(sprintf|st[rp]cpy|strcat|gets)(_chk)?' <<<"$wanted" || fault "$file" "writes without a bound"
 done
 if [ "$configuration" != Debug ]; then # clang++ checks only what takes a va_list, which the tool does not use
-    nm -D --undefined-only "$1" | grep -q '_chk@' || fault "$1" "nothing is fortified"
+    grep -q '_chk@' <<<"$(nm -D --undefined-only "$1")" || fault "$1" "nothing is fortified"
 fi
 [ $# -lt 2 ] || readelf -dW "$2" | grep -q '(FLAGS_1).*PIE' || fault "$2" "not a position-independent program"
 exit "$failed"

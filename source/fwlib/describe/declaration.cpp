@@ -82,8 +82,7 @@ template <class Number>
 int ReadWithin(Declared* pDeclared, DeclaredProperty* pNew, Number* pValue, Number Default, Number Least,
                Number Most) {
     const char* pchText;
-    const char* const pchFault = pNew ? DescribeNumber(*pNew, Default, Least, Most) : nullptr;
-    if (!Declare(pDeclared, pNew, pchFault, &pchText)) {
+    if (!pNew || !Declare(*pDeclared, pNew, DescribeNumber(*pNew, Default, Least, Most), &pchText)) {
         return 0;
     }
     *pValue = Default;
@@ -100,7 +99,7 @@ void DeclarePadsFrom(Declared* pDeclared, DeclaredPads Declared::*pPads, const c
         return;
     }
     unsigned long long ull;
-    if (ReadWithin(pDeclared, NewProperty(NumberProperty, pchKey, "pads", pchMeaning), &ull,
+    if (ReadWithin(pDeclared, NewProperty(pDeclared, NumberProperty, pchKey, "pads", pchMeaning), &ull,
                    static_cast<unsigned long long>(b4Default), 0ULL,
                    static_cast<unsigned long long>(LargestCapacity))) {
         (pDeclared->*pPads).b4Count = static_cast<Byte4Type>(ull);
@@ -148,27 +147,27 @@ int DeclarationBase::Finish() {
 int DeclarationBase::ReadSigned(const char* pchKey, long long* pllValue, long long llDefault,
                                 long long llLeast, long long llMost, const char* pchUnit,
                                 const char* pchMeaning) {
-    return ReadWithin(Of(m_pState), NewProperty(NumberProperty, pchKey, pchUnit, pchMeaning), pllValue,
-                      llDefault, llLeast, llMost);
+    return ReadWithin(Of(m_pState), NewProperty(Of(m_pState), NumberProperty, pchKey, pchUnit, pchMeaning),
+                      pllValue, llDefault, llLeast, llMost);
 }
 
 int DeclarationBase::ReadUnsigned(const char* pchKey, unsigned long long* pullValue,
                                   unsigned long long ullDefault, unsigned long long ullLeast,
                                   unsigned long long ullMost, const char* pchUnit, const char* pchMeaning) {
-    return ReadWithin(Of(m_pState), NewProperty(NumberProperty, pchKey, pchUnit, pchMeaning), pullValue,
-                      ullDefault, ullLeast, ullMost);
+    return ReadWithin(Of(m_pState), NewProperty(Of(m_pState), NumberProperty, pchKey, pchUnit, pchMeaning),
+                      pullValue, ullDefault, ullLeast, ullMost);
 }
 
 int DeclarationBase::ReadReal(const char* pchKey, double* pdValue, double dDefault, double dLeast,
                               double dMost, const char* pchUnit, const char* pchMeaning) {
-    return ReadWithin(Of(m_pState), NewProperty(RealProperty, pchKey, pchUnit, pchMeaning), pdValue, dDefault,
-                      dLeast, dMost);
+    return ReadWithin(Of(m_pState), NewProperty(Of(m_pState), RealProperty, pchKey, pchUnit, pchMeaning),
+                      pdValue, dDefault, dLeast, dMost);
 }
 
 int DeclarationBase::ReadReal(const char* pchKey, float* pfValue, float fDefault, float fLeast, float fMost,
                               const char* pchUnit, const char* pchMeaning) {
-    return ReadWithin(Of(m_pState), NewProperty(RealProperty, pchKey, pchUnit, pchMeaning), pfValue, fDefault,
-                      fLeast, fMost);
+    return ReadWithin(Of(m_pState), NewProperty(Of(m_pState), RealProperty, pchKey, pchUnit, pchMeaning),
+                      pfValue, fDefault, fLeast, fMost);
 }
 
 } // namespace VESK

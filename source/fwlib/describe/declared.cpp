@@ -26,41 +26,38 @@ int Refuse(Declared& cDeclared, const char* pchKey, const char* pchFault) {
 
 } // namespace
 
-DeclaredProperty* NewProperty(PropertyKind Kind, const char* pchKey, const char* pchUnit,
+DeclaredProperty* NewProperty(Declared* pDeclared, PropertyKind Kind, const char* pchKey, const char* pchUnit,
                               const char* pchMeaning) {
-    auto* const pNew = new (std::nothrow) DeclaredProperty();
-    if (pNew) {
-        pNew->pchKey = pchKey;
-        pNew->b4Kind = Kind;
-        pNew->pchUnit = pchUnit;
-        pNew->pchMeaning = pchMeaning ? pchMeaning : "";
+    if (!pDeclared) {
+        return nullptr;
     }
+    auto* const pNew = new (std::nothrow) DeclaredProperty();
+    if (!pNew) {
+        pDeclared->bNoMemory = true;
+        return nullptr;
+    }
+    pNew->pchKey = pchKey;
+    pNew->b4Kind = Kind;
+    pNew->pchUnit = pchUnit;
+    pNew->pchMeaning = pchMeaning ? pchMeaning : "";
     return pNew;
 }
 
-int Declare(Declared* pDeclared, DeclaredProperty* pNew, const char* pchFault, const char** ppchText) {
-    if (!pDeclared || !pNew) {
-        delete pNew;
-        if (pDeclared) {
-            pDeclared->bNoMemory = true;
-        }
-        return 0;
-    }
+int Declare(Declared& cDeclared, DeclaredProperty* pNew, const char* pchFault, const char** ppchText) {
     const char* const pchKey = pNew->pchKey;
-    if (pchKey && FindProperty(pDeclared->cProperties.Begin(), pchKey)) {
+    if (pchKey && FindProperty(cDeclared.cProperties.Begin(), pchKey)) {
         pchFault = "its key is declared twice";
     }
     if (!pchKey || *pchKey == '\0' || pchFault) {
-        Refuse(*pDeclared, pchKey, pchFault);
         delete pNew;
+        return Refuse(cDeclared, pchKey, pchFault);
+    }
+    if (!cDeclared.cProperties.Adopt(pNew)) {
+        cDeclared.bNoMemory = true;
         return 0;
     }
-    if (!pDeclared->cProperties.Adopt(pNew)) {
-        pDeclared->bNoMemory = true;
-        return 0;
-    }
-    *ppchText = pDeclared->pElement ? FindValue(pDeclared->pElement->m_cProperties, pchKey) : nullptr;
-    return pDeclared->pElement != nullptr;
+    *ppchText = cDeclared.pElement ? FindValue(cDeclared.pElement->m_cProperties, pchKey) : nullptr;
+    return cDeclared.pElement != nullptr;
 }
 
 const PropertyDescription* FindProperty(const PropertyDescription* const* ppProperties, const char* pchKey) {

@@ -73,14 +73,13 @@ inline Declared* Of(void* pState) {
     return static_cast<Declared*>(pState);
 }
 
-// A property with that description, owned by the caller; null when there is not enough memory.
-DeclaredProperty* NewProperty(PropertyKind Kind, const char* pchKey, const char* pchUnit,
+// A property with that description, owned by the caller until Declare; null when there is not enough memory.
+DeclaredProperty* NewProperty(Declared* pDeclared, PropertyKind Kind, const char* pchKey, const char* pchUnit,
                               const char* pchMeaning);
 
-// Adopts the property, unless it has a fault or its key is null, empty or declared before; that is reported. Returns 1
-// when an element is initialized: then *ppchText is the element's text, lent, or null when the property is missing.
-// pDeclared or pNew is null when there was not enough memory.
-int Declare(Declared* pDeclared, DeclaredProperty* pNew, const char* pchFault, const char** ppchText);
+// Adopts the property, unless it has a fault or its key is null, empty or declared before; then it is deleted and that is
+// reported. Returns 1 when an element is initialized: *ppchText is the element's text for it, lent, or null without one.
+int Declare(Declared& cDeclared, DeclaredProperty* pNew, const char* pchFault, const char** ppchText);
 
 // The first property with that key, lent; null if there is none.
 const PropertyDescription* FindProperty(const PropertyDescription* const* ppProperties, const char* pchKey);

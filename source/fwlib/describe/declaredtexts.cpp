@@ -36,6 +36,21 @@ int FindChoice(const char* pchText, const char* pchChoices, Byte4Type* pb4Index)
     }
 }
 
+// Stores the position of the default. Returns what is wrong with the declaration, or null.
+const char* FaultOfChoices(const char* pchDefault, const char* pchChoices, Byte4Type* pb4Index) {
+    if (!AreChoices(pchChoices)) {
+        return "there are no choices, or an empty one";
+    }
+    return pchDefault && !FindChoice(pchDefault, pchChoices, pb4Index)
+               ? "the default is not among the choices"
+               : nullptr;
+}
+
+// Whether the text fits a field of that size; 0: any text does.
+bool Fits(const char* pchText, Byte4Type b4Size) {
+    return b4Size == 0 || std::strlen(pchText) < b4Size;
+}
+
 int ReportChoice(Declared& cDeclared, const char* pchKey, const char* pchText, const char* pchAllowed) {
     cDeclared.bWrong = true;
     cDeclared.pElement->ErrorMessage("Initialize(): %s = %s: not one of %s\n", pchKey, pchText, pchAllowed);
@@ -67,66 +82,66 @@ int ReportMissing(Declared& cDeclared, const char* pchKey) {
 } // namespace
 
 int DeclarationBase::ReadFlag(const char* pchKey, bool* pbValue, bool bDefault, const char* pchMeaning) {
-    const char* pchText;
-    DeclaredProperty* const pNew = NewProperty(FlagProperty, pchKey, nullptr, pchMeaning);
-    if (pNew) {
-        pNew->pchDefault = bDefault ? "1" : "0";
+    Declared* const pDeclared = Of(m_pState);
+    DeclaredProperty* const pNew = NewProperty(pDeclared, FlagProperty, pchKey, nullptr, pchMeaning);
+    if (!pNew) {
+        return 0;
     }
-    if (!Declare(Of(m_pState), pNew, nullptr, &pchText)) {
+    const char* pchText;
+    pNew->pchDefault = bDefault ? "1" : "0";
+    if (!Declare(*pDeclared, pNew, nullptr, &pchText)) {
         return 0;
     }
     *pbValue = bDefault;
     return !pchText || ParseFlag(pchText, pbValue) ||
-           ReportChoice(*Of(m_pState), pchKey, pchText, "0, 1, false, true, no, yes, off, on");
+           ReportChoice(*pDeclared, pchKey, pchText, "0, 1, false, true, no, yes, off, on");
 }
 
 int DeclarationBase::ReadChoice(const char* pchKey, Byte4Type* pb4Index, const char* pchDefault,
                                 const char* pchChoices, const char* pchMeaning) {
-    const char* pchText;
-    DeclaredProperty* const pNew = NewProperty(ChoiceProperty, pchKey, nullptr, pchMeaning);
-    const char* pchFault = nullptr;
-    if (!AreChoices(pchChoices)) {
-        pchFault = "there are no choices, or an empty one";
-    } else if (pchDefault && !FindChoice(pchDefault, pchChoices, pb4Index)) {
-        pchFault = "the default is not among the choices";
-    }
-    if (pNew) {
-        pNew->pchDefault = pchDefault;
-        pNew->b4Required = !pchDefault;
-        pNew->pchChoices = pchChoices;
-    }
-    if (!Declare(Of(m_pState), pNew, pchFault, &pchText)) {
+    Declared* const pDeclared = Of(m_pState);
+    DeclaredProperty* const pNew = NewProperty(pDeclared, ChoiceProperty, pchKey, nullptr, pchMeaning);
+    if (!pNew) {
         return 0;
     }
-    if (!pchText && !pchDefault) {
-        return ReportMissing(*Of(m_pState), pchKey);
+    const char* pchText;
+    pNew->pchDefault = pchDefault;
+    pNew->b4Required = !pchDefault;
+    pNew->pchChoices = pchChoices;
+    if (!Declare(*pDeclared, pNew, FaultOfChoices(pchDefault, pchChoices, pb4Index), &pchText)) {
+        return 0;
     }
-    if (!pchText || FindChoice(pchText, pchChoices, pb4Index)) {
+    if (!pchText) {
+        return pchDefault || ReportMissing(*pDeclared, pchKey);
+    }
+    if (FindChoice(pchText, pchChoices, pb4Index)) {
         return 1;
     }
     char* const pchList = ListChoices(pchChoices);
-    ReportChoice(*Of(m_pState), pchKey, pchText, pchList ? pchList : pchChoices);
+    ReportChoice(*pDeclared, pchKey, pchText, pchList ? pchList : pchChoices);
     std::free(pchList);
     return 0;
 }
 
 int DeclarationBase::ReadText(const char* pchKey, PropertyKind Kind, const char** ppchValue,
                               const char* pchDefault, Byte4Type b4Size, const char* pchMeaning) {
-    DeclaredProperty* const pNew = NewProperty(Kind, pchKey, nullptr, pchMeaning);
-    const bool bLong = b4Size > 0 && pchDefault && std::strlen(pchDefault) >= b4Size;
-    if (pNew) {
-        pNew->pchDefault = pchDefault;
-        pNew->b4Required = !pchDefault;
+    Declared* const pDeclared = Of(m_pState);
+    DeclaredProperty* const pNew = NewProperty(pDeclared, Kind, pchKey, nullptr, pchMeaning);
+    if (!pNew) {
+        return 0;
     }
-    if (!Declare(Of(m_pState), pNew, bLong ? "the default is too long" : nullptr, ppchValue)) {
+    pNew->pchDefault = pchDefault;
+    pNew->b4Required = !pchDefault;
+    const bool bFits = !pchDefault || Fits(pchDefault, b4Size);
+    if (!Declare(*pDeclared, pNew, bFits ? nullptr : "the default is too long", ppchValue)) {
         return 0;
     }
     if (!*ppchValue) {
         *ppchValue = pchDefault;
-        return pchDefault || ReportMissing(*Of(m_pState), pchKey);
+        return pchDefault || ReportMissing(*pDeclared, pchKey);
     }
-    if (b4Size > 0 && std::strlen(*ppchValue) >= b4Size) {
-        Of(m_pState)->bWrong = true;
+    if (!Fits(*ppchValue, b4Size)) {
+        pDeclared->bWrong = true;
         m_pElement->ErrorMessage("Initialize(): %s = %s: longer than %u characters\n", pchKey, *ppchValue,
                                  b4Size - 1);
         return 0;
