@@ -8,6 +8,7 @@
 #include "fwlib/framework/framework.h"
 #include "fwlib/pipeline/epipeline.h"
 #include "fwlib/streams/sfileread.h"
+#include "fwlib/version.h"
 
 #include <new>
 
@@ -34,6 +35,10 @@ const VESK::PluginDescription* GetPluginDescription() {
 }
 
 namespace VESK {
+
+Byte4Type GetVersion() {
+    return FWLIB_VERSION;
+}
 
 void Pullin() {
     new (std::nothrow) FRAMEWORK;

@@ -2,12 +2,14 @@
 #include "fwlib/framework/plugin.h"
 
 #include "fwlib/elements/watch.h"
+#include "fwlib/framework/description.h"
 #include "fwlib/framework/entry.h"
 #include "fwlib/framework/factory.h"
 #include "fwlib/framework/guarded.h"
 #include "fwlib/framework/say.h"
 #include "fwlib/internal/textcopy.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
+#include "fwlib/version.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -21,6 +23,7 @@ namespace VESK {
 namespace {
 
 using EntryPoint = Factory* (*)();
+using Describe = const PluginDescription* (*)();
 
 constexpr const char* OwnFileName = "libfwlib.so";
 
@@ -88,6 +91,17 @@ void* OpenObject(const char* pchPath) {
 bool IsBorrowed(EntryPoint pEntry, void* pHandle) {
     link_map* pMap = nullptr;
     return dlinfo(pHandle, RTLD_DI_LINKMAP, &pMap) == 0 && pMap != ObjectOf(pEntry);
+}
+
+// Before version 1.0 the interface may differ between minor versions.
+void WarnOfVersion(FWPLUGIN& cPlugin) {
+    const PluginDescription* const pDescription = cPlugin.GetDescription();
+    const Byte4Type b4Theirs = pDescription ? pDescription->b4LibraryVersion / 100 : FWLIB_VERSION / 100;
+    if (b4Theirs != FWLIB_VERSION / 100) {
+        SayWarning(cPlugin.m_pFramework,
+                   "FWPLUGIN: Warning: %s was compiled for fwlib %u.%u, this is %u.%u.\n", cPlugin.m_achPath,
+                   b4Theirs / 100, b4Theirs % 100, FWLIB_VERSION_MAJOR, FWLIB_VERSION_MINOR);
+    }
 }
 
 void Close(FWPLUGIN& cPlugin) {
@@ -160,8 +174,20 @@ int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
         SayError(pFramework, "FWPLUGIN: Error: Could not get factory.\n");
         return 0;
     }
+    WarnOfVersion(*this);
     Guarded(pFramework, m_achPath, [&] { return m_pFactory->Initialize(pFramework); });
     return 1;
+}
+
+const PluginDescription* FWPLUGIN::GetDescription() {
+    void* const pSymbol = m_pHandle ? dlsym(m_pHandle, "GetPluginDescription") : nullptr;
+    if (!pSymbol || IsBorrowed(reinterpret_cast<EntryPoint>(pSymbol), m_pHandle)) {
+        return nullptr;
+    }
+    const PluginDescription* const pDescription =
+        Guarded(m_pFramework, m_achPath, reinterpret_cast<Describe>(pSymbol));
+    return pDescription && pDescription->b4Version == PluginDescription::CurrentVersion ? pDescription
+                                                                                        : nullptr;
 }
 
 } // namespace VESK

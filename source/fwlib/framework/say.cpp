@@ -141,6 +141,13 @@ void SayError(const FRAMEWORK* pFramework, const char* pchFormat, ...) {
     va_end(Values);
 }
 
+void SayWarning(const FRAMEWORK* pFramework, const char* pchFormat, ...) {
+    va_list Values;
+    va_start(Values, pchFormat);
+    Say({pFramework, WarningMessageKind, 2, nullptr, 0, "", "", false}, pchFormat, Values);
+    va_end(Values);
+}
+
 void SayErrorOnOutput(const FRAMEWORK* pFramework, const char* pchFormat, ...) {
     va_list Values;
     va_start(Values, pchFormat);

@@ -31,6 +31,7 @@ void Say(const Saying& cSaying, const char* pchFormat, va_list Values) FWLIB_PRI
 // on standard output.
 void SayStep(const FRAMEWORK* pFramework, const char* pchFormat, ...) FWLIB_PRINTF(2, 3);
 void SayError(const FRAMEWORK* pFramework, const char* pchFormat, ...) FWLIB_PRINTF(2, 3);
+void SayWarning(const FRAMEWORK* pFramework, const char* pchFormat, ...) FWLIB_PRINTF(2, 3);
 void SayErrorOnOutput(const FRAMEWORK* pFramework, const char* pchFormat, ...) FWLIB_PRINTF(2, 3);
 
 // What an element prints as its output: a complete line.
