@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/elements/eobject.h"
 
+#include "fwlib/elements/endtable.h"
 #include "fwlib/elements/pad.h"
+#include "fwlib/elements/qobject.h"
 #include "fwlib/elements/watch.h"
 #include "fwlib/framework/framework.h"
 #include "fwlib/framework/say.h"
@@ -11,6 +13,7 @@
 #include "fwlib/text.h"
 
 #include <cstdarg>
+#include <ctime>
 
 namespace VESK {
 
@@ -19,6 +22,7 @@ __thread ThreadBuild cThreadBuild __attribute__((tls_model("initial-exec")));
 
 namespace {
 
+constexpr Byte4Type WaitSlice = 100; // milliseconds between two tests of Wait
 constexpr Byte2Type MisuseTextSize = 64; // for the type name that EObject::Run reports
 
 template <class Pad>
@@ -27,6 +31,21 @@ void DeletePads(Pad** ppPads, Byte2Type b2Count) {
         delete ppPads[b4];
     }
     fwfree(ppPads);
+}
+
+timespec Later(timespec Time, Byte4Type b4Milliseconds) {
+    constexpr long Second = 1'000'000'000; // in nanoseconds
+    Time.tv_sec += static_cast<std::time_t>(b4Milliseconds / 1000);
+    Time.tv_nsec += static_cast<long>(b4Milliseconds % 1000) * 1'000'000;
+    if (Time.tv_nsec >= Second) {
+        ++Time.tv_sec;
+        Time.tv_nsec -= Second;
+    }
+    return Time;
+}
+
+bool Before(const timespec& Time, const timespec& Other) {
+    return Time.tv_sec < Other.tv_sec || (Time.tv_sec == Other.tv_sec && Time.tv_nsec < Other.tv_nsec);
 }
 
 } // namespace
@@ -46,6 +65,7 @@ EObject::EObject()
 EObject::~EObject() {
     Unwatch(this);
     ForgetElement(this);
+    ForgetEnd(this);
     DeletePads(m_ppSinkPads, m_b2SinkPadCount);
     DeletePads(m_ppSourcePads, m_b2SourcePadCount);
 }
@@ -116,6 +136,46 @@ void EObject::ErrorMessage(const char* pchFormat, ...) {
     va_start(Values, pchFormat);
     m_pFramework->ErrorMessage(this, pchFormat, Values);
     va_end(Values);
+}
+
+void EObject::RequestEnd() {
+    if (m_pFramework) {
+        m_pFramework->RequestEnd();
+    }
+}
+
+int EObject::EndRequested() {
+    return m_pFramework ? m_pFramework->EndRequested() : 0;
+}
+
+int EObject::Wait(Byte4Type b4Milliseconds) {
+    timespec Now;
+    clock_gettime(CLOCK_MONOTONIC, &Now);
+    const timespec End = Later(Now, b4Milliseconds);
+    while (!EndRequested()) {
+        clock_gettime(CLOCK_MONOTONIC, &Now);
+        if (!Before(Now, End)) {
+            return 1;
+        }
+        const timespec Next = Later(Now, WaitSlice);
+        clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, Before(Next, End) ? &Next : &End, nullptr);
+    }
+    return 0;
+}
+
+int EObject::SendEOF() {
+    QEOF cEnd;
+    if (cEnd.m_cProperties.m_b2PropertyCount == 0) { // no memory for the type
+        return 0;
+    }
+    int iAll = 1;
+    for (Byte4Type b4 = 0; b4 < GetSourcePadCount(); ++b4) {
+        SOURCEPAD* const pPad = GetSourcePad(static_cast<Byte2Type>(b4));
+        if (pPad && pPad->m_pSinkPad) {
+            iAll = pPad->Push(&cEnd) == 1 && iAll;
+        }
+    }
+    return iAll;
 }
 
 } // namespace VESK

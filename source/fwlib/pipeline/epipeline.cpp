@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/pipeline/epipeline.h"
 
+#include "fwlib/elements/endtable.h"
 #include "fwlib/elements/pad.h"
 #include "fwlib/framework/failurewatch.h"
 #include "fwlib/framework/say.h"
@@ -89,6 +90,7 @@ EPipeline::~EPipeline() {
     for (int i = 0; i < m_iElementCount; ++i) {
         // The element's destructor does this too, but may belong to a plugin with its own copy of the library.
         ForgetElement(m_ppElements[i]);
+        ForgetEnd(m_ppElements[i]);
         delete m_ppElements[i];
     }
     fwfree(m_ppElements);

@@ -83,7 +83,10 @@ public:
     // To be called when the pipeline will not run again, also after a failed run: tells every element that wants to know
     // (elements/runsend.h), those of nested pipelines included, in the order in which objects reach them: after all
     // elements that can send to it, through the connections as they are now; within a loop in the order of the file. Each
-    // is told, whatever others return. Returns 1 when all of them returned 1. A second call tells them again.
+    // is told, whatever others return, and at most once in a call. Returns 1 when all of them returned 1. A second call
+    // tells them again. Without enough memory for the order, all are told in the order of the file; that is reported on
+    // standard error, and the result is 0. A call by an element that is being told tells only elements that the outer call
+    // does not tell.
     int EndRuns();
 
     // The element as a pipeline, or null when it is none; null for null. Needs no run-time type information. A subclass
