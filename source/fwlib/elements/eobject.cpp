@@ -22,7 +22,7 @@ __thread ThreadBuild cThreadBuild __attribute__((tls_model("initial-exec")));
 
 namespace {
 
-constexpr Byte4Type WaitSlice = 100; // milliseconds between two tests of Wait
+constexpr Byte4Type WaitSlice = 100;     // milliseconds between two tests of Wait
 constexpr Byte2Type MisuseTextSize = 64; // for the type name that EObject::Run reports
 
 template <class Pad>

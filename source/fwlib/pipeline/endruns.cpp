@@ -183,8 +183,8 @@ private:
         }
     }
 
-    EndEntry* m_pHeld = nullptr; // the last one first
-    EndEntry* m_pOpen = nullptr; // the last one first
+    EndEntry* m_pHeld = nullptr;  // the last one first
+    EndEntry* m_pOpen = nullptr;  // the last one first
     EndEntry* m_pLoops = nullptr; // in the order of the deliveries
     Byte4Type m_b4Visited = 0;
     bool m_bComplete = true; // every element has an entry
@@ -195,8 +195,8 @@ private:
 EPipeline* EPipeline::From(EObject* pElement) {
     static const Table pClass = TableOf(EPipeline());
     const Table pTable = pElement ? TableOf(*pElement) : nullptr;
-    const bool bInherits = pTable && (pTable[RunSlot] == pClass[RunSlot] ||
-                                      pTable[InitializeSlot] == pClass[InitializeSlot]);
+    const bool bInherits =
+        pTable && (pTable[RunSlot] == pClass[RunSlot] || pTable[InitializeSlot] == pClass[InitializeSlot]);
     return bInherits ? static_cast<EPipeline*>(pElement) : nullptr;
 }
 
