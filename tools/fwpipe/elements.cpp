@@ -32,11 +32,6 @@ bool Has(const VESK::EObject* pElement, Slot First, Slot Second) {
 
 } // namespace
 
-VESK::EPipeline* AsPipeline(VESK::EObject* pElement) {
-    return Has<VESK::EPipeline>(pElement, RunSlot, InitializeSlot) ? static_cast<VESK::EPipeline*>(pElement)
-                                                                   : nullptr;
-}
-
 VESK::EDeserialize* AsReplay(VESK::EObject* pElement) {
     return Has<VESK::EDeserialize>(pElement, RunSlot, InitializeSlot)
                ? static_cast<VESK::EDeserialize*>(pElement)
@@ -67,7 +62,7 @@ void ForEach(VESK::EPipeline& cPipeline, const std::function<void(VESK::EObject&
     for (int i = 0; i < cPipeline.m_iElementCount; ++i) {
         VESK::EObject* const pElement = cPipeline.m_ppElements[i];
         cCall(*pElement);
-        if (VESK::EPipeline* const pNested = AsPipeline(pElement)) {
+        if (VESK::EPipeline* const pNested = VESK::EPipeline::From(pElement)) {
             ForEach(*pNested, cCall);
         }
     }
@@ -77,7 +72,7 @@ bool Has(const VESK::EPipeline& cPipeline, const VESK::EObject* pElement) {
     return std::any_of(cPipeline.m_ppElements, cPipeline.m_ppElements + cPipeline.m_iElementCount,
                        [pElement](VESK::EObject* pOther) {
                            const VESK::EPipeline* const pNested =
-                               pOther == pElement ? nullptr : AsPipeline(pOther);
+                               pOther == pElement ? nullptr : VESK::EPipeline::From(pOther);
                            return pOther == pElement || (pNested && Has(*pNested, pElement));
                        });
 }
@@ -89,7 +84,7 @@ VESK::EObject* Originator(VESK::EPipeline& cPipeline) {
         if (!pSink || !Has(*pPipeline, pSink)) {
             return nullptr;
         }
-        VESK::EPipeline* const pNested = AsPipeline(pSink);
+        VESK::EPipeline* const pNested = VESK::EPipeline::From(pSink);
         if (!pNested) {
             return pSink;
         }

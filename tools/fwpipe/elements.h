@@ -17,8 +17,7 @@ class EPipeline;
 
 namespace FwPipe {
 
-// The element as an object of that class, or null. A subclass that overrides both Initialize and Run is not recognized.
-VESK::EPipeline* AsPipeline(VESK::EObject* pElement);
+// The element as an EDeserialize, or null. A subclass that overrides both Initialize and Run is not recognized.
 VESK::EDeserialize* AsReplay(VESK::EObject* pElement);
 
 // Whether the element is an ESerialize, a subclass of it, or has the type name ESerialize.

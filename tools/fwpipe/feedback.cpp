@@ -26,7 +26,7 @@ std::vector<Node> Connected(VESK::EPipeline& cPipeline) {
     std::vector<Node> cNodes;
     std::unordered_map<const VESK::SINKPAD*, std::size_t> cOwners;
     ForEach(cPipeline, [&](VESK::EObject& cElement) {
-        if (!AsPipeline(&cElement)) {
+        if (!VESK::EPipeline::From(&cElement)) {
             const VESK::Byte4Type b4Pads = cElement.GetSinkPadCount();
             for (VESK::Byte4Type b4 = 0; b4 < b4Pads; ++b4) {
                 cOwners.emplace(cElement.GetSinkPad(static_cast<VESK::Byte2Type>(b4)), cNodes.size());

@@ -3,9 +3,12 @@
 
 #include "heldoutput.h"
 
+#include <fwlib/fwlib.h>
+
 #include <cerrno>
 #include <csignal>
 #include <ctime>
+#include <new>
 
 namespace FwPipe {
 
@@ -70,6 +73,31 @@ void CatchInterrupts() {
 
 int Interrupt() {
     return iInterrupt;
+}
+
+EndRequests::EndRequests(VESK::FRAMEWORK& cFramework) : m_cFramework(cFramework) {
+    if (!m_cFramework.SetEndQuery(Answer, this)) {
+        throw std::bad_alloc();
+    }
+}
+
+EndRequests::~EndRequests() {
+    m_cFramework.SetEndQuery(nullptr, nullptr);
+}
+
+bool EndRequests::Any() {
+    m_bOwnQuestion = true;
+    const bool bAny = m_cFramework.EndRequested() != 0;
+    m_bOwnQuestion = false;
+    return bAny;
+}
+
+int EndRequests::Answer(void* pThis) {
+    if (!static_cast<const EndRequests*>(pThis)->m_bOwnQuestion) {
+        static const bool bCaught = (CatchInterrupts(), true);
+        static_cast<void>(bCaught);
+    }
+    return Interrupt() != 0;
 }
 
 } // namespace FwPipe

@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: MIT
-// SIGINT, SIGTERM and SIGHUP as a request to end a loop.
+// SIGINT, SIGTERM and SIGHUP as a request to end the runs.
 #ifndef FWPIPE_INTERRUPT_H
 #define FWPIPE_INTERRUPT_H
+
+#include <atomic>
+
+namespace VESK {
+class FRAMEWORK;
+}
 
 namespace FwPipe {
 
@@ -13,6 +19,24 @@ void CatchInterrupts();
 
 // The number of the signal received first, or 0.
 int Interrupt();
+
+// Requests of a framework's elements to end the runs, and their questions whether the host wants that: it does after a
+// signal. Signals are caught from the first question on, so that a run without questions is ended by a signal at once.
+class EndRequests {
+public:
+    explicit EndRequests(VESK::FRAMEWORK& cFramework); // lent
+    ~EndRequests();
+    EndRequests(const EndRequests&) = delete;
+    EndRequests& operator=(const EndRequests&) = delete;
+
+    bool Any(); // whether an element has requested the end, or a signal has arrived
+
+private:
+    static int Answer(void* pThis);
+
+    VESK::FRAMEWORK& m_cFramework;
+    std::atomic<bool> m_bOwnQuestion = false;
+};
 
 } // namespace FwPipe
 

@@ -29,6 +29,12 @@ public:
         return iTaken;
     }
 
+    // Through these, EndRuns finds the elements that receive the objects.
+    VESK::Byte2Type GetSourcePadCount() override { return 1; }
+    VESK::SOURCEPAD* GetSourcePad(VESK::Byte2Type b2Position) override {
+        return b2Position == 0 ? &m_cOnward : nullptr;
+    }
+
     bool Feeds(const VESK::SOURCEPAD& cFrom) const { return cFrom.m_pSinkPad == &m_cSinkPad; }
     VESK::SINKPAD* Onward() const { return m_cOnward.m_pSinkPad; }
     const Deliveries& Counted() const { return m_cCounted; }

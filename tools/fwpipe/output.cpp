@@ -70,8 +70,12 @@ bool OutputArrived() {
     if (SendOn()) {
         return true;
     }
-    const char* const pchReason = iFailure ? std::strerror(iFailure) : "an earlier write failed";
-    std::fprintf(stderr, "fwpipe: standard output could not be written: %s\n", pchReason);
+    static bool bTold = false;
+    if (!bTold) {
+        const char* const pchReason = iFailure ? std::strerror(iFailure) : "an earlier write failed";
+        std::fprintf(stderr, "fwpipe: standard output could not be written: %s\n", pchReason);
+    }
+    bTold = true;
     return false;
 }
 

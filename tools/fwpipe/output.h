@@ -18,7 +18,8 @@ void PrepareStreams();
 bool Print(const std::string& cText);
 bool SendOn();
 
-// Flushes standard output. Returns false, after a line on standard error, if not everything could be written.
+// Flushes standard output. Returns false if not everything could be written; the first time with a line on standard
+// error.
 bool OutputArrived();
 
 // Whether something was printed since the last call, if standard output is a terminal; otherwise false.

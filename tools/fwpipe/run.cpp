@@ -52,13 +52,15 @@ const char* const Examples = R"(Examples:
   fwpipe run --keep record.pipe              does not replace a recording
 
 Exit status:
-  0         success; with --drain, also when a run returned 0 because there was no more data
-  1         a step returned 0, an element reported an error, objects were refused, a replay ended before the end of
-            its data, a recorder would write a file that another element uses, or standard output could not be
-            written
+  0         success; with --drain, also when a run returned 0 because there was no more data; also when an element
+            requested the end of the runs
+  1         a step returned 0, an element reported an error or could not end, objects were refused, a replay ended
+            before the end of its data, a recorder would write a file that another element uses, or standard output
+            could not be written
   2         wrong usage
   129, 130, 143
-            ended by SIGHUP, SIGINT or SIGTERM; the first signal ends a loop after the current run, a second at once
+            ended by SIGHUP, SIGINT or SIGTERM; the first signal ends a loop after the current run, a second at once.
+            Elements that ask for the end notice the first one, also in a single run
   128 + N   an element received the fatal signal N, for example 139 for SIGSEGV
 )";
 
@@ -83,61 +85,101 @@ int BuildQuietly(Options& cOptions, VESK::EPipeline& cPipeline) {
 }
 
 // The exit status after a step; ExitDone: continue. A signal explains a failure, so it is checked first.
-int Judge(int iResult, bool bArrived, const std::string& cComplaint) {
-    if (Interrupt()) {
-        return ExitSignal + Interrupt();
-    }
-    if (!iResult) {
-        std::fprintf(stderr, "fwpipe: %s\n", cComplaint.c_str());
-    }
-    return iResult && bArrived ? ExitDone : ExitFailed;
+int StatusOf(int iResult, bool bArrived) {
+    return Interrupt() ? ExitSignal + Interrupt() : iResult && bArrived ? ExitDone : ExitFailed;
 }
 
-// Runs as often as requested, until a run returns 0, output is lost or a signal arrives.
-int Loop(const Options& cOptions, VESK::EPipeline& cPipeline, const Origin& cOrigin) {
-    const Report cReport(cOptions.bReport);
+void TellFailure(const std::string& cWhat) {
+    std::fprintf(stderr, "fwpipe: %s failed\n", cWhat.c_str());
+}
+
+int Judge(int iResult, bool bArrived, const std::string& cWhat) {
+    if (!iResult && !Interrupt()) {
+        TellFailure(cWhat);
+    }
+    return StatusOf(iResult, bArrived);
+}
+
+struct Outcome {
+    unsigned long long ullRuns = 0; // that returned 1
+    bool bFailed = false;           // the last run returned 0, not because the data had ended
+    int iStatus = ExitFailed;       // also when an element throws
+};
+
+// Runs as often as requested, until a run returns 0, output is lost, a signal arrives or an element requests the end.
+void Loop(const Options& cOptions, VESK::EPipeline& cPipeline, const Origin& cOrigin, EndRequests& cRequests,
+          Outcome& cOutcome) {
     ReplayProgress cProgress(cOptions.bDrain, cPipeline, cOrigin);
-    unsigned long long ull = 0;
-    while (cOptions.bDrain || ull < cOptions.ullRepeat) {
+    while ((cOptions.bDrain || cOutcome.ullRuns < cOptions.ullRepeat) && !cRequests.Any()) {
         const int iResult = cPipeline.Run();
-        const bool bDrained = cOptions.bDrain && !iResult;
+        const bool bDrained = !iResult && (cOptions.bDrain || cRequests.Any());
         const bool bArrived = OutputArrived();
-        if (iResult && bArrived && !Interrupt()) {
-            cProgress.Ran(++ull);
-            continue;
+        cOutcome.ullRuns += iResult ? 1 : 0;
+        if (!iResult || !bArrived || Interrupt()) {
+            cOutcome.iStatus = StatusOf(iResult || bDrained, bArrived);
+            cOutcome.bFailed = !iResult && !bDrained && !Interrupt();
+            return;
         }
-        cProgress.Stop();
-        cReport.Tell(ull + (iResult ? 1 : 0), cOrigin);
-        return Judge(iResult || bDrained, bArrived,
-                     "run " + std::to_string(ull + 1) + " of " + cOptions.cFile + " failed");
+        cProgress.Ran(cOutcome.ullRuns);
     }
-    cReport.Tell(ull, cOrigin);
-    return ExitDone;
+    cOutcome.iStatus = StatusOf(1, true);
 }
 
-// With --drain, a refused object ends a replay too; the exit status is then that for refused objects.
-int RunAll(const Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin) {
-    const OriginWatch cWatch(cOrigin, cPipeline);
-    const int iStatus = Loop(cOptions, cPipeline, cOrigin);
+// Tells the elements that there are no more runs. Returns false after a report.
+bool End(const Options& cOptions, VESK::EPipeline& cPipeline) {
+    int iEnded = 0;
+    if (Guarded([&] { iEnded = cPipeline.EndRuns(); }) && !iEnded) {
+        TellFailure("ending " + cOptions.cFile);
+    }
+    return OutputArrived() && iEnded;
+}
+
+// Reports on runs that no element ended by an exception. With --drain, a refused object ends a replay too; the exit
+// status is then that for refused objects.
+int TellRuns(const Options& cOptions, const VESK::EPipeline& cPipeline, const Origin& cOrigin,
+             const Outcome& cRuns, bool bRequested) {
+    if (cRuns.bFailed) {
+        TellFailure("run " + std::to_string(cRuns.ullRuns + 1) + " of " + cOptions.cFile);
+    }
     const bool bIgnored = cOptions.bIgnoreRefused && cOrigin.Counted().ullRefused > 0;
-    const bool bLost = iStatus == ExitDone && TellRest(cOptions.Runs(), cPipeline, cOrigin) && !bIgnored;
-    return bLost ? ExitFailed : iStatus;
+    const bool bLost = cRuns.iStatus == ExitDone && !bRequested &&
+                       TellRest(cOptions.Runs(), cPipeline, cOrigin) && !bIgnored;
+    return bLost ? ExitFailed : cRuns.iStatus;
 }
 
-int Steps(Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin) {
+int RunAll(const Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin, EndRequests& cRequests) {
+    const OriginWatch cWatch(cOrigin, cPipeline);
+    const Report cReport(cOptions.bReport);
+    Outcome cRuns;
+    const bool bRan = Guarded([&] { Loop(cOptions, cPipeline, cOrigin, cRequests, cRuns); });
+    const bool bRequested = cRequests.Any();
+    const bool bEnded = End(cOptions, cPipeline);
+    if (!bRan) {
+        return ExitFailed;
+    }
+    cReport.Tell(cRuns.ullRuns, cOrigin);
+    const int iStatus = TellRuns(cOptions, cPipeline, cOrigin, cRuns, bRequested);
+    return Interrupt() ? ExitSignal + Interrupt() : bEnded ? iStatus : ExitFailed;
+}
+
+int Steps(Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin, EndRequests& cRequests) {
     const int iBuilt = cOptions.bQuiet ? BuildQuietly(cOptions, cPipeline) : Build(cOptions, cPipeline);
-    int iStatus = Judge(iBuilt, OutputArrived(), "building " + cOptions.cFile + " failed");
+    int iStatus = Judge(iBuilt, OutputArrived(), "building " + cOptions.cFile);
     if (iStatus == ExitDone && !PrepareRecorders(cOptions.cRecorders, cPipeline)) {
         iStatus = ExitFailed;
     }
-    if (iStatus == ExitDone) {
-        const int iInitialized = InitializeNoting(cPipeline);
-        iStatus = Judge(iInitialized, OutputArrived(), "initializing " + cOptions.cFile + " failed");
+    if (iStatus != ExitDone) {
+        return iStatus;
     }
+    const int iInitialized = InitializeNoting(cPipeline);
+    iStatus = Judge(iInitialized, OutputArrived(), "initializing " + cOptions.cFile);
     if (iStatus == ExitDone) {
         WarnOfFeedback(cPipeline);
         WatchElements(cPipeline);
-        iStatus = RunAll(cOptions, cPipeline, cOrigin);
+        return RunAll(cOptions, cPipeline, cOrigin, cRequests);
+    }
+    if (iInitialized) {
+        End(cOptions, cPipeline);
     }
     return iStatus;
 }
@@ -149,12 +191,13 @@ int Run(Options& cOptions) {
     CatchFaults();
     VESK::FRAMEWORK cFramework;
     cFramework.SetProperty(VESK::Key::EndErrorLines, 1, VESK::Section::Standard); // as other lines follow
+    EndRequests cRequests(cFramework);
     Origin cOrigin;
     int iStatus = ExitFailed;
     {
         VESK::EPipeline cPipeline; // destroyed before the framework, which unloads the code of its elements
         cPipeline.m_pFramework = &cFramework;
-        Guarded([&] { iStatus = Steps(cOptions, cPipeline, cOrigin); });
+        Guarded([&] { iStatus = Steps(cOptions, cPipeline, cOrigin, cRequests); });
         NoteDestruction(cPipeline);
     }
     if (iStatus == ExitDone && cFramework.m_bError) {
