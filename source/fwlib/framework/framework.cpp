@@ -192,34 +192,6 @@ int FRAMEWORK::AddFactory(Factory* pFactory) {
     return pPlugin.release()->Initialize(this);
 }
 
-void FRAMEWORK::RequestEnd() {
-    if (FrameworkExtras* const pExtras = ExtrasOf(this)) {
-        pExtras->iEndRequested = 1;
-    }
-}
-
-void FRAMEWORK::ResetEnd() {
-    if (FrameworkExtras* const pExtras = ExtrasOf(this)) {
-        pExtras->iEndRequested = 0;
-    }
-}
-
-int FRAMEWORK::EndRequested() {
-    const FrameworkExtras* const pExtras = ExtrasOf(this);
-    return pExtras &&
-           (pExtras->iEndRequested || (pExtras->pEndQuery && pExtras->pEndQuery(pExtras->pEndContext)));
-}
-
-int FRAMEWORK::SetEndQuery(int (*pQuery)(void* pContext), void* pContext) {
-    FrameworkExtras* const pExtras = ExtrasOf(this);
-    if (!pExtras) {
-        return 0;
-    }
-    pExtras->pEndQuery = pQuery;
-    pExtras->pEndContext = pContext;
-    return 1;
-}
-
 PLUGIN* FRAMEWORK::LoadPlugin(char* pchPath) {
     std::unique_ptr<PLUGIN> pPlugin(new (std::nothrow)
                                         FWPLUGIN(pchPath)); // also deleted if Initialize ends the thread
