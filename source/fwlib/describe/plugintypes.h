@@ -37,10 +37,12 @@ public:
     }
 
 private:
+    static bool IsNamed(const char* pchName, const char* pchType) {
+        return pchName && pchType && std::strcmp(pchName, pchType) == 0;
+    }
     template <class Base>
     static Base* CreateAs(std::true_type, const char* pchType) {
-        const char* const pchName = T::TypeName;
-        if (!pchName || !pchType || std::strcmp(pchName, pchType) != 0) {
+        if (!IsNamed(T::TypeName, pchType)) {
             return nullptr;
         }
         T* const pObject = new (std::nothrow) T;
