@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace {
 
@@ -131,6 +132,14 @@ TEST(Recording, AnAdoptedStreamKeepsItsPosition) {
     }
 }
 
+struct QInterrupted : QObject {
+    int Serialize(SWrite* pWriter) override {
+        QObject::Serialize(pWriter);
+        const int file = fileno(reinterpret_cast<std::FILE*>(static_cast<SFileWrite*>(pWriter)->m_pFile));
+        return write(file, "host\n", 5) == 5 && QObject::Serialize(pWriter);
+    }
+};
+
 TEST(Recording, WhatAHostWritesIntoTheRecordersFileKeepsItsPlace) {
     const Scratch scratch;
     for (const char* const strict : BothWays) {
@@ -141,6 +150,17 @@ TEST(Recording, WhatAHostWritesIntoTheRecordersFileKeepsItsPlace) {
         }
         EXPECT_EQ(FileText(scratch.Path("objects")), "before " + Object);
     }
+    // Past stdio and within an object that does not fit: nothing of the host's is removed, and nothing more is stored.
+    Recorder recorder("0", scratch.Path("objects"));
+    EXPECT_EQ(recorder.Arrive(), "1 ");
+    const SizeLimit limit(5 * Object.size() / 2);
+    QInterrupted interrupted;
+    EXPECT_NE(Told([&] { return recorder.element.DataArrived(&interrupted, 0); }).find("Unable to store"),
+              std::string::npos);
+    const std::string all = Object + Object + "host\n" + Object;
+    EXPECT_EQ(FileText(scratch.Path("objects")), all.substr(0, limit.size));
+    EXPECT_EQ(recorder.Arrive(), "1 ");
+    EXPECT_EQ(FileText(scratch.Path("objects")), all.substr(0, limit.size));
 }
 
 TEST(Recording, AStreamThatIsNoFileOfTheSystemsTakesWhatFits) {

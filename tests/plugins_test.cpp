@@ -69,7 +69,8 @@ TEST(PluginsDeathTest, DebugBuildsEndWhenTheCodeOfALivingElementGoes) {
 #ifdef NDEBUG
     EXPECT_EXIT(Outlive(), testing::ExitedWithCode(0), "^$");
 #else
-    EXPECT_EXIT(Outlive(), testing::ExitedWithCode(3), "good.so was unloaded before 1 of its objects");
+    EXPECT_EXIT(Outlive(), testing::ExitedWithCode(3),
+                "good.so was unloaded before 1 of its objects were destroyed.\n$");
 #endif
 }
 

@@ -95,4 +95,28 @@ TEST(Threads, UnloadPluginsOfTheirOwn) {
     other.join();
 }
 
+// Of two recorders that open one file at the same time, one is refused, so the other's objects are kept.
+TEST(Threads, OpenOneRecordingOnlyOnce) {
+    const Scratch scratch;
+    const std::string path = scratch.Path("objects");
+    for (int round = 0; round < 100; ++round) {
+        ESerialize elements[2];
+        std::atomic<int> ready{0}, opened{0};
+        std::vector<std::thread> threads;
+        for (ESerialize& element : elements) {
+            Set(element.m_cProperties, "Filename", path);
+            threads.emplace_back([&] {
+                ++ready;
+                while (ready < 2) {
+                }
+                opened += element.Initialize();
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        ASSERT_EQ(opened, 1) << "round " << round;
+    }
+}
+
 } // namespace

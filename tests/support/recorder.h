@@ -30,16 +30,17 @@ struct Recorder : Deck<ESerialize> {
 
 // While it lives, no file grows beyond the size.
 struct SizeLimit {
-    explicit SizeLimit(std::size_t size) {
+    explicit SizeLimit(std::size_t most) : size(most) {
         std::signal(SIGXFSZ, SIG_IGN);
         getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit low = {size, before.rlim_max};
+        const rlimit low = {most, before.rlim_max};
         setrlimit(RLIMIT_FSIZE, &low);
     }
     ~SizeLimit() {
         setrlimit(RLIMIT_FSIZE, &before);
         std::signal(SIGXFSZ, SIG_DFL);
     }
+    std::size_t size;
     rlimit before;
 };
 

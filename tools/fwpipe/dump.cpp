@@ -47,14 +47,14 @@ const char* const Examples = R"(Examples:
 The last line states the number of objects; with --json it is printed on standard error.
 
 Control characters, characters that change the direction of text, and bytes that are not UTF-8 are escaped. Each of
-their bytes is shown as "\xNN", and a backslash as "\\"; JSON uses "\uNNNN". --raw escapes only what JSON requires, and
-nothing in other output.
+their bytes is shown as "\xNN", and a backslash as "\\". In JSON, these characters are shown as "\uNNNN". With --raw
+nothing is escaped, except what JSON requires.
 In JSON, a key that occurs more than once in an object has an array of its values. An object with bytes that are not
-UTF-8 has "escaped":true; its texts then contain "\xNN" and "\\".
+UTF-8 has "escaped":true; in its texts, "\xNN" stands for such a byte and "\\" for a backslash.
 
 Exit status:
-  0         all selected objects were shown, and no damage was found; --head stops reading after the last object that it
-            shows
+  0         all selected objects were shown, and no damage was found; with --head, damage after the last object
+            shown is not detected
   1         the recording does not begin with a complete object, or an error occurred while reading or writing
   2         wrong usage
   3         there is damage after complete objects; these were shown, and standard error reports the offset

@@ -54,14 +54,14 @@ const char* const Examples = R"(Examples:
 Exit status:
   0         success; with --drain, also when a run returned 0 because there was no more data; also when an element
             requested the end of the runs
-  1         a step returned 0, an element reported an error or could not end, objects were refused, a replay ended
-            before the end of its data, a recorder would write a file that another element uses, or standard output
-            could not be written
+  1         building or initializing failed, a run returned 0, an element reported an error or could not end, objects
+            were refused, a replay ended before the end of its data, a recorder would write a file that another element
+            uses, or standard output could not be written
   2         wrong usage
   129, 130, 143
-            ended by SIGHUP, SIGINT or SIGTERM; the first signal ends a loop after the current run, a second at once.
-            Elements that ask for the end notice the first one, also in a single run
-  128 + N   an element received the fatal signal N, for example 139 for SIGSEGV
+            ended by SIGHUP, SIGINT or SIGTERM; with --repeat or --drain, the first signal ends fwpipe after the
+            current run, a second one at once. Elements that ask for the end notice the first one, also in a single run
+  128 + N   fwpipe received the fatal signal N while an element ran, for example 139 for SIGSEGV
 )";
 
 int Build(Options& cOptions, VESK::EPipeline& cPipeline) {

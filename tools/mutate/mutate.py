@@ -28,6 +28,7 @@ SCRATCH = ROOT / "build" / "mutate"
 RESULTS = SCRATCH / "results"
 WORKERS = 2
 LEAST_CAUGHT = 0.95
+NOT_COMPILED = "tools/fwpipe/unreadstack.cpp"  # for processors whose stacks fwpipe does not read
 
 
 class Run:
@@ -42,7 +43,7 @@ class Run:
             str(path.relative_to(ROOT))
             for folder in ("source/fwlib", "tools/fwpipe")
             for path in (ROOT / folder).rglob("*")
-            if path.suffix in (".cpp", ".h")
+            if path.suffix in (".cpp", ".h") and not path.match(NOT_COMPILED)
         )
         self.texts = {name: (ROOT / name).read_text() for name in names}
         faults = [fault for name, text in self.texts.items() for fault in faults_of(name, text)]
