@@ -3,6 +3,8 @@
 #include "support/capture.h"
 #include "support/support.h"
 
+#include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <thread>
@@ -147,6 +149,26 @@ TEST(Factories, OfAHostAreAskedInOrderAndStayItsOwn) {
               "0 ! FRAMEWORK::CreateElement: Could not instantiate: ENone\n");
     EXPECT_EQ(own.asked + "/ " + second.asked, "EOwn ENone / ENone ");
     EXPECT_EQ(GetVersion(), static_cast<Byte4Type>(FWLIB_VERSION));
+}
+
+// A name without a slash: the folders of the variable in order, then the loader's. A described plugin has a description.
+TEST(Plugins, AreLookedForInTheFoldersOfTheVariable) {
+    const Scratch scratch;
+    std::filesystem::copy(FWLIB_TEST_PLUGINS "/good.so", scratch.Path("found.so"));
+    const std::string other = scratch.Write("text.so", "no plugin");
+    Host host;
+    host.framework.SetMessageHandler(Hear, &host.heard);
+    setenv("FWLIB_PLUGIN_PATH", (":/none:" + scratch.Path("") + ":").c_str(), 1);
+    EXPECT_EQ(host.framework.AddPlugin(Text("found.so")), 1);
+    EXPECT_EQ(host.framework.AddPlugin(Text("text.so")), 0);
+    EXPECT_NE(host.heard.find("FWPLUGIN: dlopen() Error: " + scratch.Path("") + "/text.so"),
+              std::string::npos)
+        << host.heard;
+    unsetenv("FWLIB_PLUGIN_PATH");
+    EXPECT_EQ(host.framework.AddPlugin(Text("found.so")), 0);
+    EXPECT_EQ(static_cast<FWPLUGIN*>(host.framework.m_ppPlugins[0])->GetDescription(),
+              GetPluginDescription());
+    EXPECT_EQ(static_cast<FWPLUGIN*>(host.framework.m_ppPlugins[1])->GetDescription(), nullptr);
 }
 
 } // namespace

@@ -25,6 +25,8 @@ struct FailureTexts {
 struct ThreadState {
     BuildPlace* pPlace;
     FailureTexts* pTexts; // owned; null until the first error
+    bool bEnded;          // the thread is ending, and its texts were freed
+    bool bUntold;         // there was no memory for the texts of the last failure
     unsigned int uWatches;
     bool bPending; // achPending has a text
     bool bNoted;   // an inner watch has noted the failure
@@ -36,13 +38,21 @@ pthread_once_t Once = PTHREAD_ONCE_INIT;
 pthread_key_t Key;
 bool bKey = false;
 
+const Failure Untold = {"", 0, "not enough memory for the reason"};
+
+void FreeTexts(void* pTexts) {
+    std::free(pTexts);
+    cThread.pTexts = nullptr;
+    cThread.bEnded = true;
+}
+
 // Without a key, the texts of a thread would not be freed at its end.
 void CreateKey() {
-    bKey = pthread_key_create(&Key, std::free) == 0;
+    bKey = pthread_key_create(&Key, FreeTexts) == 0;
 }
 
 FailureTexts* Texts() {
-    if (!cThread.pTexts && pthread_once(&Once, CreateKey) == 0 && bKey) {
+    if (!cThread.pTexts && !cThread.bEnded && pthread_once(&Once, CreateKey) == 0 && bKey) {
         auto* const pTexts = static_cast<FailureTexts*>(std::calloc(1, sizeof(FailureTexts)));
         if (pTexts && pthread_setspecific(Key, pTexts) == 0) {
             cThread.pTexts = pTexts;
@@ -81,9 +91,11 @@ FailureWatch::~FailureWatch() {
 int FailureWatch::Judge(int iResult, const char* pchText, const char* pchFile) {
     if (iResult) {
         cThread.bNoted = false; // what an inner watch noted did not matter
+        cThread.bPending = false;
         return iResult;
     }
     FailureTexts* const pTexts = cThread.bNoted ? nullptr : Texts();
+    cThread.bUntold = !pTexts && (cThread.bUntold || !cThread.bNoted);
     cThread.bNoted = true;
     if (pTexts) {
         const BuildPlace* const pPlace = cThread.pPlace;
@@ -112,7 +124,9 @@ void NoteError(const char* pchBegin, const char* pchFormat, va_list Values) {
 }
 
 const Failure* LastFailure() {
-    return cThread.pTexts && cThread.pTexts->bFailed ? &cThread.pTexts->cFailure : nullptr;
+    return cThread.bUntold                             ? &Untold
+           : cThread.pTexts && cThread.pTexts->bFailed ? &cThread.pTexts->cFailure
+                                                       : nullptr;
 }
 
 } // namespace VESK

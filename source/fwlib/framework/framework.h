@@ -45,12 +45,13 @@ public:
 
     // Passes every line that this framework, its elements and the building of its pipelines would print to the handler
     // instead (messages.h). Null prints again. The context is passed to each call; the caller owns it. Returns 0, with
-    // the present handler unchanged, when there is not enough memory. Elements that print by themselves are not caught.
+    // the present handler unchanged, when there was not enough memory for the framework's entry. Elements that print by themselves are not caught.
     int SetMessageHandler(MessageHandler pHandler, void* pContext);
 
     // The end of the runs, as if the data had ended. RequestEnd may be called by any thread and from a signal's handler;
     // the request remains until ResetEnd. EndRequested returns 1 after a request, and when the host's query
-    // returns a value other than 0; elements that wait or take long ask it (EObject::EndRequested).
+    // returns a value other than 0; elements that wait or take long ask it (EObject::EndRequested). If there was not enough
+    // memory when the framework was constructed, SetEndQuery and SetMessageHandler return 0 and a request has no effect.
     void RequestEnd();
     void ResetEnd();
     int EndRequested();

@@ -46,8 +46,8 @@ struct Failure {
     const char* pchText; // the first error that was reported meanwhile, without its newline; never null
 };
 
-// Lent until the thread's next failure, or its end; null when it had none. When there is not enough memory for the texts,
-// they are truncated.
+// Lent until the thread's next failure, or its end; null when it had none. Texts are truncated to 1,023 characters. When
+// there is not enough memory for them, pchText says so.
 FWLIB_EXPORT const Failure* LastFailure();
 
 } // namespace VESK

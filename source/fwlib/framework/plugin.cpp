@@ -6,6 +6,7 @@
 #include "fwlib/framework/entry.h"
 #include "fwlib/framework/factory.h"
 #include "fwlib/framework/guarded.h"
+#include "fwlib/framework/pluginsearch.h"
 #include "fwlib/framework/say.h"
 #include "fwlib/internal/textcopy.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
@@ -69,6 +70,11 @@ const char* WhyRefused(const char* pchPath) {
         return "not a regular file";
     }
     return IsWhole(pchPath, Status) ? nullptr : "file too short";
+}
+
+const char* LibraryPath() {
+    const link_map* const pOwn = ObjectOf(&::GetFactory);
+    return pOwn ? pOwn->l_name : "";
 }
 
 // Opens the path. The library's own name means the running library: the loader could find another one, or none, as an
@@ -149,11 +155,12 @@ int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
     Close(*this); // of an earlier Initialize
     m_pFramework = pFramework;
     const bool bPath = m_achPath[0] != '\0';
-    if (const char* const pchRefusal = WhyRefused(m_achPath)) {
-        SayError(pFramework, "FWPLUGIN: dlopen() Error: %s: %s\n", m_achPath, pchRefusal);
+    const FoundPlugin cFound(m_achPath, LibraryPath());
+    if (const char* const pchRefusal = WhyRefused(cFound.achPath)) {
+        SayError(pFramework, "FWPLUGIN: dlopen() Error: %s: %s\n", cFound.achPath, pchRefusal);
         return 0;
     }
-    m_pHandle = bPath ? OpenObject(m_achPath) : nullptr;
+    m_pHandle = bPath ? OpenObject(cFound.achPath) : nullptr;
     if (!m_pHandle) {
         const char* const pchReason = bPath ? dlerror() : "the path is empty or longer than 255 characters";
         SayError(pFramework, "FWPLUGIN: dlopen() Error: %s\n", pchReason ? pchReason : m_achPath);

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/elements/endtable.h"
 #include "fwlib/elements/pad.h"
+#include "fwlib/framework/say.h"
 #include "fwlib/pipeline/epipeline.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 namespace VESK {
@@ -208,7 +208,7 @@ int EPipeline::EndRuns() {
     cEnding.Gather(*this);
     const bool bOrdered = cEnding.Order();
     if (!bOrdered) {
-        std::fprintf(stderr, "EPipeline::EndRuns(): No memory: the order is that of the file\n");
+        SayError(m_pFramework, "EPipeline::EndRuns(): No memory: the order is that of the file\n");
     }
     return cEnding.Tell() && bOrdered;
 }
