@@ -143,6 +143,37 @@ inline void Names(Account& told, Place& place) {
     pipe.m_iElementCount = 0; // they are lent
 }
 
+// Each that wants to know is told once, also where there is no memory for the order.
+inline void Ends(Account& told, Place&) {
+    static std::string order;
+    struct Link : EObject {
+        int DataArrived(QObject*, Byte2Type) override { return 1; }
+        Byte2Type GetSourcePadCount() override { return 1; }
+        SOURCEPAD* GetSourcePad(Byte2Type) override { return &source; }
+        static int Note(EObject& element) { return order += static_cast<Link&>(element).name, 1; }
+        SINKPAD sink{this, 0};
+        SOURCEPAD source{this};
+        char name = 0;
+    } links[90];
+    EPipeline pipe;
+    std::string wanted;
+    for (Link& link : links) { // each sends to the one before
+        link.name = static_cast<char>('!' + (&link - links));
+        link.source.m_pSinkPad = &link == links ? nullptr : &(&link - 1)->sink;
+        const int added = told.Answer(pipe.AddElement(&link));
+        if (link.name % 3 > 0 && told.Answer(AtRunsEnd(link, Link::Note)) && added) {
+            wanted += link.name;
+        }
+    }
+    order.clear();
+    if (told.Answer(pipe.EndRuns())) {
+        std::reverse(wanted.begin(), wanted.end());
+    }
+    told.Must(order == wanted, "not told once and in order");
+    told.result = order;
+    pipe.m_iElementCount = 0; // they are lent
+}
+
 inline void Properties(Account& told, Place&) {
     PROPERTIES list;
     for (int i = 0; i < 20; ++i) { // the arrays grow, and values are replaced by longer ones
@@ -255,6 +286,7 @@ inline const Scenario Scenarios[] = {
     {"Elements", 21, true, Writes::Nothing, Elements},
     {"Tables", 6, true, Writes::Nothing, Tables},
     {"Names", 303, true, Writes::Nothing, Names},
+    {"Ends", 151, true, Writes::Nothing, Ends},
     {"Properties", 20, true, Writes::Nothing, Properties},
     {"Copies", 0, false, Writes::Nothing, Copies},
     {"Colours", 3, true, Writes::Nothing, Colours},

@@ -71,15 +71,17 @@ bool MakeBuckets() {
 
 EndEntry* Make(EObject* pElement) {
     EndEntry* pEntry = Find(pElement);
-    if (pEntry || !MakeBuckets()) {
+    if (pEntry) {
         return pEntry;
     }
     pEntry = new (std::nothrow) EndEntry{};
-    if (pEntry) {
-        pEntry->pElement = pElement;
-        AddToBucket(*pEntry);
-        ++b4EndEntries;
+    if (!pEntry || !MakeBuckets()) {
+        delete pEntry;
+        return nullptr;
     }
+    pEntry->pElement = pElement;
+    AddToBucket(*pEntry);
+    ++b4EndEntries;
     return pEntry;
 }
 
