@@ -56,6 +56,26 @@ struct Receiver : EObject {
     int m_iCount = 0;
 };
 
+struct Group : EPipeline {
+    int Run() override { return 2; }
+};
+
+struct Kept : Receiver {
+    Kept() { AtRunsEnd(*this, Ended); }
+    static int Ended(EObject& cElement) { return ++static_cast<Kept&>(cElement).m_iCount; }
+};
+
+// Also in a program that is not position-independent.
+void EndTheRuns() {
+    EPipeline cPipeline;
+    auto* const pGroup = new Group;
+    auto* const pKept = new Kept;
+    pGroup->AddElement(pKept);
+    cPipeline.AddElement(pGroup);
+    Claim(EPipeline::From(pGroup) == pGroup && !EPipeline::From(pKept), "a pipeline of the program is one");
+    Claim(cPipeline.EndRuns() == 1 && pKept->m_iCount == 1, "an element within it is told of the end");
+}
+
 void SendBlock() {
     unsigned char abSent[] = {1, 2, 250};
     unsigned char abReceived[sizeof abSent] = {};
@@ -105,6 +125,7 @@ int main() {
     FRAMEWORK cFramework;
     Claim(cFramework.AddPlugin(Text("libfwlib.so")) == 1, "the library is found");
     SendBlock();
+    EndTheRuns();
     for (int iStrict = 0; iStrict < 2; ++iStrict) {
         Record(iStrict);
         ReplayWhatWasRecorded(cFramework, iStrict);

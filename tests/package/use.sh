@@ -45,9 +45,11 @@ plain)
     plain=("$@" -fno-exceptions -Wall -Wextra -Wpedantic -Werror "-I$stage/include")
     standards=(c++11)
     [[ $flags == *fsanitize* ]] || plain+=(-fno-rtti) standards+=(c++2b)
+    fixed=()
     for standard in "${standards[@]}"; do
-        "$compiler" "${plain[@]}" "-std=$standard" -o "$work/plain" "$root/tests/package/plain.cpp" \
+        "$compiler" "${plain[@]}" "${fixed[@]}" "-std=$standard" -o "$work/plain" "$root/tests/package/plain.cpp" \
             -L"$library" -lfwlib "-Wl,-rpath,$library"
+        fixed=(-fno-pie -no-pie) # for the next one
         (cd "$work" && ./plain)
         "$compiler" "${plain[@]}" "-std=$standard" -fPIC -shared -o "$work/libcountdown.so" \
             "$root/examples/plugin/countdown.cpp"

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <dlfcn.h>
 
 namespace VESK {
 
@@ -21,6 +22,22 @@ Table TableOf(const EObject& cElement) {
     std::memcpy(&pTable, static_cast<const void*>(&cElement), sizeof pTable);
     return pTable;
 }
+
+// An operation of EPipeline may have two addresses: in the library, and in a program that is not position-independent and
+// has a stand-in for it, which the tables of the program's own classes contain.
+class Operation {
+public:
+    Operation(Slot Position, const char* pchSymbol)
+        : m_Position(Position),
+          m_pOwn(TableOf(EPipeline())[Position]),
+          m_pShared(dlsym(RTLD_DEFAULT, pchSymbol)) {}
+    bool IsIn(Table pTable) const { return pTable[m_Position] == m_pOwn || pTable[m_Position] == m_pShared; }
+
+private:
+    const Slot m_Position;
+    const void* const m_pOwn;
+    const void* const m_pShared; // null if only a plugin loaded the library
+};
 
 // Objects reach the inner elements of a pipeline directly. So only pads of its own count, not those that it lends.
 bool LendsPads(EObject* pElement) {
@@ -193,11 +210,11 @@ private:
 } // namespace
 
 EPipeline* EPipeline::From(EObject* pElement) {
-    static const Table pClass = TableOf(EPipeline());
+    static const Operation cRun(RunSlot, "_ZN4VESK9EPipeline3RunEv");
+    static const Operation cInitialize(InitializeSlot, "_ZN4VESK9EPipeline10InitializeEv");
     const Table pTable = pElement ? TableOf(*pElement) : nullptr;
-    const bool bInherits =
-        pTable && (pTable[RunSlot] == pClass[RunSlot] || pTable[InitializeSlot] == pClass[InitializeSlot]);
-    return bInherits ? static_cast<EPipeline*>(pElement) : nullptr;
+    return pTable && (cRun.IsIn(pTable) || cInitialize.IsIn(pTable)) ? static_cast<EPipeline*>(pElement)
+                                                                     : nullptr;
 }
 
 int EPipeline::EndRuns() {
