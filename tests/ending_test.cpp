@@ -42,6 +42,7 @@ public:
     }
     static int Ended(EObject& element) {
         auto& self = static_cast<Stage&>(element);
+        EXPECT_EQ(EndingElement(), &element);
         journal += " " + self.Name();
         return self.atEnd ? self.atEnd(self) : self.answer;
     }
@@ -85,6 +86,7 @@ public:
     std::string End() {
         journal.clear();
         const std::string told = Told([&] { return EndRuns(); });
+        EXPECT_EQ(EndingElement(), nullptr);
         return told + (told.size() > 2 ? "|" : "") + journal.substr(journal.empty() ? 0 : 1);
     }
 

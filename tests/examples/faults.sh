@@ -82,6 +82,14 @@ EOT
     check 1 '' 'fwpipe: element "first" (EEvery)?( or one downstream): boom' run --quiet runs.pipe
     chain gone EEvery second Fault=error In=Destructor
     struck 6 '*fwpipe: element "second" (EEvery): Aborted' gone
+    # At the end of the runs: of an element itself, and of one that it sends to.
+    for class in EEvery EBase; do
+        chain last $class second Fault=error In=End
+        check 1 '*' "fwpipe: element \"second\" ($class)?( or one downstream): boom" run --quiet last.pipe
+        chain sent $class third Fault=error At=1001
+        sed -i '/Name second/a property Sends 1' sent.pipe
+        check 1 '*' "fwpipe: element \"third\" ($class)?( or one downstream): boom" run --quiet sent.pipe
+    done
     chain inner EBase third Fault=error
     for element in inner zero ready; do
         pipe outer "pipe $element.pipe" 'property Name inside' 'sink inside'

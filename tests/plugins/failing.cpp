@@ -4,7 +4,8 @@
 // has its own address when it throws.
 //   source pads   1
 //   properties    "Fault": what happens, by the table below; "zero" makes Initialize return 0
-//                 "In": DataArrived (when absent), Initialize, Run or Destructor
+//                 "In": DataArrived (when absent), Initialize, Run, Destructor, or End of the runs
+//                 "Sends": at the end of the runs an object is sent
 //                 "At": the object, counted from 1, at which DataArrived fails; 1 when absent
 //                 "Error": an error message of Initialize
 // EBorn_FAULT prints on standard error when it is created, and then has that fault.
@@ -70,6 +71,7 @@ public:
         if (!Own("Error").empty()) {
             ErrorMessage("%s", Own("Error").c_str());
         }
+        AtRunsEnd(*this, Ended);
         Fail("Initialize");
         return Own("Fault") != "zero";
     }
@@ -94,6 +96,13 @@ protected:
         if (Own("In") == where) {
             Find(Own("Fault")).pHappen();
         }
+    }
+
+    static int Ended(EObject& element) {
+        auto& self = static_cast<EFailing&>(element);
+        self.Fail("End");
+        QObject object;
+        return self.Own("Sends").empty() || self.GetSourcePad(0)->Push(&object);
     }
 
     int m_iAt = 0;

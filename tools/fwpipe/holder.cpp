@@ -3,6 +3,8 @@
 
 #include "knownelements.h"
 
+#include <fwlib/fwlib.h>
+
 #include <algorithm>
 #include <unwind.h>
 
@@ -209,14 +211,21 @@ int Begin(const Stop& cStop, bool bOutermost) {
     return Narrow(cStop, abNext);
 }
 
-// Returns how many elements may have had the object; they are marked.
+// Returns how many elements may have had the object; they are marked. After the runs, the element that is told sends.
 int FollowObject() {
     const int iStops = std::min(cSearch.iStops, MostSteps / cSearch.pKnown->Count());
+    const bool bWhole = iStops == cSearch.iStops && iStops < MostFrames;
+    const int iEnding = bWhole ? cSearch.pKnown->Find(VESK::EndingElement()) : -1;
+    std::fill_n(abNow, cSearch.pKnown->Count(), false);
     int iLeft = 0;
+    if (iEnding >= 0) {
+        abNow[iEnding] = true;
+        iLeft = 1;
+    }
     for (int i = iStops - 1; i >= 0; --i) {
         const Stop& cStop = cSearch.acStops[i];
-        if (i == iStops - 1) {
-            iLeft = Begin(cStop, iStops == cSearch.iStops && iStops < MostFrames);
+        if (i == iStops - 1 && iEnding < 0) {
+            iLeft = Begin(cStop, bWhole && !VESK::EndingElement());
         } else if (cStop.bDelivery) {
             iLeft = Step(cStop);
         }

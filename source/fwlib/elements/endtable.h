@@ -40,6 +40,9 @@ struct EndEntry {
 
 extern std::atomic<Byte4Type> b4EndEntries;
 
+// See EndingElement. The loader reserves its memory (initial-exec), so that no use allocates.
+extern __thread EObject* pEndingElement __attribute__((tls_model("initial-exec")));
+
 // Return the element's entry, also a new one without a function. Null when there is none, or not enough memory.
 EndEntry* FindEndEntry(const EObject* pElement);
 EndEntry* MakeEndEntry(EObject* pElement);

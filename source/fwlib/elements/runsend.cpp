@@ -13,6 +13,8 @@ namespace VESK {
 
 std::atomic<Byte4Type> b4EndEntries; // changed while the table is locked
 
+__thread EObject* pEndingElement __attribute__((tls_model("initial-exec")));
+
 namespace {
 
 constexpr Byte4Type FirstBuckets = 64;
@@ -142,6 +144,10 @@ int AtRunsEnd(EObject& cElement, int (*pCall)(EObject& cElement)) {
     pEntry->pCall = pCall;
     DropEndEntry(pEntry);
     return 1;
+}
+
+EObject* EndingElement() {
+    return pEndingElement;
 }
 
 } // namespace VESK

@@ -17,6 +17,10 @@ namespace VESK {
 // element when there is not enough memory. Usually called from Initialize.
 FWLIB_EXPORT int AtRunsEnd(EObject& cElement, int (*pCall)(EObject& cElement));
 
+// The element whose function EndRuns calls at present on this thread, lent; null for none. For hosts that report which
+// element failed, also in signal handlers.
+FWLIB_EXPORT EObject* EndingElement();
+
 } // namespace VESK
 
 #endif

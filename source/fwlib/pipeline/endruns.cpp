@@ -55,6 +55,15 @@ EObject* Receiver(EObject& cElement, Byte2Type b2Pad) {
     return pPad && pPad->m_pSinkPad ? pPad->m_pSinkPad->m_pElement : nullptr;
 }
 
+int Call(const EndEntry& cEntry) {
+    struct Restorer { // also when the element throws
+        EObject* const pOuter = pEndingElement;
+        ~Restorer() { pEndingElement = pOuter; }
+    } const cRestorer;
+    pEndingElement = cEntry.pElement;
+    return cEntry.pCall(*cEntry.pElement);
+}
+
 // One call of EndRuns. It finds the loops (strongly connected components) with Tarjan's algorithm, which completes a loop
 // after all loops that it sends to. Elements are visited from the last one in the file, and pads from the last one, so
 // that a file in which senders come first is told in its order. Nothing is recursive but the nesting of pipelines, as in
@@ -108,7 +117,7 @@ public:
         for (const EndEntry* pLoop = m_pLoops; pLoop; pLoop = pLoop->cTurn.pNextLoop) {
             for (const EndEntry* p = pLoop->cTurn.pFirst; p; p = p->cTurn.pNextInLoop) {
                 if (p->pElement && p->pCall && !p->cTurn.bOutside) {
-                    iAll = p->pCall(*p->pElement) == 1 && iAll;
+                    iAll = Call(*p) == 1 && iAll;
                 }
             }
         }
