@@ -95,6 +95,31 @@ TEST(Threads, UnloadPluginsOfTheirOwn) {
     other.join();
 }
 
+TEST(Threads, EndTheRunsOfTheirOwnPipelines) {
+    struct Told : Probe {
+        explicit Told(std::atomic<int>& number) : count(number) { AtRunsEnd(*this, Count); }
+        static int Count(EObject& element) { return static_cast<Told&>(element).count++, 1; }
+        std::atomic<int>& count;
+    };
+    std::atomic<int> count{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < 100; ++round) {
+                EPipeline pipe;
+                for (int n = 0; n < Elements; ++n) {
+                    pipe.AddElement(n % 2 ? new Probe : new Told(count));
+                }
+                pipe.EndRuns();
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(count, 4 * 100 * Elements / 2);
+}
+
 // Of two recorders that open one file at the same time, one is refused, so the other's objects are kept.
 TEST(Threads, OpenOneRecordingOnlyOnce) {
     const Scratch scratch;

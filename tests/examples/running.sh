@@ -147,6 +147,59 @@ signals() {
     done
 }
 
+# A batch, which an element keeps until the runs are over, and a recorder behind it.
+ending() {
+    local loop batch=("plugin $probe" 'element EBatch' 'property Name batch')
+    local record=('element ESerialize' 'property Name tap' 'property Filename file' 'connect batch 0 tap 0')
+    stored() { [[ $(grep -cx QObject file) == "$1" ]] || fail "not $1 objects in the recording"; }
+    pipe batch "${produce[@]}" "${batch[@]}" "${record[@]}" 'connect counter 0 batch 0'
+    check 0 'batch ends' 'fwpipe: 1 run, 1000 objects sent, 0 refused, *' run --quiet --report batch.pipe
+    stored 1000
+    sed 's/Name batch/&\nproperty Ends 0/' batch.pipe >unended.pipe
+    check 1 '*' 'fwpipe: ending unended.pipe failed' run unended.pipe
+    stored 1000
+    # When an element requests the end of a replay, which has data left; then after runs that failed.
+    pipe replayed "${replay[@]}" "${batch[@]}" 'property Stop 3' "${print[@]}" 'connect replay 0 batch 0' \
+        'connect batch 0 printer 0'
+    check 0 'batch ends*' '' run --quiet --drain replayed.pipe
+    count 3 "$object"
+    pipe thrown "plugin ${probe%/*}/failing.so" "${produce[@]}" "${batch[@]}" "${record[@]}" 'element ETee' \
+        'property Name tee' 'element EEvery' 'property Name bad' 'property Fault error' 'property At 5' \
+        'connect counter 0 tee 0' 'connect tee 0 batch 0' 'connect tee 1 bad 0'
+    check 1 'batch ends' 'fwpipe: element "bad" (EEvery): boom' run --quiet thrown.pipe
+    stored 5
+    pipe few "${launch[@]}" "${batch[@]}" "${record[@]}" 'connect launch 0 batch 0'
+    check 1 '*batch ends*' 'fwpipe: run 4 of few.pipe failed' run --repeat 9 few.pipe
+    stored 3
+    sed 's/Name batch/&\nproperty Stop 5/; s/Name launch/&\nproperty Start 2000000000/' few.pipe >stop.pipe
+    for loop in --drain --repeat=9; do
+        check 0 '*batch ends*' 'fwpipe: 5 runs, 5 objects sent, 0 refused, *' run --report stop.pipe $loop
+        stored 5
+    done
+    # An element that asks for the end learns of a signal, also in a single run.
+    pipe wait "${batch[@]}" "${record[@]}" 'sink batch'
+    for loop in '' --drain; do
+        # shellcheck disable=SC2086 # none or one
+        start 'batch waits' run --quiet wait.pipe $loop
+        kill -INT "$runner"
+        ended 130 'batch ends'
+        stored 1
+        [[ $(wc -l <out) == 2 ]] || fail "runs after the signal"
+    done
+    # What the element that runs sends at the end arrives before the next one is told, wherever that stands in the file.
+    sed 's/Name batch/Name second/; s/connect batch/connect second/; s/sink batch//' wait.pipe >two.pipe
+    printf '%s\n' "${batch[@]:1}" 'property Stop 1' 'connect batch 0 second 0' 'sink batch' >>two.pipe
+    check 0 $'batch waits\nbatch ends\nsecond ends' '' run --quiet two.pipe
+    stored 1
+    # What is sent at the end counts as what runs send.
+    pipe late "${batch[@]}" 'property Stop 1' "${print[@]/ESink/EProbe}" 'property Answer 0' 'connect batch 0 printer 0' \
+        'sink batch'
+    check 1 '*printer(10): *' 'fwpipe: 1 of 1 objects from "batch" were refused downstream' run late.pipe
+    "$fwpipe" run --quiet batch.pipe >/dev/full 2>err
+    [[ $? == 1 && $(<err) == 'fwpipe: standard output could not be written: No space left on device' ]] ||
+        fail "late output is lost"
+}
+
 output() {
     local arguments message='fwpipe: standard output could not be written: '
     write 20000 QObject a=b >many

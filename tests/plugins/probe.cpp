@@ -16,12 +16,19 @@
 //                 "Every": a number N; then the result is 1 for all objects but each Nth
 //                 "Mark": KEY^VALUE, set on the object once it is printed, so that who gets the same one sees it
 //                 "Initialized": the result of Initialize, 1 when absent
+// EBatch: keeps copies of what arrives, and sends them at the end of the runs, after "NAME ends".
+//   sink pads     1
+//   source pads   1
+//   properties    "Stop": the number of objects after which it requests the end
+//                 "Ends": what it returns then, 1 when absent
+//   Run keeps an object, prints "NAME waits", waits for a minute or the request to end, and returns 0 after the request
 // EBox: a pipeline with an EFeed "inner", which it destroys at the end of its first Run; later ones return 0.
 // EFeed and EProbe print "NAME is gone" when they are destroyed with the property "Farewell".
 #include "support/support.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 using namespace VESK;
@@ -132,6 +139,37 @@ private:
     int m_iArrived = 0;
 };
 
+class EBatch final : public ETested {
+public:
+    EBatch() : ETested("EBatch") {}
+    int Initialize() override { return Pads(1, 1), AtRunsEnd(*this, Ended); }
+    int DataArrived(QObject* pObject, Byte2Type) override {
+        m_cKept.emplace_back(pObject->Duplicate());
+        if (std::to_string(m_cKept.size()) == Own("Stop")) {
+            RequestEnd();
+        }
+        return 1;
+    }
+    int Run() override {
+        QObject object;
+        std::printf("%s waits\n", Own("Name").c_str());
+        std::fflush(stdout);
+        return DataArrived(&object, 0), Wait(60000);
+    }
+
+private:
+    static int Ended(EObject& element) {
+        auto& self = static_cast<EBatch&>(element);
+        std::printf("%s ends\n", self.Own("Name").c_str());
+        for (const auto& object : self.m_cKept) {
+            self.GetSourcePad(0)->Push(object.get());
+        }
+        return std::stoi(self.Own("Ends", "1"));
+    }
+
+    std::vector<std::unique_ptr<QObject>> m_cKept;
+};
+
 class EBox final : public EPipeline {
 public:
     EBox() {
@@ -155,6 +193,9 @@ class ProbeFactory : public LibraryFactory {
 public:
     EObject* CreateElement(char* pchType) override {
         const std::string type = pchType;
+        if (type == "EBatch") {
+            return new EBatch;
+        }
         EObject* const box = type == "EBox" ? new EBox : nullptr;
         return type == "EFeed" ? new EFeed : type == "EProbe" ? new EProbe : box;
     }
