@@ -3,6 +3,7 @@
 #include "support/capture.h"
 #include "support/support.h"
 
+#include <cstdarg>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -51,6 +52,15 @@ std::string Shown(int result) {
                                              : "");
 }
 
+// A trace line under a name that may be empty.
+int Trace(FRAMEWORK& framework, const char* name, const char* format, ...) {
+    va_list values;
+    va_start(values, format);
+    framework.Message(Text(name), 0, format, values);
+    va_end(values);
+    return 1;
+}
+
 struct Host {
     Host() {
         framework.AddPlugin(Text("libfwlib.so"));
@@ -91,6 +101,7 @@ TEST(Messages, GoToTheHandlerWithTheirPlaceAndNothingIsPrinted) {
     EXPECT_EQ(host.framework.m_bError, 0);
     host.framework.SetMessageHandler(nullptr, nullptr);
     EXPECT_EQ(Told([&] { return host.pipe.Run(); }), "0 ! EPipeline::Run(): Error: No sink element.\n");
+    EXPECT_EQ(Told([&] { return Trace(host.framework, "", "%d\n", 7); }), "1 : 7\n");
 }
 
 // What a handler reports itself is printed; it does not call itself.

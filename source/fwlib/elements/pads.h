@@ -9,8 +9,9 @@
 namespace VESK {
 
 // Create pads of the element, which owns them. The sink pads of a call have the indexes 0, 1 and so on. pOwner is the
-// element that an unconnected source pad reports to, null for none. Return 1; or 0, after an error message of the element, when it would
-// have more than 65,520 such pads or there is not enough memory: then the pads created so far remain.
+// element that an unconnected source pad reports to, null for none. Return 1; or 0, after an error message of the
+// element, when it would have more than 65,520 such pads or there is not enough memory: then the pads created so far
+// remain.
 FWLIB_EXPORT int CreateSinkPads(EObject& cElement, Byte4Type b4Count);
 FWLIB_EXPORT int CreateSourcePads(EObject& cElement, Byte4Type b4Count, EObject* pOwner);
 

@@ -147,13 +147,7 @@ void FRAMEWORK::WarningMessage(EObject* pElement, const char* pchFormat, va_list
 }
 
 int FRAMEWORK::SetMessageHandler(MessageHandler pHandler, void* pContext) {
-    FrameworkExtras* const pExtras = ExtrasOf(this);
-    if (!pExtras) {
-        return 0;
-    }
-    pExtras->pHandler = pHandler;
-    pExtras->pHandlerContext = pContext;
-    return 1;
+    return SetHandler(this, pHandler, pContext);
 }
 
 void FRAMEWORK::RequestEnd() {

@@ -30,7 +30,15 @@ void DeleteAll() {
     }
 }
 
+void Exchange(FrameworkExtras& cExtras, MessageHandler pHandler, void* pContext) {
+    uHandlers += (pHandler ? 1U : 0U) - (cExtras.pHandler ? 1U : 0U);
+    cExtras.pHandler = pHandler;
+    cExtras.pHandlerContext = pContext;
+}
+
 } // namespace
+
+std::atomic<unsigned int> uHandlers = 0;
 
 void BeginLife(const FRAMEWORK* pFramework) {
     const Locked cLocked(Lock);
@@ -46,13 +54,13 @@ void BeginLife(const FRAMEWORK* pFramework) {
     }
     p->iEndRequested = 0;
     p->pEndQuery = nullptr;
-    p->pHandler = nullptr;
     p->pFramework.store(pFramework, std::memory_order_release);
 }
 
 void EndLife(const FRAMEWORK* pFramework) {
     const Locked cLocked(Lock);
     if (FrameworkExtras* const p = Find(pFramework)) {
+        Exchange(*p, nullptr, nullptr);
         p->pFramework = nullptr;
     }
     if (--uLiving == 0) {
@@ -63,6 +71,14 @@ void EndLife(const FRAMEWORK* pFramework) {
 bool Living(const FRAMEWORK* pFramework) {
     const Locked cLocked(Lock);
     return Find(pFramework) != nullptr;
+}
+
+int SetHandler(const FRAMEWORK* pFramework, MessageHandler pHandler, void* pContext) {
+    FrameworkExtras* const p = Find(pFramework);
+    if (p) {
+        Exchange(*p, pHandler, pContext);
+    }
+    return p != nullptr;
 }
 
 FrameworkExtras* ExtrasOf(const FRAMEWORK* pFramework) {

@@ -26,6 +26,12 @@ void BeginLife(const FRAMEWORK* pFramework); // if there is not enough memory, i
 void EndLife(const FRAMEWORK* pFramework);
 bool Living(const FRAMEWORK* pFramework);
 
+// How many frameworks have a message handler. Nothing is searched while there is none.
+extern std::atomic<unsigned int> uHandlers;
+
+// Sets the handler, or removes it. Returns 0 when there is no entry for the framework.
+int SetHandler(const FRAMEWORK* pFramework, MessageHandler pHandler, void* pContext);
+
 // Of a framework that exists; null if there was not enough memory. Uses no lock, for signal handlers.
 FrameworkExtras* ExtrasOf(const FRAMEWORK* pFramework);
 

@@ -189,6 +189,7 @@ int FWPLUGIN::Initialize(FRAMEWORK* pFramework) {
 const PluginDescription* FWPLUGIN::GetDescription() {
     void* const pSymbol = m_pHandle ? dlsym(m_pHandle, "GetPluginDescription") : nullptr;
     if (!pSymbol || IsBorrowed(reinterpret_cast<EntryPoint>(pSymbol), m_pHandle)) {
+        dlerror(); // a missing description is no error that the host should find there
         return nullptr;
     }
     const PluginDescription* const pDescription =

@@ -20,6 +20,13 @@ constexpr std::size_t UsualSize = 512; // longer texts are composed on the heap
 
 __thread bool bHandling __attribute__((tls_model("initial-exec"))); // the thread is in a handler
 
+// What the framework has if lines go to its handler, otherwise null. A handler's own lines are printed.
+const FrameworkExtras* Handling(const FRAMEWORK* pFramework) {
+    const bool bAny = pFramework && uHandlers.load(std::memory_order_relaxed) > 0 && !bHandling;
+    const FrameworkExtras* const pExtras = bAny ? ExtrasOf(pFramework) : nullptr;
+    return pExtras && pExtras->pHandler ? pExtras : nullptr;
+}
+
 // The formatted text, on the heap if it is longer than the buffer. Truncated when there is not enough memory.
 class Composed {
 public:
@@ -100,7 +107,7 @@ FWLIB_PRINTF(2, 0) void Print(const Saying& cSaying, const char* pchFormat, va_l
     std::FILE* const pStream = cSaying.iStream == 1 ? stdout : stderr;
     va_list Again;
     va_copy(Again, Values);
-    if (cSaying.pchBegin[0] != '\0') {
+    if (cSaying.pchBegin[0] != '\0' || cSaying.pchBegin2[0] != '\0') {
         std::fprintf(pStream, "%s%s", cSaying.pchBegin, cSaying.pchBegin2);
     }
     std::vfprintf(pStream, pchFormat, Values);
@@ -119,8 +126,7 @@ void Say(const Saying& cSaying, const char* pchFormat, va_list Values) {
         NoteError(cSaying.pchBegin, pchFormat, Again);
         va_end(Again);
     }
-    const FrameworkExtras* const pExtras = cSaying.pFramework ? ExtrasOf(cSaying.pFramework) : nullptr;
-    if (pExtras && pExtras->pHandler && !bHandling) {
+    if (const FrameworkExtras* const pExtras = Handling(cSaying.pFramework)) {
         Pass(*pExtras, cSaying, pchFormat, Values);
     } else {
         Print(cSaying, pchFormat, Values);
@@ -156,8 +162,7 @@ void SayErrorOnOutput(const FRAMEWORK* pFramework, const char* pchFormat, ...) {
 }
 
 void SayOutputLine(EObject& cElement, const char* pchLine) {
-    const FrameworkExtras* const pExtras = cElement.m_pFramework ? ExtrasOf(cElement.m_pFramework) : nullptr;
-    if (pExtras && pExtras->pHandler) {
+    if (Handling(cElement.m_pFramework)) {
         SayOutput(cElement, "%s\n", pchLine);
     } else {
         std::puts(pchLine);
