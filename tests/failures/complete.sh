@@ -10,7 +10,7 @@ harmless='__u?(div|mod)[dt]i[34]|_ITM.*|_Unwind.*|__(asan|ubsan|gmon|gcc|ctype|g
 harmless+='|_ZT[ISV].*|_ZSt(7nothrow|9terminatev)|_Zd[al].*|_?_?(is|to).*'
 harmless+='|_?_?(mem(chr|cmp|cpy|move|set)|str(n?(case)?cmp|n?(cat|cpy|len)|r?chr|c?spn|error|pbrk|str|to[a-z]+))(_chk)?'
 harmless+='|(__)?v?(f|s|sn)?printf(_chk)?|puts|putchar|fputc|std(in|out|err)|clock(_gettime|_nanosleep)?|ftell|feof|ferror|clearerr|fileno|__fpending'
-harmless+='|newlocale|strto[df]_l|_ZSt8to_charsPcS_[df].*' # the locale "C" and numbers need no memory
+harmless+='|newlocale|strto[df]_l|_ZN?St(3__1)?8to_charsE?PcS0?_[df].*' # the locale "C" and numbers need no memory
 harmless+='|dl_iterate_phdr|_ZSt[0-9]+__glibcxx_assert_fail.*'
 harmless+='|secure_getenv|fcntl64|dlerror|dlinfo|dladdr1?|stat(64)?|bcmp|abort|pthread.*|___tls_get_addr|free'
 # A Debug build keeps a list of the living objects, in which those are missing that there is no memory for.
