@@ -285,6 +285,8 @@ END
     [[ $? -gt 128 && $(ls -A to) == file ]] || fail "a signal while the file has two names: $(ls -A to)"
     rm -rf to && mkdir to && write 100000 QObject a=b >large && echo QObject >>large
     check 3 '*' '' recover large -o to/put && rm -f to/* # without the limit it works
+    # A coverage build counts in a folder of its own here: the limit would truncate the counters of the other runs.
+    local -x GCOV_PREFIX=$box GCOV_ERROR_FILE=/dev/null
     for way in '' '-e inject=/access:error=ENOENT'; do
         # shellcheck disable=SC2086 # words
         (ulimit -f 1 && exec strace -qq -o /dev/null $way "$fwpipe" recover large -o to/put) >trash 2>err
