@@ -23,11 +23,20 @@ char* FindValue(const PROPERTIES& cList, const char* pchKey, const char* pchSect
     return b4Index < cList.m_b2PropertyCount ? cList.m_pachValues[b4Index] : nullptr;
 }
 
+// The same for the getters, which report a missing key to a watch.
+char* FindAsked(const PROPERTIES& cList, const char* pchKey, const char* pchSection) {
+    char* const pchValue = FindValue(cList, pchKey, pchSection);
+    if (!pchValue) {
+        ReportMissing(cList, pchKey, pchSection);
+    }
+    return pchValue;
+}
+
 // The typed getters: the converted value if the key exists, otherwise the default.
 template <class Value, class Convert>
 int GetConverted(const PROPERTIES& cList, const char* pchKey, Value* pValue, Value Default,
                  const char* pchSection, Convert convert) {
-    char* const pchText = FindValue(cList, pchKey, pchSection);
+    char* const pchText = FindAsked(cList, pchKey, pchSection);
     if (pValue) {
         *pValue = pchText ? static_cast<Value>(convert(pchText)) : Default;
     }
@@ -116,6 +125,7 @@ int PROPERTIES::FindProperty(char* pchKey, Byte2Type* pb2Index, char* pchSection
     }
     const Byte4Type b4Index = FindEntry(*this, pchKey, pchSection);
     if (b4Index >= m_b2PropertyCount) {
+        ReportMissing(*this, pchKey, pchSection);
         return 0;
     }
     *pb2Index = static_cast<Byte2Type>(b4Index);
@@ -124,7 +134,7 @@ int PROPERTIES::FindProperty(char* pchKey, Byte2Type* pb2Index, char* pchSection
 
 int PROPERTIES::GetProperty(char* pchKey, char* pchBuffer, Byte2Type b2Length, char* pchDefault,
                             char* pchSection) {
-    const char* const pchValue = FindValue(*this, pchKey, pchSection);
+    const char* const pchValue = FindAsked(*this, pchKey, pchSection);
     if (pchBuffer && b2Length > 0) {
         CopyBounded(pchBuffer, b2Length, pchValue ? pchValue : pchDefault ? pchDefault : "");
     }
@@ -160,7 +170,7 @@ int PROPERTIES::GetProperty(char* pchKey, void** ppValue, void* pDefault, char* 
 }
 
 int PROPERTIES::GetPropertyLength(char* pchKey, Byte2Type* pb2Length, char* pchSection) {
-    const char* const pchValue = FindValue(*this, pchKey, pchSection);
+    const char* const pchValue = FindAsked(*this, pchKey, pchSection);
     if (!pchValue || !pb2Length) {
         return 0;
     }

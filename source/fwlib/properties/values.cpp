@@ -150,7 +150,11 @@ int FormatReal(float fValue, char* pchBuffer) {
 }
 
 const char* FindValue(const PROPERTIES& cList, const char* pchKey) {
-    return pchKey ? FindStandard(cList, SoughtText(pchKey)) : nullptr;
+    const char* const pchValue = pchKey ? FindStandard(cList, SoughtText(pchKey)) : nullptr;
+    if (!pchValue) {
+        ReportMissing(cList, pchKey, Section::Standard);
+    }
+    return pchValue;
 }
 
 int StoreNumber(PROPERTIES& cList, const char* pchKey, long long llValue) {
