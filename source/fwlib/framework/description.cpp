@@ -36,8 +36,8 @@ const ElementDescription* FindElementDescription(const PluginDescription* pPlugi
         return nullptr;
     }
     const ElementDescription* const* ppElement = pPlugin->ppElements;
-    while (*ppElement && std::strcmp((*ppElement)->pchType, pchType) != 0) {
-        ++ppElement;
+    while (*ppElement && (!(*ppElement)->pchType || std::strcmp((*ppElement)->pchType, pchType) != 0)) {
+        ++ppElement; // a description that was written by hand may lack a name
     }
     return *ppElement;
 }
