@@ -217,6 +217,10 @@ private:
             m_pTarget->*pField = static_cast<Field>(ull);
         }
     }
+    template <class Owner, class Field>
+    void StoreText(PropertyKind, const char*, Field Owner::*, const char*, const char*) {
+        static_assert(sizeof(Field) == 0, "Text fills a std::string or an array of characters");
+    }
     template <class Owner>
     void StoreText(PropertyKind Kind, const char* pchKey, std::string Owner::*pField, const char* pchDefault,
                    const char* pchMeaning) {

@@ -24,6 +24,7 @@
 #include "fwlib/types.h"
 
 #include <new>
+#include <type_traits>
 
 namespace VESK {
 
@@ -40,8 +41,13 @@ public:
         T& cSelf = static_cast<T&>(*this);
         Declaration<T> cDeclaration(&cSelf);
         T::Declare(cDeclaration);
-        return cDeclaration.Finish() && RegisterEnd<T>(cSelf, 0);
+        using OwnEnd = std::integral_constant<
+            bool, !std::is_same<decltype(&T::RunsEnded), decltype(&Element::RunsEnded)>::value>;
+        return cDeclaration.Finish() && RegisterEnd(OwnEnd());
     }
+
+    // For classes that keep nothing until the end of the runs; it is not called.
+    int RunsEnded() { return 1; }
 
     // For classes without sink pads.
     int DataArrived(QObject*, Byte2Type b2Index) override {
@@ -60,18 +66,9 @@ public:
     }
 
 private:
-    template <class Class>
-    static int CallEnd(EObject& cElement) {
-        return static_cast<Class&>(cElement).RunsEnded();
-    }
-    template <class Class>
-    static auto RegisterEnd(Class& cElement, int) -> decltype(cElement.RunsEnded()) {
-        return AtRunsEnd(cElement, &CallEnd<Class>);
-    }
-    template <class Class>
-    static int RegisterEnd(Class&, long) {
-        return 1;
-    }
+    static int CallEnd(EObject& cElement) { return static_cast<T&>(cElement).RunsEnded(); }
+    int RegisterEnd(std::true_type) { return AtRunsEnd(*this, &CallEnd); }
+    int RegisterEnd(std::false_type) { return 1; }
 };
 
 template <class T>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A plugin from a list of classes: its factory, its description, and its two exported functions.
 //
-//   FWLIB_PLUGIN(EFilter, ERate, QReading)     once in a plugin, outside of namespaces
+//   FWLIB_PLUGIN(EFilter, ERate, QReading)     once in a plugin, in any namespace
 //
 // Each class has TypeName and Meaning (element.h). Element classes have Declare too, if they are to be described. The
 // first class of a name counts; a class whose TypeName is null is never created. The list may be empty.
@@ -11,6 +11,7 @@
 #include "fwlib/describe/declaration.h"
 #include "fwlib/elements/eobject.h"
 #include "fwlib/elements/qobject.h"
+#include "fwlib/export.h"
 #include "fwlib/framework/entry.h"
 #include "fwlib/framework/factory.h"
 #include "fwlib/types.h"
@@ -26,6 +27,9 @@ namespace VESK {
 // What the templates below do with one class.
 template <class T>
 class PluginType {
+    static_assert(std::is_base_of<EObject, T>::value || std::is_base_of<QObject, T>::value,
+                  "a plugin's types are classes of elements and data objects");
+
 public:
     // A new object owned by the caller; null for another name and when there is not enough memory.
     template <class Base>
@@ -135,11 +139,11 @@ __attribute__((visibility("hidden"))) const PluginDescription* DescribeTypes() {
 } // namespace VESK
 
 #define FWLIB_PLUGIN(...)                                                                                    \
-    VESK::Factory* GetFactory() {                                                                            \
+    extern "C" FWLIB_EXPORT VESK::Factory* GetFactory() {                                                    \
         static VESK::TypesFactory<__VA_ARGS__> cFactory;                                                     \
         return &cFactory;                                                                                    \
     }                                                                                                        \
-    const VESK::PluginDescription* GetPluginDescription() {                                                  \
+    extern "C" FWLIB_EXPORT const VESK::PluginDescription* GetPluginDescription() {                          \
         return VESK::DescribeTypes<__VA_ARGS__>();                                                           \
     }
 
