@@ -17,11 +17,12 @@ void WatchMissingKeys(const KeyWatch* pWatch) {
     pPresent.store(pWatch, std::memory_order_release);
 }
 
-void ReportMissing(const PROPERTIES& cList, const char* pchKey, const char* pchSection) {
+char* ReportMissing(const PROPERTIES& cList, const char* pchKey, const char* pchSection) {
     const KeyWatch* const pWatch = pPresent.load(std::memory_order_acquire);
-    if (pWatch && pchKey && pchSection) {
+    if (pWatch) {
         pWatch->pMissing(pWatch->pContext, cList, pchKey, pchSection);
     }
+    return nullptr;
 }
 
 } // namespace VESK

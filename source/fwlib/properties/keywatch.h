@@ -16,7 +16,7 @@ struct KeyWatch {
 
 // From now on, the watch is told each key that a getter of any list, FindProperty or FindValue does not find, in all
 // threads. There is one watch; the caller keeps it until it is replaced and no other thread reads a list. Null ends it.
-// A key that is found costs nothing more.
+// A lookup that finds its key does not ask for the watch.
 FWLIB_EXPORT void WatchMissingKeys(const KeyWatch* pWatch);
 
 } // namespace VESK

@@ -14,29 +14,26 @@ namespace VESK {
 
 namespace {
 
-// The value of an entry, lent; null if there is none.
-char* FindValue(const PROPERTIES& cList, const char* pchKey, const char* pchSection) {
+// The value of an entry, lent; null if there is none. If bAsked, a missing key is reported to a watch.
+// Inlined, it would take registers from its callers in 32-bit code.
+template <bool bAsked = true>
+__attribute__((noinline)) char* FindValue(const PROPERTIES& cList, const char* pchKey,
+                                          const char* pchSection) {
     if (!pchKey || !pchSection) {
         return nullptr;
     }
     const Byte4Type b4Index = FindEntry(cList, pchKey, pchSection);
-    return b4Index < cList.m_b2PropertyCount ? cList.m_pachValues[b4Index] : nullptr;
-}
-
-// The same for the getters, which report a missing key to a watch.
-char* FindAsked(const PROPERTIES& cList, const char* pchKey, const char* pchSection) {
-    char* const pchValue = FindValue(cList, pchKey, pchSection);
-    if (!pchValue) {
-        ReportMissing(cList, pchKey, pchSection);
+    if (b4Index >= cList.m_b2PropertyCount) {
+        return bAsked ? ReportMissing(cList, pchKey, pchSection) : nullptr;
     }
-    return pchValue;
+    return cList.m_pachValues[b4Index];
 }
 
 // The typed getters: the converted value if the key exists, otherwise the default.
 template <class Value, class Convert>
 int GetConverted(const PROPERTIES& cList, const char* pchKey, Value* pValue, Value Default,
                  const char* pchSection, Convert convert) {
-    char* const pchText = FindAsked(cList, pchKey, pchSection);
+    char* const pchText = FindValue(cList, pchKey, pchSection);
     if (pValue) {
         *pValue = pchText ? static_cast<Value>(convert(pchText)) : Default;
     }
@@ -63,7 +60,7 @@ long long ToLong(char* pchText) {
 // "Name", and counts the change.
 bool Overwrite(const PROPERTIES& cList, const char* pchKey, const DecimalText& cText,
                const char* pchSection) {
-    char* const pchValue = FindValue(cList, pchKey, pchSection);
+    char* const pchValue = FindValue<false>(cList, pchKey, pchSection);
     if (!pchValue || strnlen(pchValue, cText.Length()) < cText.Length() ||
         (*pchKey == *Key::Name && fwstrcmp(pchKey, Key::Name) == 0)) {
         return false;
@@ -134,7 +131,7 @@ int PROPERTIES::FindProperty(char* pchKey, Byte2Type* pb2Index, char* pchSection
 
 int PROPERTIES::GetProperty(char* pchKey, char* pchBuffer, Byte2Type b2Length, char* pchDefault,
                             char* pchSection) {
-    const char* const pchValue = FindAsked(*this, pchKey, pchSection);
+    const char* const pchValue = FindValue(*this, pchKey, pchSection);
     if (pchBuffer && b2Length > 0) {
         CopyBounded(pchBuffer, b2Length, pchValue ? pchValue : pchDefault ? pchDefault : "");
     }
@@ -170,7 +167,7 @@ int PROPERTIES::GetProperty(char* pchKey, void** ppValue, void* pDefault, char* 
 }
 
 int PROPERTIES::GetPropertyLength(char* pchKey, Byte2Type* pb2Length, char* pchSection) {
-    const char* const pchValue = FindAsked(*this, pchKey, pchSection);
+    const char* const pchValue = FindValue(*this, pchKey, pchSection);
     if (!pchValue || !pb2Length) {
         return 0;
     }

@@ -150,11 +150,11 @@ int FormatReal(float fValue, char* pchBuffer) {
 }
 
 const char* FindValue(const PROPERTIES& cList, const char* pchKey) {
-    const char* const pchValue = pchKey ? FindStandard(cList, SoughtText(pchKey)) : nullptr;
-    if (!pchValue) {
-        ReportMissing(cList, pchKey, Section::Standard);
+    if (!pchKey) {
+        return nullptr;
     }
-    return pchValue;
+    const char* const pchValue = FindStandard(cList, SoughtText(pchKey));
+    return pchValue ? pchValue : ReportMissing(cList, pchKey, Section::Standard);
 }
 
 int StoreNumber(PROPERTIES& cList, const char* pchKey, long long llValue) {
