@@ -6,8 +6,9 @@
 common=$'  Name *\n  Debug *number; default 0\n*\n' # the properties of every element
 
 inspect() {
-    local type described
+    local type described wanting
     described=$(dirname "$probe")/described.so
+    wanting=$(dirname "$probe")/wanting.so
 
     check 0 $'EDevNull      accepts *\n*\nEPipeline     *\nQObject       *\nQEOF          *' '' inspect
     # shellcheck disable=SC2013 # types are words
@@ -72,8 +73,14 @@ example
     check 1 '' "fwpipe: no type EOd in $described; similar: EOdd" inspect "$described" EOd
     check 1 '' 'fwpipe: no type esnik in libfwlib.so; similar: ESink' inspect libfwlib.so esnik
     check 1 '' 'fwpipe: no type Quite/other in libfwlib.so' inspect libfwlib.so Quite/other
-    check 1 '' 'FWPLUGIN: dlopen() Error: *none.so*' inspect none.so
-    check 1 '' 'FWPLUGIN: dlopen() Error: *./ESink*' inspect ./ESink
+
+    # Plugins that cannot be loaded.
+    FWLIB_PLUGIN_PATH=some/where check 1 '' $'FWPLUGIN: dlopen() Error: none.so: *\nfwpipe: none.so was looked for in FWLIB_PLUGIN_PATH (some/where), */fwlib/plugins, LD_LIBRARY_PATH *' inspect none.so
+    check 1 '' 'FWPLUGIN: dlopen() Error: ./ESink: cannot open *' inspect ./ESink
+    sed 's/libfwlib\.so\.0/libgoner.so.0/g' "$described" >lost.so
+    check 1 '' $'FWPLUGIN: dlopen() Error: libgoner*\nfwpipe: ./lost.so, or a library that it needs, needs libgoner.so.0*, which was looked for in *' inspect ./lost.so
+    check 1 '' "FWPLUGIN: dlopen() Error: *fwpipe: $wanting needs Absent::Give(int), which neither *" inspect "$wanting"
+    check 1 '' "FWPLUGIN: dlsym() Error: *fwpipe: ${described/described/noentry} is not a plugin: *" inspect "${described/described/noentry}"
     check 2 '' '*' inspect a b c
     [[ ! -e /dev/full ]] || { "$fwpipe" inspect >/dev/full 2>err && fail 'inspect on a full disk'; }
 }

@@ -4,6 +4,7 @@
 #include "failure.h"
 #include "inspect/described.h"
 #include "inspect/json.h"
+#include "inspect/loading.h"
 #include "inspect/nearest.h"
 #include "inspect/page.h"
 #include "inspect/revealed.h"
@@ -142,8 +143,8 @@ int Inspect(Options Chosen) {
     }
     CatchFaults();
     VESK::FWPLUGIN cPlugin(VESK::Text(Chosen.cPlugin.c_str()));
-    if (!cPlugin.Initialize(&cFramework)) {
-        return ExitFailed; // the library reported why
+    if (!Load(cPlugin, Chosen.cPlugin, cFramework)) {
+        return ExitFailed;
     }
     return Show(Chosen, cFramework, *cPlugin.GetFactory(), cPlugin.GetDescription());
 }
