@@ -114,7 +114,6 @@ int iWrong = 0;
 class EWrong : public Element<EWrong> {
 public:
     static constexpr const char* TypeName = "EWrong";
-    static constexpr const char* Meaning = "is declared wrongly";
     static void Declare(Declaration<EWrong>& declare) {
         switch (iWrong) {
         case 0:

@@ -76,5 +76,7 @@ source "$here/failing.sh"
 source "$here/guards.sh"
 # shellcheck source-path=SCRIPTDIR
 source "$here/faults.sh"
+# shellcheck source-path=SCRIPTDIR
+source "$here/describing.sh"
 "$1"
 exit $((failures > 0))

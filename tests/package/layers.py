@@ -49,8 +49,8 @@ for folder, _, names in os.walk("source/fwlib"):
                 faults.append(f"{path} includes {other}, which is not below it")
             if path in public and other not in public:
                 faults.append(f"{path} is public and includes {other}")
-for name in os.listdir("tools/fwpipe"):
-    faults += [f"tools/fwpipe/{name} includes {other}" for other in includes(f"tools/fwpipe/{name}")
+for folder, _, names in os.walk("tools/fwpipe"):
+    faults += [f"{folder}/{name} includes {other}" for name in names for other in includes(f"{folder}/{name}")
                if other not in public]
 faults += [f"{path} serves one folder only" for path, by in users.items()
            if path.startswith("internal/") and len(by) < 2]

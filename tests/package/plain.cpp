@@ -2,6 +2,7 @@
 // A program in C++11 without run-time type information and exceptions, which passes streams and elements of its own
 // wherever the library looks for those it made itself.
 #include <fwlib/fwlib.h>
+#include <fwlib/testing/harness.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -119,6 +120,12 @@ void ReplayWhatWasRecorded(FRAMEWORK& cFramework, int iStrict) {
     Claim(cReplay.Run() == 0, "the stream ends");
 }
 
+void HoldAnElement() {
+    Harness cTest(new EPassthrough);
+    Claim(cTest.Initialize() == 1 && cTest.Push({{"Count", 7}}) == 1 && cTest.Values("Count") == "7",
+          "an element between pads");
+}
+
 } // namespace
 
 int main() {
@@ -126,6 +133,7 @@ int main() {
     Claim(cFramework.AddPlugin(Text("libfwlib.so")) == 1, "the library is found");
     SendBlock();
     EndTheRuns();
+    HoldAnElement();
     for (int iStrict = 0; iStrict < 2; ++iStrict) {
         Record(iStrict);
         ReplayWhatWasRecorded(cFramework, iStrict);

@@ -2,10 +2,11 @@
 # SPDX-License-Identifier: MIT
 # Usage: use.sh ROAD STAGE WORK COMPILER [FLAG...]
 # Uses the installed tree the way a user would, and compares what the examples print then. ROAD is
-#   cmake        the host programs and the plugin, which find the CMake package
+#   cmake        the host programs and the plugins, which find the CMake package
 #   pkgconfig    a host program, compiled by hand with what pkg-config says
 #   fwpipe       the installed tool
-#   plain        a host program and the plugin without run-time type information and exceptions, in the oldest and newest C++;
+#   new          a plugin project that it writes, with the commands that its message and README name
+#   plain        a host program and the plugins without run-time type information and exceptions, in the oldest and newest C++;
 #                with sanitizers, which read the type information and take long, with it and in the oldest alone
 # None of them is told where the library lies: "plugin libfwlib.so" has to find it.
 set -euo pipefail
@@ -31,6 +32,8 @@ cmake)
     build plugin
     "$check" examples/plugin/countdown.pipe "$stage/bin/fwpipe" \
         "build/plugin/libcountdown.so=$work/plugin/libcountdown.so"
+    build csv
+    "$check" examples/csv/warm.pipe "$stage/bin/fwpipe" "build/csv/libcsv.so=$work/csv/libcsv.so"
     ;;
 pkgconfig)
     PKG_CONFIG_PATH=$(dirname "$(find "$stage" -name fwlib.pc)")
@@ -55,7 +58,24 @@ plain)
             "$root/examples/plugin/countdown.cpp"
         "$check" examples/plugin/countdown.pipe "$stage/bin/fwpipe" \
             "build/plugin/libcountdown.so=$work/libcountdown.so"
+        "$compiler" "${plain[@]}" "-std=$standard" -fPIC -shared -o "$work/libcsv.so" "$root/examples/csv/csv.cpp"
+        "$check" examples/csv/warm.pipe "$stage/bin/fwpipe" "build/csv/libcsv.so=$work/libcsv.so"
     done
+    ;;
+new)
+    cd "$work"
+    "$stage/bin/fwpipe" new plugin Rate
+    cd Rate
+    export CMAKE_PREFIX_PATH=$stage CXX=$compiler CXXFLAGS="$flags -Werror"
+    cmake --workflow --preset build
+    ctest --preset build
+    "$stage/bin/fwpipe" run rate.pipe >output
+    [[ $(grep -c '^ESink::DataArrived: QObject$' output) == 10 ]] || { cat output && exit 1; }
+    "$stage/bin/fwpipe" inspect build/librate.so ERate | sed '1,/^example$/d; s/^  //' >example.pipe
+    [[ $("$stage/bin/fwpipe" run example.pipe | grep -c QObject) == 500 ]]
+    sed -i 's/++m_uDropped < m_uEvery/++m_uDropped <= m_uEvery/' rate.cpp # the unit test finds a fault
+    cmake --workflow --preset build
+    if ctest --preset build; then exit 1; fi
     ;;
 fwpipe) "$check" examples/counter.pipe "$stage/bin/fwpipe" ;;
 *) exit 2 ;;

@@ -34,6 +34,8 @@ CLI::App& AddFileCommand(CLI::App& cApp, const char* pchName, const char* pchAbo
 void AddRun(CLI::App& cApp, Action& cChosen);
 void AddRecover(CLI::App& cApp, Action& cChosen);
 void AddDump(CLI::App& cApp, Action& cChosen);
+void AddInspect(CLI::App& cApp, Action& cChosen);
+void AddNew(CLI::App& cApp, Action& cChosen);
 
 } // namespace FwPipe
 

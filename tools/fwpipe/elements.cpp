@@ -38,6 +38,10 @@ VESK::EDeserialize* AsReplay(VESK::EObject* pElement) {
                : nullptr;
 }
 
+bool Originates(VESK::EObject& cElement) {
+    return TableOf(cElement)[RunSlot] != TableOf(VESK::EDevNull())[RunSlot];
+}
+
 bool IsRecorder(VESK::EObject& cElement) {
     const char* const pchType = Setting(cElement, VESK::Key::EObjectType);
     return Has<VESK::ESerialize>(&cElement, DataArrivedSlot, InitializeSlot) ||

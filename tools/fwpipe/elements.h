@@ -20,6 +20,9 @@ namespace FwPipe {
 // The element as an EDeserialize, or null. A subclass that overrides both Initialize and Run is not recognized.
 VESK::EDeserialize* AsReplay(VESK::EObject* pElement);
 
+// Whether the element's class overrides Run, and so originates data.
+bool Originates(VESK::EObject& cElement);
+
 // Whether the element is an ESerialize, a subclass of it, or has the type name ESerialize.
 bool IsRecorder(VESK::EObject& cElement);
 

@@ -12,7 +12,8 @@
 
 namespace {
 
-constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun, FwPipe::AddRecover, FwPipe::AddDump};
+constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun, FwPipe::AddRecover, FwPipe::AddDump,
+                                           FwPipe::AddInspect, FwPipe::AddNew};
 
 int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
     const auto cNamed = cApp.get_subcommands();
@@ -50,7 +51,9 @@ CLI::App& FwPipe::AddFileCommand(CLI::App& cApp, const char* pchName, const char
 
 int main(int iArguments, char** ppchArguments) {
     FwPipe::PrepareStreams();
-    CLI::App cApp("fwpipe runs pipe files, and shows and repairs recordings.", "fwpipe");
+    CLI::App cApp(
+        "fwpipe runs pipe files, shows and repairs recordings, describes types, and begins plugins.",
+        "fwpipe");
     cApp.set_version_flag("--version", "fwpipe " FWPIPE_VERSION);
     cApp.require_subcommand(1);
     cApp.footer("\"fwpipe COMMAND --help\" shows the options of a command, with examples.");

@@ -12,6 +12,9 @@
 
 namespace FWLIB_HIDDEN VESK {
 
+// Passes a key that was asked for and is missing to the watch, if there is one. Returns null, as its callers do.
+char* ReportMissing(const PROPERTIES& cList, const char* pchKey, const char* pchSection);
+
 // Incremented when any list replaces or drops its "Name"; cached names are then stale.
 inline std::atomic<Byte4Type> NameChanges{0};
 

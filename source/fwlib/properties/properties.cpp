@@ -14,13 +14,19 @@ namespace VESK {
 
 namespace {
 
-// The value of an entry, lent; null if there is none.
-char* FindValue(const PROPERTIES& cList, const char* pchKey, const char* pchSection) {
+// The value of an entry, lent; null if there is none. If bAsked, a missing key is reported to a watch.
+// Inlined, it would take registers from its callers in 32-bit code.
+template <bool bAsked = true>
+__attribute__((noinline)) char* FindValue(const PROPERTIES& cList, const char* pchKey,
+                                          const char* pchSection) {
     if (!pchKey || !pchSection) {
         return nullptr;
     }
     const Byte4Type b4Index = FindEntry(cList, pchKey, pchSection);
-    return b4Index < cList.m_b2PropertyCount ? cList.m_pachValues[b4Index] : nullptr;
+    if (b4Index >= cList.m_b2PropertyCount) {
+        return bAsked ? ReportMissing(cList, pchKey, pchSection) : nullptr;
+    }
+    return cList.m_pachValues[b4Index];
 }
 
 // The typed getters: the converted value if the key exists, otherwise the default.
@@ -54,7 +60,7 @@ long long ToLong(char* pchText) {
 // "Name", and counts the change.
 bool Overwrite(const PROPERTIES& cList, const char* pchKey, const DecimalText& cText,
                const char* pchSection) {
-    char* const pchValue = FindValue(cList, pchKey, pchSection);
+    char* const pchValue = FindValue<false>(cList, pchKey, pchSection);
     if (!pchValue || strnlen(pchValue, cText.Length()) < cText.Length() ||
         (*pchKey == *Key::Name && fwstrcmp(pchKey, Key::Name) == 0)) {
         return false;
@@ -116,6 +122,7 @@ int PROPERTIES::FindProperty(char* pchKey, Byte2Type* pb2Index, char* pchSection
     }
     const Byte4Type b4Index = FindEntry(*this, pchKey, pchSection);
     if (b4Index >= m_b2PropertyCount) {
+        ReportMissing(*this, pchKey, pchSection);
         return 0;
     }
     *pb2Index = static_cast<Byte2Type>(b4Index);

@@ -150,7 +150,11 @@ int FormatReal(float fValue, char* pchBuffer) {
 }
 
 const char* FindValue(const PROPERTIES& cList, const char* pchKey) {
-    return pchKey ? FindStandard(cList, SoughtText(pchKey)) : nullptr;
+    if (!pchKey) {
+        return nullptr;
+    }
+    const char* const pchValue = FindStandard(cList, SoughtText(pchKey));
+    return pchValue ? pchValue : ReportMissing(cList, pchKey, Section::Standard);
 }
 
 int StoreNumber(PROPERTIES& cList, const char* pchKey, long long llValue) {

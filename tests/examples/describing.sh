@@ -1,0 +1,111 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# Part of fwpipe_test.sh: inspect and new.
+# shellcheck disable=SC2154 # the variables are those of fwpipe_test.sh
+
+common=$'  Name *\n  Debug *number; default 0\n*\n' # the properties of every element
+
+inspect() {
+    local type described wanting
+    described=$(dirname "$probe")/described.so
+    wanting=$(dirname "$probe")/wanting.so
+
+    check 0 $'EDevNull      accepts *\n*\nEPipeline     *\nQObject       *\nQEOF          *' '' inspect
+    # shellcheck disable=SC2013 # types are words
+    for type in $(cut -d ' ' -f 1 out | grep '^E'); do # each example can be run
+        check 0 "$type: *"$'\n\noriginates   *\n\nproperties\n*\n\nexample\n*' '' inspect "$type"
+        sed '1,/^example$/d; s/^  //' out >"$type.pipe"
+        pipe numbers "${produce[@]}" 'source counter'
+        write 1 QObject 'Count=%d' >object
+        input=object check 0 '*' '*' run --quiet "$type.pipe"
+    done
+
+    check 0 $'EOdd    \\\\x1b[[]31m red \\\\\\\\ é\nEPlain\nQThing  a thing' '' inspect "$described"
+    check 0 'EOdd: \\x1b[[]31m red \\\\ é
+
+originates   yes: it may be the sink element
+sink pads    2
+source pads  as property Whole says; 3 if it is absent
+
+properties
+  Whole   number -5 to 18446744073709551615, in m; default 7
+          a number
+  Real    real from -1e3; default 0.5
+          a real number
+  Flag    flag; default yes
+  Choice  choice of red, green; must be set
+          a choice
+  File    file to read; default empty
+          a file
+  Later   of a kind that is not known; must be set
+          a \\xff
+'"$common"$'
+example
+  plugin libfwlib.so
+  plugin */described.so
+  element EOdd
+  property Name example
+  property Whole 7
+  property Real 0.5
+  property Flag yes
+  property Choice red
+  property Later text
+  element ESink
+  property Name printer
+  connect example 0 printer 0
+  connect example 1 printer 0
+  connect example 2 printer 0
+  sink example' '' inspect "$described" EOdd
+    check 0 '{"types":[[]{"type":"EOdd","meaning":"\\u001b[[]31m red \\\\ é","originates":true,"sinkPads":{"count":2},"sourcePads":{"property":"Whole","default":3},"properties":[[]{"key":"Whole","kind":"number","default":7,"min":-5,"max":18446744073709551615,"choices":null,"unit":"m","meaning":"a number","required":false},{"key":"Real","kind":"real","default":0.5,"min":-1000.0,"max":null,*"key":"Flag","kind":"flag","default":true,*"key":"Choice","kind":"choice","default":null,"min":null,"max":null,"choices":[[]"red","green"],*"required":true},{"key":"File","kind":"file to read","default":"",*"key":"Later","kind":null,"default":"two words",*"meaning":"a �","required":null},{"key":"Name",*{"key":"Debug",*}]},{"type":"EPlain","meaning":null,*}],"objects":[[]{"type":"QThing","meaning":"a thing"}]}' \
+        '' inspect --json "$described"
+    check 0 $'QThing: a thing\n\na data object' '' inspect "$described" QThing
+    check 0 '{"types":[[]],"objects":[[]{"type":"QThing","meaning":"a thing"}]}' '' inspect --json "$described" QThing
+
+    # What the plugin does not describe.
+    check 0 $'EBare: not described; *\n\noriginates   no\nsink pads    0\nsource pads  1\n\nproperties\n  Colour  of a kind that is not known\n  Width   of a kind that is not known\n  Name*' \
+        'fwpipe: Initialize of EBare failed, so pads and keys may be missing here' inspect "$described" EBare
+    check 0 '{"types":[[]{"type":"ECountdown","meaning":null,"originates":true,"sinkPads":{"count":0},"sourcePads":{"count":1},"properties":[[]{"key":"Start","kind":null,*' \
+        '' inspect --json "$plugin" ECountdown
+    check 0 '' "fwpipe: $plugin does not describe its types; name one *" inspect "$plugin"
+    check 0 $'QGood\n\na data object' '' inspect "${described/described/good}" QGood
+    check 1 '' 'fwpipe: *exception*GoodFactory' inspect "${described/described/good}" Thrown
+
+    check 1 '' "fwpipe: no type EOd in $described; similar: EOdd" inspect "$described" EOd
+    check 1 '' 'fwpipe: no type esnik in libfwlib.so; similar: ESink' inspect libfwlib.so esnik
+    check 1 '' 'fwpipe: no type Quite/other in libfwlib.so' inspect libfwlib.so Quite/other
+
+    # Plugins that cannot be loaded.
+    FWLIB_PLUGIN_PATH=some/where check 1 '' $'FWPLUGIN: dlopen() Error: none.so: *\nfwpipe: none.so was looked for in FWLIB_PLUGIN_PATH (some/where), */fwlib/plugins, LD_LIBRARY_PATH *' inspect none.so
+    check 1 '' 'FWPLUGIN: dlopen() Error: ./ESink: cannot open *' inspect ./ESink
+    sed 's/libfwlib\.so\.0/libgoner.so.0/g' "$described" >lost.so
+    check 1 '' $'FWPLUGIN: dlopen() Error: libgoner*\nfwpipe: ./lost.so, or a library that it needs, needs libgoner.so.0*, which was looked for in *' inspect ./lost.so
+    check 1 '' "FWPLUGIN: dlopen() Error: *fwpipe: $wanting needs Absent::Give(int), which neither *" inspect "$wanting"
+    check 1 '' "FWPLUGIN: dlsym() Error: *fwpipe: ${described/described/noentry} is not a plugin: *" inspect "${described/described/noentry}"
+    check 2 '' '*' inspect a b c
+    [[ ! -e /dev/full ]] || { "$fwpipe" inspect >/dev/full 2>err && fail 'inspect on a full disk'; }
+}
+
+new() {
+    local name
+    check 0 $'Rate is written. The next commands:\n  cd Rate\n  cmake *\n  ctest *\n  fwpipe run rate.pipe' '' new plugin Rate
+    [[ $(cd Rate && echo *) == 'CMakeLists.txt CMakePresets.json README.md rate.cpp rate.pipe rate_test.cpp' ]] ||
+        fail "files of the project: $(ls Rate)"
+    ! grep -ri placeholder Rate || fail 'a placeholder remains'
+    cp -r Rate before
+    check 1 '' 'fwpipe: cannot create Rate: File exists' new plugin Rate
+    diff -r Rate before || fail 'the project has changed'
+    : >Taken
+    check 1 '' 'fwpipe: cannot create Taken: File exists' new plugin Taken
+    check 1 '' 'fwpipe: cannot create nowhere/Rate: No such file or directory' new plugin Rate --dir nowhere
+    mkdir sub
+    check 0 'sub/x1y is written.*' '' new plugin x1y --dir sub
+    grep -q 'class EX1y : ' sub/x1y/x1y.cpp || fail 'name of the class'
+    for name in '' 1a a-b ../a é IO fwLib Sink Object "$(printf 'a%.0s' {1..65})"; do
+        check 2 '' 'fwpipe: *NAME: *' new plugin "$name"
+    done
+    check 2 '' '*' new
+    check 2 '' '*' new plugin
+    # No file may grow beyond 512 bytes, so the first long one fails.
+    (ulimit -f 1 && "$fwpipe" new plugin Big 2>&1 | cat >err)
+    [[ $(<err) == 'fwpipe: cannot write Big/'*': File too large' && ! -e Big ]] || fail 'a project that cannot be written'
+}
