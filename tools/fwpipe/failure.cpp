@@ -171,7 +171,6 @@ void OnFault(int iSignal, siginfo_t* pInfo, void* pContext) {
         if (iOther != SIGABRT) {
             struct sigaction Action = {};
             Action.sa_handler = GiveUp;
-            Action.sa_flags = SA_NODEFER;
             sigaction(iOther, &Action, nullptr);
         }
     }

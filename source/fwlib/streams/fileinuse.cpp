@@ -39,9 +39,7 @@ char* FileInUse::Open(char* pchName, char* pchMode, bool bShared) {
     }
     char* const pFile = fwfopen(pchName, pchMode);
     Unlink();
-    const int iReason = errno;
     Link(pFile);
-    errno = iReason;
     return pFile;
 }
 

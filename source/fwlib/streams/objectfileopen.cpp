@@ -38,7 +38,6 @@ Front FrontOf(std::FILE* pFile) {
     std::size_t uSize = 0;
     bool bTyped = true; // the current object's first line can be a type
     bool bCounted = false;
-    errno = 0;
     for (ssize_t i; cLines.Now() != ObjectLines::Broken && (i = getline(&pchLine, &uSize, pFile)) > 0;) {
         const bool bFirst = cLines.Now() == ObjectLines::TypeNext || cLines.Now() == ObjectLines::Whole;
         bTyped = bFirst ? std::strlen(pchLine) <= TypeTextSize && !std::strchr(pchLine, '=') : bTyped;

@@ -71,7 +71,6 @@ ssize_t ObjectFileRead::ReadHeld() {
     if (pEnd) { // an earlier call has read it
         return static_cast<const char*>(pEnd) + 1 - pchFirst;
     }
-    errno = 0;
     const ssize_t iMore = getline(&m_pchLine, &m_uLineSize, StreamOf(m_pFile));
     const std::size_t uMore = iMore > 0 ? static_cast<std::size_t>(iMore) : 0;
     const int iReason = errno;
@@ -119,7 +118,7 @@ ssize_t ObjectFileRead::HandOut(std::size_t uLength) {
 
 // No line was read: the stream has no more data yet, has ended, or failed.
 void ObjectFileRead::EndLines() {
-    const bool bLater = errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
+    const bool bLater = errno == EAGAIN || errno == EINTR;
     if (m_bMayWait && !fwfeof(m_pFile) && bLater) {
         m_bWaits = true;
         std::clearerr(StreamOf(m_pFile)); // otherwise it would not read again

@@ -130,11 +130,8 @@ Byte4Type ObjectFileWrite::WriteData(char* pchData, Byte4Type b4Length) {
 // was written. A flush first makes the positions of stream and descriptor equal, whatever the host did.
 std::size_t ObjectFileWrite::WriteThrough(const char* pchData, std::size_t uLength) {
     std::FILE* const pFile = StreamOf(m_pFile);
-    if (!InStep(pFile)) {
-        m_llNext = Unknown;
-        if (std::fflush(pFile) != 0) {
-            return 0;
-        }
+    if (!InStep(pFile) && std::fflush(pFile) != 0) {
+        return 0;
     }
     const int iFile = fileno(pFile);
     if (iFile < 0) {
