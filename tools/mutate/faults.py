@@ -16,7 +16,9 @@ _OPERATORS = {
 }  # fmt: skip
 _CONDITION = re.compile(r"\b(if|while) \((.*)\) \{$")
 _RETURN = re.compile(r"\breturn (?![01];|nullptr;)(.+);$")
-
+_DECLARED = re.compile(r"(?!sizeof|new|delete)(?:[\w:<>]+ )*[\w:<>]+(?: |[*&]+ ?)\w+$|const ")
+_ATTRIBUTES = {"FWLIB_PRINTF"}  # the compiler checks calls with their arguments
+_COMPARISONS = {"strcmp", "fwstrcmp", "strncmp", "memcmp", "fwmemcmp", "fwstricmp"}
 
 _ERRORS = {"EACCES", "EAGAIN", "EEXIST", "EFBIG", "EINTR", "EINVAL", "EIO", "ENODATA", "ENOENT", "ENOMEM", "ENOTSUP",
            "EPERM", "EWOULDBLOCK"}  # fmt: skip
@@ -46,6 +48,8 @@ def _number(word):
 
 def _changed_text(word):
     inner = word[1:-1]
+    if re.fullmatch(r"[rwa]\+?b\+?", inner):  # a mode for opening; these systems ignore the b
+        return []
     if not inner:
         return ['"x"']
     if inner.endswith("\\n"):
@@ -81,10 +85,26 @@ def _of_token(token, text):
     return "", []
 
 
+def _only_equality(text, begin, end):
+    """Whether a call's result is only compared with 0, so that the order of its arguments does not matter."""
+    return bool(re.search(r"!(std::)?$", text[:begin]) or re.match(r"\s*[!=]= 0\b", text[end:]))
+
+
+def _only_names(text, first, second, end):
+    """Whether these are parameters. Those of a declaration may have any name; in a definition, an exchange compiles only
+    where their types are the same."""
+    if not _DECLARED.match(first):
+        return False
+    defined = re.match(r"[\w\s]*(?:[:{]|->)", text[end:])
+    return not defined or re.sub(r"\w+$", "", first) != re.sub(r"\w+$", "", second)
+
+
 def _swapped(tokens, text):
     """The first two arguments of calls, exchanged."""
     for at, (token, bracket) in enumerate(zip(tokens, tokens[1:])):
         if token.kind != "word" or bracket.word != "(" or bracket.begin != token.end:
+            continue
+        if token.word in _ATTRIBUTES:
             continue
         depth, commas = 0, []
         for other in tokens[at + 1 :]:
@@ -94,10 +114,11 @@ def _swapped(tokens, text):
             if depth == 0:
                 commas.append(other.begin)
                 break
+        if token.word in _COMPARISONS and _only_equality(text, token.begin, other.end):
+            continue
         if len(commas) >= 2:
             first, second = text[bracket.end : commas[0]], text[commas[0] + 1 : commas[1]].strip()
-            declared = re.compile(r"[\w:<>]+[ *&]+\w+$|const ")  # a parameter may have any name
-            if first != second and not declared.match(first) and "\n" not in text[token.end : commas[1]]:
+            if first != second and not _only_names(text, first, second, other.end) and "\n" not in text[token.end : commas[1]]:
                 yield "arguments", bracket.end, commas[1], f"{second}, {first}", f"arguments of {token.word}"
 
 

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Puts small faults into the library and the tool, one at a time, and lists those that the tests do not find.
 
-Usage: mutate.py [--count N] [--seed N] [--kind KIND]... [--resume] [--flags FLAGS] [--verbose] [FILE...]
+Usage: mutate.py [--count N] [--seed N] [--kind KIND]... [--fault NAME]... [--resume] [--flags FLAGS] [--verbose] [FILE...]
 
 The kinds of faults take turns; within a kind the choice is random but reproducible, whatever the names of the files. Each
 worker has a copy of the tree and its own builds under build/mutate. A fault that does not compile is replaced by another
@@ -22,7 +22,7 @@ sys.path.insert(0, str(ROOT / "tools"))
 from faults import faults_of, ordered
 from isolate import isolate
 from listed import listed
-from tree import Tree
+from tree import Tree, note
 
 SCRATCH = ROOT / "build" / "mutate"
 RESULTS = SCRATCH / "results"
@@ -48,15 +48,21 @@ class Run:
         self.texts = {name: (ROOT / name).read_text() for name in names}
         faults = [fault for name, text in self.texts.items() for fault in faults_of(name, text)]
         self.unknown = self.known - {fault.name for fault in faults} if not arguments.files else set()
-        self.faults = iter(ordered([f for f in faults if not arguments.kind or f.kind in arguments.kind], arguments.seed))
+        chosen = [fault for fault in faults if (not arguments.kind or fault.kind in arguments.kind)
+                  and (not arguments.fault or fault.name in arguments.fault)]  # fmt: skip
+        self.faults = iter(ordered(chosen, arguments.seed))
         self.before = self._before()
+        self.found = Counter()  # faults, by test and by file and test
+        for fault in faults:
+            note(self.found, fault.file, self.before.get(fault.identity, ""))
+        if not arguments.resume:
+            RESULTS.unlink(missing_ok=True)
+            self.before = {}
 
     def _before(self):
         """The results of an earlier run, by the identity of the fault."""
-        if not self.arguments.resume or not RESULTS.exists():
-            RESULTS.unlink(missing_ok=True)
-            return {}
-        return dict(line.split("\t")[:2] for line in RESULTS.read_text().splitlines())
+        lines = RESULTS.read_text().splitlines() if RESULTS.exists() else []
+        return dict(line.split("\t")[:2] for line in lines)
 
     def _next(self):
         """The next fault to try, or None when there are enough. Counts those that were tried already."""
@@ -78,7 +84,7 @@ class Run:
         return None
 
     def work(self, number):
-        tree = Tree(ROOT, SCRATCH, number, self.arguments.flags)
+        tree = Tree(ROOT, SCRATCH, number, self.arguments.flags, self.found)
         failing = tree.measure()
         if failing:
             self.broken += [f"{name}: ctest --test-dir {tree.build}" for name in failing]
@@ -124,6 +130,7 @@ def main():
     parser.add_argument("--count", type=int, default=400, help="faults that compile, equivalent ones among them")
     parser.add_argument("--seed", type=int, default=1, help="another seed chooses other faults")
     parser.add_argument("--kind", action="append", help="only faults of this kind, such as order, setting, reset, guard, loop")
+    parser.add_argument("--fault", action="append", help="only the fault of this name, as a survivor is printed")
     parser.add_argument("--resume", action="store_true", help="go on after a run that ended early, or with more tests")
     parser.add_argument("--flags", default="-O1 -DFWLIB_WATCH -fsanitize=leak", help="for the compiler; leaks and code that goes too early end a program, too")
     parser.add_argument("--verbose", action="store_true", help="tell each fault and its time")

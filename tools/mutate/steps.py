@@ -17,6 +17,12 @@ _SETTING = re.compile(r"\b(?:GetProperty|GetPropertyLength|ReadConfig|getenv|fcn
 _LOOP = re.compile(r"for \((?P<type>[\w:]+) (?P<name>\w+) = 0; (?P=name) < (?P<end>[^;]+); \+\+(?P=name)\) \{")
 _ENDS_LIFE = re.compile(r"\bdelete\b|free\(|[Cc]lose\(|~\w+\(")
 _DECLARED = re.compile(r"(?:(?:const|static|auto|constexpr) )*[\w:<>, ]*[\w>][&* ]+(?:const )?(\w+)(?: =|[({\[;])")
+# Functions and constructors that only read, and those that also write to an argument.
+_PURE = {"Setting", "SoughtText", "strlen", "strchr", "strcmp", "min", "max", "empty", "size", "back", "capacity", "Begin",
+         "Length", "Text"}  # fmt: skip
+_READERS = _PURE | {"GetProperty", "GetPropertyLength"}
+_SETTING_WORDS = re.compile(r"GetProperty\w*|c\w*Properties|m_cProperties|Key|Section|Standard|nullptr|sizeof|Text|std|static_cast")
+_RELEASES = re.compile(r"(?:\s*(?:std::free|fwfree)\([^()]*\);)+\s*\}")
 _GUARD = re.compile(r"const [A-Za-z_][\w:<>]* (\w+)(?:\(.*\))?;$", re.S)
 
 
@@ -42,6 +48,17 @@ class _Step:
             if token.word in ("++", "--", "&", "delete") and following.kind == "word":
                 self.changes.add(following.word)
 
+    def only_calls(self, known):
+        """Whether it calls nothing else. Only a declaration may construct an object."""
+        built = re.search(r"(\w+)[&* ]+(?:const )?\w+\(", self.text) if self.calls[:1] == [self.declares] else None
+        calls = ([built[1]] if built else []) + self.calls[1 if built else 0 :]
+        return all(call in known for call in calls)
+
+    def independent_settings(self, other):
+        """Whether both only read settings, and no variable of one is in the other."""
+        shared = {word for word in self.words & other.words if not _SETTING_WORDS.fullmatch(word)}
+        return self.only_calls(_READERS) and other.only_calls(_READERS) and not shared
+
     @property
     def head(self):
         """The word that names the step."""
@@ -56,6 +73,10 @@ class _Step:
             return False
         shared = (self.changes & following.words) | (following.changes & self.words)
         outside = re.compile(r"m_|errno$")
+        if self.independent_settings(following):
+            return False
+        if self.only_calls(_PURE) and following.only_calls(_PURE) and not shared:
+            return False
         return bool(
             shared
             or (self.calls and following.calls)
@@ -70,6 +91,12 @@ def _is_step(statement, text):
     return statement.simple or not _ENDS & set(re.findall(r"\w+", text[statement.begin : statement.end]))
 
 
+def _is_guard(step, rest):
+    """Whether a declaration has its effect by its constructor and destructor alone."""
+    guard = _GUARD.match(step.text)
+    return bool(guard and not re.search(rf"\b{guard[1]}\b", rest))
+
+
 def _orders(text, block):
     """Two neighbours exchanged."""
     for one, other in zip(block, block[1:]):
@@ -78,7 +105,8 @@ def _orders(text, block):
         first, second = _Step(text, one), _Step(text, other)
         if first.swaps_with(second):
             between = text[one.end : other.begin]
-            kind = "setting" if _SETTING.search(second.text) and not _SETTING.search(first.text) else "order"
+            guards = [step for step in (first, second) if _is_guard(step, text[other.end : block[-1].end])]
+            kind = "guard" if guards else "setting" if _SETTING.search(second.text) and not _SETTING.search(first.text) else "order"
             yield (kind, one.begin, other.end, second.text + between + first.text,
                    f"{second.head} before {first.head}")  # fmt: skip
 
@@ -89,7 +117,10 @@ def _early_settings(text, block):
         if statement.simple and _is_step(statement, text) and _SETTING.search(text[statement.begin : statement.end]):
             step, begin = _Step(text, statement), block[0].begin
             moved = step.text + "\n" + text[begin : statement.begin].rstrip()
-            declared = {_Step(text, before).declares for before in block[:at]} - {""}
+            passed = [_Step(text, before) for before in block[:at]]
+            declared = {other.declares for other in passed} - {""}
+            if all(step.independent_settings(other) for other in passed):
+                continue
             if not declared & step.words and _is_step(block[0], text):
                 yield "setting", begin, statement.end, moved, f"{step.head} at the begin"
 
@@ -99,13 +130,12 @@ def _dropped(text, block, at):
     own = text[statement.begin : statement.end]
     if not statement.simple or statement.first in _NO_STEPS:
         return
-    guard = _GUARD.match(own)
-    rest = text[statement.end : block[-1].end]
-    if guard and not re.search(rf"\b{guard[1]}\b", rest):
-        yield "guard", statement.begin, statement.end, ";", f"without {guard[1]}"
-    elif not _Step(text, statement).declares:
+    step = _Step(text, statement)
+    if _is_guard(step, text[statement.end : block[-1].end]):
+        yield "guard", statement.begin, statement.end, ";", f"without {step.declares}"
+    elif not step.declares:
         kind = "reset" if _RESET.match(own) else "statement"
-        yield kind, statement.begin, statement.end, ";", f"without {_Step(text, statement).head}"
+        yield kind, statement.begin, statement.end, ";", f"without {step.head}"
 
 
 def steps_of(text):
@@ -120,6 +150,8 @@ def steps_of(text):
             yield from _dropped(text, block, at)
             loop = _LOOP.match(text, statement.begin)
             if loop and statement.first == "for" and _ENDS_LIFE.search(text[loop.end() : statement.end]):
+                if _RELEASES.fullmatch(text, loop.end(), statement.end):
+                    continue  # the order of releases of memory does not matter
                 name = loop["name"]
                 head = f"for ({loop['type']} {name} = {loop['end']}; {name}-- > 0;) {{"
                 yield "loop", loop.start(), loop.end(), head, "reversed loop"

@@ -7,7 +7,6 @@ import shutil
 import signal
 import subprocess
 import time
-from collections import Counter
 from dataclasses import dataclass
 
 from isolate import alone
@@ -19,6 +18,11 @@ OF_FLAGS = ("package.hardening",)  # checks how the release is built
 CHECKER = "max_allocation_size_mb=4000:use_sigaltstack=0:" + ":".join(
     f"handle_{signal}=0" for signal in ("segv", "sigbus", "abort", "sigfpe", "sigill"))  # fmt: skip
 
+SANITIZER_FLAGS = "-O1 -g -DFWLIB_WATCH -fno-omit-frame-pointer "
+RACES = ("ThreadSanitizer", "tsan", SANITIZER_FLAGS + "-fsanitize=thread")
+MEMORY = ("AddressSanitizer", "asan",
+          SANITIZER_FLAGS + "-fsanitize=address,undefined -fno-sanitize-recover=all -Wno-maybe-uninitialized")  # fmt: skip
+
 
 @dataclass(frozen=True)
 class Test:
@@ -29,6 +33,14 @@ class Test:
 
     def uses(self, program):
         return any(str(program) == word for word in self.command)
+
+
+def note(found, file, by):
+    """Counts what found a fault: later faults are tried first with the tests that found most."""
+    name = by.removesuffix(" (time)")
+    if name not in ("", "compiler"):
+        found[name] += 1
+        found[file, name] += 1
 
 
 def _limit():
@@ -55,15 +67,15 @@ def _run(command, folder, seconds, environment=()):
 
 
 class Tree:
-    def __init__(self, root, scratch, number, flags):
+    def __init__(self, root, scratch, number, flags, found):
         self.original, self.root = root, scratch / str(number)
-        self.build, self.tsan = self.root / "build" / "release", self.root / "build" / "tsan"
+        self.build = self.root / "build" / "release"
         self.cache = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
         self.environment = {"CCACHE_DIR": str(scratch / "ccache"), "CCACHE_BASEDIR": str(self.root),
                             "CCACHE_NOHASHDIR": "1"}  # fmt: skip
         self.stale = False
         self.seconds = {}  # of each test without a fault
-        self.found = Counter()  # faults, by test and by file and test
+        self.found = found  # of all workers
         self._copy()
         self._configure(self.build, flags)
         if not self._make(self.build):
@@ -128,6 +140,10 @@ class Tree:
             if not self._passes(test, 900)[0]:
                 failing.append(test.name)
             self.seconds[test.name] = time.monotonic() - begun
+        for name, folder, flags in (RACES, MEMORY):
+            self._configure(self.root / "build" / folder, flags)
+            if self._sanitized(name, folder) != "":
+                failing.append(name)
         return failing
 
     def _first(self, file):
@@ -140,8 +156,7 @@ class Tree:
         for test in sorted(tests, key=self._first(file)):
             passes, late = self._passes(test, 15 + 6 * self.seconds[test.name], tries)
             if not passes:
-                self.found[test.name] += 1
-                self.found[file, test.name] += 1
+                note(self.found, file, test.name)
                 return test.name + (" (time)" if late else "")
         return ""
 
@@ -169,16 +184,14 @@ class Tree:
             if not self._make(self.build):
                 return None
             found = self._found_by(tests if header else linked, fault)
-        if not found and fault.kind == "guard" and not tool:
-            found = self._races()
+        if not found and not tool:
+            found = self._sanitized(*(RACES if fault.kind == "guard" else MEMORY)[:2])
         return found
 
-    def _races(self):
-        """The test under ThreadSanitizer that finds the fault, as ./dev ci runs it."""
-        if not (self.tsan / "build.ninja").exists():
-            self._configure(self.tsan, "-O1 -g -fsanitize=thread -fno-omit-frame-pointer")
-        if not self._make(self.tsan, "fwlib_tests"):
+    def _sanitized(self, name, folder):
+        """The name if the unit tests under this sanitizer find the fault, as ./dev ci runs them."""
+        build = self.root / "build" / folder
+        if not self._make(build, "fwlib_tests"):
             return None
-        command = [str(self.tsan / "tests" / "fwlib_tests"), "--gtest_filter=-*DeathTest*"]
-        test = Test("ThreadSanitizer", tuple(command), str(self.root), ())
-        return "" if self._passes(test, 900)[0] else test.name
+        command = [str(build / "tests" / "fwlib_tests"), "--gtest_filter=-*DeathTest*"]
+        return "" if self._passes(Test(name, tuple(command), str(self.root), ()), 900)[0] else name
