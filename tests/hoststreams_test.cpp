@@ -47,10 +47,15 @@ TEST(Recording, AClassMayPatchWhatItWrote) {
 
 // Writes to the file by other ways than the recorder's too.
 struct QPrinting : QObject {
+    int grown = 0;
     int Serialize(SWrite* pWriter) override {
         SFileWrite own;
         own.SetFile(static_cast<SFileWrite*>(pWriter)->m_pFile);
         QObject::Serialize(pWriter);
+        if (const int file = fwflush(own.m_pFile) == 0 ? fileno(reinterpret_cast<std::FILE*>(own.m_pFile)) : -1;
+            file >= 0) { // and then what was written is there
+            grown += lseek(file, 0, SEEK_END) >= static_cast<off_t>(Object.size());
+        }
         own.Serialize(Text("Own"), 1);
         pWriter->Serialize(Text("Last"), 2);
         fwfputs(Text("Printed=3\n"), own.m_pFile);
@@ -69,6 +74,7 @@ TEST(Recording, WhatAClassPrintsIsStoredOrLostWithItsObject) {
             Recorder recorder(strict, path);
             const auto arrive = [&] { return recorder.element.DataArrived(&printing, 0); };
             EXPECT_EQ(Told(arrive), "1 ");
+            EXPECT_EQ(printing.grown, 1);
             fwfputs(Text("host\n"), recorder.element.m_pWriter->m_pFile);
             fwflush(recorder.element.m_pWriter->m_pFile);
             {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <memory>
 #include <random>
 #include <utility>
 
@@ -139,6 +140,16 @@ TEST(NameIndex, KnowsNothingOfAPipelineThatStoodThereOrOfElementsTakenAway) {
         pipe.AddElement(new Probe("n78"));
         EXPECT_TRUE(Agrees(pipe, "n78"));
     }
+    pipe.AddElement(new Probe("last"));
+    EXPECT_TRUE(Agrees(pipe, "last") && Agrees(pipe, "last"));
+    std::unique_ptr<EObject> taken[2]; // not destroyed yet
+    for (auto& element : taken) {
+        element.reset(pipe.m_ppElements[--pipe.m_iElementCount]);
+    }
+    for (int i = 0; i < 2; ++i) { // both with the name that the last one had
+        pipe.AddElement(new Probe("last"));
+    }
+    EXPECT_TRUE(Agrees(pipe, "last") && Agrees(pipe, "last"));
 }
 
 } // namespace

@@ -58,6 +58,8 @@ TEST(Pipeline, NamesFindTheFirstElementByTheirFirst255Characters) {
         EXPECT_EQ(pipe.GetElementProperty(element, Text("k"), buffer, Byte2Type{4}), at != 77);
         EXPECT_EQ(pipe.GetElementProperty(element, Text("k"), &number), at != 77);
         EXPECT_EQ(buffer + std::to_string(number), at != 77 ? "7004464" : "before9");
+        EXPECT_FALSE(pipe.GetElementProperty(element, Text("no"), &number));
+        EXPECT_EQ(number, at != 77 ? 0 : 9);
         EXPECT_FALSE(pipe.Connect(element, 0, Text("no"), 0) || pipe.Connect(Text("no"), 0, element, 0));
     }
     char* const none = nullptr;

@@ -122,6 +122,7 @@ TEST(Plugins, AreClosedWithTheirLastOwnerAndKeptUpToTheLimit) {
         FRAMEWORK framework;
         EXPECT_EQ(framework.AddPlugin(Good), 1);
         const std::unique_ptr<PLUGIN> plugin(framework.LoadPlugin(Good)); // the caller's own
+        EXPECT_EQ(plugin->Initialize(&framework), 1); // once more, which does not keep it open
         EXPECT_EQ(plugin->m_pFramework, &framework);
         EXPECT_EQ(plugin->GetFactory(), framework.m_ppPlugins[0]->GetFactory());
         EXPECT_EQ(framework.m_b2PluginCount * 100 + framework.m_b2PluginCapacity, 116);

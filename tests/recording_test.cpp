@@ -2,11 +2,13 @@
 // ESerialize on files and pipes: what is lost, and what is refused.
 #include "support/recorder.h"
 
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace {
 
@@ -48,6 +50,9 @@ TEST(Recording, APartOfAnObjectInAPipeEndsTheRecording) {
     EXPECT_EQ(recorder.Arrive(), "0 ");
     EXPECT_LT(read(ends[0], room, sizeof room), 0); // nothing stands behind the part
     close(ends[0]);
+    char*& file = recorder.element.m_pWriter->m_pFile;
+    fwfclose(std::exchange(file, reinterpret_cast<char*>(std::tmpfile())));
+    EXPECT_EQ(recorder.element.m_pWriter->WriteData(Text("part"), 4), 4u); // the next file has not ended
 }
 
 // Each read of a packet pipe gives what one write put in.
@@ -88,6 +93,27 @@ TEST(Recording, OnlyTheWriteAtHandCountsAndTheNextObjectIsTried) {
         EXPECT_EQ(text.substr(0, Object.size()), Object);
         close(ends[0]);
     }
+}
+
+TEST(Recording, ACloseThatFailsIsToldToItsFrameworkAlsoWithoutAReason) {
+    cookie_io_functions_t calls = {};
+    calls.close = [](void*) { return -1; };
+    Recorder recorder("1", fopencookie(nullptr, "w", calls));
+    Set(recorder.element.m_cProperties, "Filename", "/dev/null");
+    const auto again = [&] {
+        errno = ENOSPC; // of an earlier call
+        return recorder.element.Initialize();
+    };
+    const std::string told = Told(again); // a sanitizer's fclose has a reason of its own
+    EXPECT_EQ(told.find("1 ! ERROR: ESerialize - tap: Unable to store all objects in a stream of the host: "), 0u);
+    EXPECT_EQ(told.find("No space left"), std::string::npos);
+    auto lossy = std::make_unique<ESerialize>();
+    lossy->m_pFramework = &recorder.framework;
+    Set(lossy->m_cProperties, "Filename", "/dev/full");
+    Told([&] { return lossy->Initialize() && lossy->DataArrived(&recorder.object, 0); });
+    recorder.framework.m_bError = 0;
+    Told([&] { return lossy.reset(), 1; });
+    EXPECT_EQ(recorder.framework.m_bError, 1);
 }
 
 TEST(Recording, OutlivesItsFrameworkAndThenReportsWithoutIt) {
@@ -149,6 +175,22 @@ TEST(Recording, ANameThatIsTooLongIsRefused) {
                   std::string::npos);
         EXPECT_EQ(FileText(path), Object);
     }
+}
+
+// What is known of one file is not taken for the next one, which the host puts in its place.
+TEST(Recording, APartIsTakenOutOfTheNextFileToo) {
+    const Scratch scratch;
+    const std::string path = scratch.Path("next");
+    Recorder recorder("0", scratch.Path("objects"));
+    EXPECT_EQ(recorder.Arrive(), "1 ");
+    char*& file = recorder.element.m_pWriter->m_pFile;
+    fwfclose(std::exchange(file, reinterpret_cast<char*>(std::fopen(path.c_str(), "w"))));
+    {
+        const SizeLimit limit(10);
+        EXPECT_EQ(recorder.Arrive(), "1 " + Lost("a stream of the host", "File too large"));
+    }
+    EXPECT_EQ(recorder.Arrive(), "1 ! ERROR: ESerialize - tap: Objects lost: 1\n");
+    EXPECT_EQ(FileText(path), Object);
 }
 
 TEST(Recording, APartIsTakenOutOfTheEndOfAFileOnly) {

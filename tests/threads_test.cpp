@@ -30,9 +30,14 @@ int Whole(EPipeline& pipe) {
 // Builds, runs and destroys, and returns what went wrong.
 int Work(char* path, bool configured, int rounds) {
     int wrong = 0;
+    const Scratch scratch;
     FRAMEWORK framework;
     framework.AddPlugin(Text("libfwlib.so"));
     for (int i = 0; i < rounds; ++i) {
+        ESerialize recorder; // asks when it ends whether its framework lives, and lists its file
+        recorder.m_pFramework = &framework;
+        Set(recorder.m_cProperties, "Filename", scratch.Path("objects"));
+        wrong += !recorder.Initialize();
         EPipeline pipe;
         pipe.m_pFramework = &framework;
         const int built = configured ? pipe.BuildPipe(path, 0, nullptr) : pipe.BuildPipe(path);

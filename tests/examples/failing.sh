@@ -84,7 +84,7 @@ endure() {
 }
 
 failing() {
-    local command status left wanted before event words
+    local command status left wanted before event words made
     strace -qq -o trace true 2>err || {
         echo 'skipped: no program may trace another here'
         exit 77
@@ -112,16 +112,32 @@ failing() {
         before=$(state 2>&1)
         traced -o /dev/null "${event[@]}"
         [[ $status == "$wanted" ]] || fail "$words, ${event[*]}: exit status $status, not $wanted"
-        [[ $status != 3 && $left == "$before" ]] || cmp place/whole place/file.recovered || fail "$words, ${event[*]}"
+        made=file.recovered
+        [[ $words != *' -o '* ]] || made=${words##* }
+        [[ $words != *--in-place* ]] || made=file
+        [[ $status != 3 && $left == "$before" ]] || cmp place/whole "place/$made" || fail "$words, ${event[*]}"
     done <<'EOF'
 3|-e inject=/access:error=ENOENT -e inject=renameat2:error=EINVAL|recover file
 1|-e inject=/access:error=ENOENT -e inject=renameat2:error=EINVAL -e inject=renameat:error=EIO|recover file
 3|-e inject=fchmod:error=EPERM|recover file
 1|-e inject=fchmod:error=EPERM|recover --in-place link
+3|-e inject=fgetxattr:error=EOPNOTSUPP|recover --in-place link
+3|-e inject=linkat:error=EEXIST:when=1|recover --force file -o old
 1|-P old -e inject=/stat:error=ENOENT:when=1|recover file -o old
 1|-P old -e inject=/stat:error=ENOENT:when=1 -e inject=renameat2:error=EINVAL|recover file -o old
 2|-P seven.cfg -e inject=/stat:error=EIO|run --config seven.cfg good.pipe
 EOF
+    # The folder is brought to the disk too.
+    command=(recover --in-place link)
+    refill
+    traced -o ../trace -e trace=fsync
+    [[ $(grep -c 'fsync(' trace) == 2 ]] || fail "synced: $(<trace)"
+    # Held lines are shown whole where signals interrupt that.
+    command=(run --quiet noline.pipe)
+    traced -o /dev/null
+    mv err err.wanted
+    traced -o /dev/null -P "$box/err" -e trace=write -e inject=write:error=EINTR:when=1
+    cmp err err.wanted || fail "held lines, interrupted"
     # A recorder goes on where a signal interrupts it.
     command=(run --quiet --drain record.pipe)
     for stop in 0 1; do

@@ -162,6 +162,8 @@ report() {
     check 0 '*' 'fwpipe: 1 run, 1 object sent, 0 refused, *' run --report countdown.pipe
     check 1 '*' $'fwpipe: 3 runs, 3 objects sent, *\nfwpipe: run 4 of countdown.pipe failed' \
         run --report --repeat 9 countdown.pipe
+    "$fwpipe" run --quiet --report --repeat 9 good.pipe >/dev/full 2>err
+    [[ $(<err) == *$'\nfwpipe: 1 run, '* ]] || fail "the run whose output is lost is not counted"
     start 'launch: [0-9]' run --report endless.pipe --drain
     kill -INT "$runner"
     wait "$runner" 2>/dev/null

@@ -81,6 +81,7 @@ file -o file --force|file is the input itself; --in-place would replace it
 file -o other --force|other is the input itself; --in-place would replace it
 file -o missing/out|cannot write missing/out: No such file or directory
 file -o kept/out|cannot write kept/out: Not a directory
+file -o /proc/out|cannot write /proc/out: No such file or directory
 missing|cannot read missing: No such file or directory
 .|. is not a regular file
 file -o fifo --force|fifo is not a regular file

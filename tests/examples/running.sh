@@ -10,7 +10,7 @@ usage() {
     check 2 '' 'fwpipe: *FILE*fwpipe run --help*' run
     check 2 '' 'fwpipe: *second.pipe*' run good.pipe second.pipe
     check 2 '' 'fwpipe: *--drain*--repeat*' run --repeat 2 --drain good.pipe
-    check 2 '' 'fwpipe: *cannot read missing.cfg*' run --config missing.cfg good.pipe
+    check 2 '' 'fwpipe: --config: cannot read missing.cfg*' run --config missing.cfg good.pipe
     check 2 '' 'fwpipe: *cannot read .*' run --config . good.pipe
     check 2 '' 'fwpipe: *cannot read fifo again for each element: *' run --config fifo good.pipe
     for number in 0 -1 1.5 010 0x10 many '' 99999999999999999999; do
@@ -49,11 +49,20 @@ loops() {
 }
 
 quiet() {
+    local number
     check 0 "$object*" '' run --quiet good.pipe
     [[ $(wc -l <out) == 1000 ]] || fail "more than the objects: $(grep -vxF "$object" out)"
     check 1 '' $'Processing pipe file: noline.pipe\n*\nUnknown token conect\nfwpipe: building noline.pipe failed' \
         run --quiet noline.pipe
     check 1 '' $'*No sink or source pad\nfwpipe: initializing nopad.pipe failed' run --quiet nopad.pipe
+    # It leaves no file open, which an element could take for its own.
+    for number in 3 4 5; do
+        pipe leak 'element EDeserialize' "property Filename /proc/self/fd/$number"
+        check 1 '' "*Unable to open /proc/self/fd/$number: No such file or directory"$'\n*' run --quiet leak.pipe 3>&- 4>&- 5>&-
+    done
+    (ulimit -n 4 && exec "$fwpipe" run --quiet good.pipe) >out 2>err 3>&- 4>&- 5>&-
+    [[ $(<err) == $'fwpipe: cannot hold back the progress lines: Too many open files\nfwpipe: building good.pipe failed' ]] ||
+        fail "--quiet without files to hold lines"
     # Held lines that could not be held are no output that got lost.
     (ulimit -f 0 && exec "$fwpipe" run --quiet good.pipe) 2>err | cat >out
     [[ ${PIPESTATUS[0]} == 0 && $(wc -l <out) == 1000 ]] || fail "--quiet and a full disk"

@@ -16,6 +16,7 @@ template <class Pointer>
 Pointer Hold(Pointer pTaken) {
     if (pTaken && now.watched) {
         apHeld[held++] = pTaken;
+        errno = EDOM; // which a call that succeeds may do
     }
     return pTaken;
 }

@@ -71,6 +71,8 @@ TEST_P(EachCall, FailsInTurn) {
                          << (now.failed ? now.failed : "none") << ": " << told.output.reported);
             ASSERT_EQ(told.broken, "");
             ASSERT_EQ(held, 0) << "not given back";
+            ASSERT_FALSE(now.failed && std::strcmp(now.failed, "malloc") == 0 &&
+                         told.output.reported.find("Input/output error") != std::string::npos);
             ASSERT_EQ(told.output.reported.find("Unable to store"),
                       told.output.reported.rfind("Unable to store"));
             if (GetParam()->tells && told.answers == whole.answers && told.output.reported.empty()) {

@@ -91,6 +91,24 @@ void Replay(Account& told, Place&) {
     told.Must(!Strict || std::count(sent.begin(), sent.end(), '=') % 4 == 0, "an object lost a line");
 }
 
+// From memory, whose lines are held until their object has come.
+inline void ReplayHeld(Account& told, Place&) {
+    std::string text = "QObject\nm_b2PropertyCount=1\na=b\nQObject\nm_b2PropertyCount=0\n";
+    FRAMEWORK framework;
+    EDeserialize element;
+    Probe sink;
+    element.m_pFramework = &framework;
+    Set(element.m_cProperties, "Strict", "1");
+    if (told.Answer(framework.AddPlugin(Text("libfwlib.so"))) && told.Answer(element.Initialize()) &&
+        told.Answer(sink.AddSinkPad(new SINKPAD(&sink, Byte2Type{0})))) {
+        element.GetSourcePad(0)->m_pSinkPad = sink.GetSinkPad(0);
+        element.m_pReader->SetFile(reinterpret_cast<char*>(fmemopen(text.data(), text.size(), "r")));
+        while (told.Answer(element.Run())) {
+        }
+        told.result = sink.contents;
+    }
+}
+
 // An element without its type, its pads or its file refuses, and holds out when it is used all the same.
 inline void Elements(Account& told, Place& place) {
     FACTORY::FWElementsFactory factory;
@@ -247,6 +265,9 @@ inline void Streams(Account& told, Place&) {
         told.Answer(writer.m_pFile && fwfprintf(writer.m_pFile, "%600d=8\n", 1) == 603 &&
                     !std::ferror(reinterpret_cast<std::FILE*>(writer.m_pFile)));
     }
+    const std::string key(400, 'k'), file = FileText(Written);
+    told.Must(!now.failed || now.lasting || std::strcmp(now.failed, "malloc") != 0 || file.find(key + "=7\n") != file.npos,
+              "a record that was written in parts");
     SFileRead reader(Text(Written));
     int before = 0, after = 0;
     told.Answer(reader.Deserialize(&before));
@@ -283,6 +304,7 @@ inline const Scenario Scenarios[] = {
     {"Configured", 3, false, Writes::Nothing, [](Account& t, Place&) { RunPipe(t, "examples/config.pipe"); }},
     {"ReplayDefault", 6, false, Writes::Nothing, Replay<0>},
     {"ReplayStrict", 6, true, Writes::Nothing, Replay<1>},
+    {"ReplayHeld", 5, true, Writes::Nothing, ReplayHeld},
     {"Elements", 21, true, Writes::Nothing, Elements},
     {"Tables", 6, true, Writes::Nothing, Tables},
     {"Names", 303, true, Writes::Nothing, Names},
