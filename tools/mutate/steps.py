@@ -18,8 +18,8 @@ _LOOP = re.compile(r"for \((?P<type>[\w:]+) (?P<name>\w+) = 0; (?P=name) < (?P<e
 _ENDS_LIFE = re.compile(r"\bdelete\b|free\(|[Cc]lose\(|~\w+\(")
 _DECLARED = re.compile(r"(?:(?:const|static|auto|constexpr) )*[\w:<>, ]*[\w>][&* ]+(?:const )?(\w+)(?: =|[({\[;])")
 # Functions and constructors that only read, and those that also write to an argument.
-_PURE = {"Setting", "SoughtText", "strlen", "strchr", "strcmp", "min", "max", "empty", "size", "back", "capacity", "Begin",
-         "Length", "Text"}  # fmt: skip
+_PURE = {"Setting", "SoughtText", "string_view", "strlen", "strchr", "strcmp", "min", "max", "empty", "size", "back",
+         "capacity", "Begin", "Length", "Text"}  # fmt: skip
 _READERS = _PURE | {"GetProperty", "GetPropertyLength"}
 _SETTING_WORDS = re.compile(r"GetProperty\w*|c\w*Properties|m_cProperties|Key|Section|Standard|nullptr|sizeof|Text|std|static_cast")
 _RELEASES = re.compile(r"(?:\s*(?:std::free|fwfree)\([^()]*\);)+\s*\}")

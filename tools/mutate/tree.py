@@ -82,9 +82,7 @@ class Tree:
             raise RuntimeError(f"does not build: cmake --build {self.build}")
         self.tests = self._tests()
         # Programs that contain the library's objects must be linked again; the others use the shared library.
-        self.linked = [self.build / line.split(":")[0][len("build ") :]
-                       for line in (self.build / "build.ninja").read_text().splitlines()
-                       if line.startswith("build ") and "_EXECUTABLE_LINKER" in line and "/fwlib_objects.dir/" in line]  # fmt: skip
+        self.linked, self.of_tool = self._programs("/fwlib_objects.dir/"), self._programs("/__/tools/fwpipe/")
 
     def _copy(self):
         """Updates the copy from the tree; files that did not change keep their times."""
@@ -112,6 +110,12 @@ class Tree:
     def _make(self, build, *targets):
         which = ["--target", *targets] if targets else []
         return _run(["cmake", "--build", str(build), "-j", "1", *which], self.root, 1800, self.environment) == 0
+
+    def _programs(self, objects):
+        """The programs that are linked from objects in such a folder."""
+        return [self.build / line.split(":")[0][len("build ") :]
+                for line in (self.build / "build.ninja").read_text().splitlines()
+                if line.startswith("build ") and "_EXECUTABLE_LINKER" in line and objects in line]  # fmt: skip
 
     def _tests(self):
         """All tests but those of the installed tree, which hardly depend on the code and take long to build."""
@@ -172,11 +176,12 @@ class Tree:
     def tried(self, fault):
         """The test that finds the fault in the copy, "" if none does, or None if it does not compile."""
         header, tool = fault.file.endswith(".h"), fault.file.startswith("tools/")
-        program = self.build / "fwpipe"
-        tests = [test for test in self.tests if not tool or test.uses(program)]
+        programs = [self.build / "fwpipe", *self.of_tool]
+        tests = [test for test in self.tests if not tool or any(test.uses(program) for program in programs)]
         linked = [test for test in tests if not tool and any(test.uses(program) for program in self.linked)]
         # Test programs that were built before the header changed also find most faults, and building them takes long.
-        if not self._make(self.build, "fwlib", "fwpipe"):  # both, as one may contain the previous fault
+        made = [str(program.relative_to(self.build)) for program in programs]
+        if not self._make(self.build, "fwlib", *made):  # all, as one may contain the previous fault
             return None
         found = self._found_by([test for test in tests if test not in linked], fault)
         if not found and not tool:
