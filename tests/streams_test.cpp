@@ -189,6 +189,7 @@ TEST(Files, AReaderGivesLinesAsTheyStandAndMovesFromFileToFile) {
         EXPECT_EQ(reader.ReadBlock(block, 4) + reader.ReadBlock(block + 4, 4), 6u);
         EXPECT_STREQ(block, "abcdef");
         EXPECT_EQ(static_cast<int>(reader.GetFileSize()) + reader.OpenFile(Text(next)), 0);
+        EXPECT_EQ(reader.m_pFile, nullptr);
     }
 }
 

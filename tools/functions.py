@@ -6,7 +6,7 @@ from dataclasses import dataclass
 
 _TOKEN = re.compile(
     r"""(?P<skip>//[^\n]*|R"\(.*?\)"|/\*.*?\*/|^[ \t]*\#(?:[^\n\\]|\\.|\\\n)*|\bstatic_assert\b.*?;
-                |\b(?:__attribute__|__builtin_cpu_supports)\b.*?\)+)
+                |\b(?:__attribute__|__builtin_cpu_supports)\b.*?\)+|\bFWLIB_PRINTF\([^)]*\))
       | (?P<text>"(?:\\.|[^"\\\n])*")
       | (?P<character>'(?:\\.|[^'\\\n])+')
       | (?P<number>\b(?:0[xX][0-9A-Fa-f']+|[0-9][0-9']*)[uUlL]*\b)

@@ -127,6 +127,15 @@ failing() {
 1|-P old -e inject=/stat:error=ENOENT:when=1 -e inject=renameat2:error=EINVAL|recover file -o old
 2|-P seven.cfg -e inject=/stat:error=EIO|run --config seven.cfg good.pipe
 EOF
+    # A temporary file with a name is removed, also where a signal comes as soon as it is there.
+    command=(recover file)
+    event=(-e inject=/access:error=ENOENT)
+    traced -o ../trace "${event[@]}"
+    stop=$(awk '/rt_sigaction/ { ++count } /fwpipe-.*O_CREAT/ { print count + 1 }' trace)
+    refill
+    before=$(state 2>&1)
+    traced -o /dev/null "${event[@]}" -e "inject=rt_sigaction:signal=TERM:when=$stop"
+    [[ $status == 143 && $left == "$before" ]] || fail "a signal at a new file: exit status $status"
     # The folder is brought to the disk too.
     command=(recover --in-place link)
     refill

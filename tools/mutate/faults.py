@@ -17,7 +17,6 @@ _OPERATORS = {
 _CONDITION = re.compile(r"\b(if|while) \((.*)\) \{$")
 _RETURN = re.compile(r"\breturn (?![01];|nullptr;)(.+);$")
 _DECLARED = re.compile(r"(?!sizeof|new|delete)(?:[\w:<>]+ )*[\w:<>]+(?: |[*&]+ ?)\w+$|const ")
-_ATTRIBUTES = {"FWLIB_PRINTF"}  # the compiler checks calls with their arguments
 _COMPARISONS = {"strcmp", "fwstrcmp", "strncmp", "memcmp", "fwmemcmp", "fwstricmp"}
 
 _ERRORS = {"EACCES", "EAGAIN", "EEXIST", "EFBIG", "EINTR", "EINVAL", "EIO", "ENODATA", "ENOENT", "ENOMEM", "ENOTSUP",
@@ -103,8 +102,6 @@ def _swapped(tokens, text):
     """The first two arguments of calls, exchanged."""
     for at, (token, bracket) in enumerate(zip(tokens, tokens[1:])):
         if token.kind != "word" or bracket.word != "(" or bracket.begin != token.end:
-            continue
-        if token.word in _ATTRIBUTES:
             continue
         depth, commas = 0, []
         for other in tokens[at + 1 :]:

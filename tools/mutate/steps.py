@@ -73,7 +73,7 @@ class _Step:
             return False
         shared = (self.changes & following.words) | (following.changes & self.words)
         outside = re.compile(r"m_|errno$")
-        if self.independent_settings(following):
+        if self.independent_settings(following) or "va_end" in (self.statement.first, following.statement.first):
             return False
         if self.only_calls(_PURE) and following.only_calls(_PURE) and not shared:
             return False
@@ -128,7 +128,7 @@ def _early_settings(text, block):
 def _dropped(text, block, at):
     statement = block[at]
     own = text[statement.begin : statement.end]
-    if not statement.simple or statement.first in _NO_STEPS:
+    if not statement.simple or statement.first in _NO_STEPS or statement.first == "va_end":  # has no effect on these systems
         return
     step = _Step(text, statement)
     if _is_guard(step, text[statement.end : block[-1].end]):
