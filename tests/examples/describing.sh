@@ -64,6 +64,8 @@ example
     # What the plugin does not describe.
     check 0 $'EBare: not described; *\n\noriginates   no\nsink pads    0\nsource pads  1\n\nproperties\n  Colour  of a kind that is not known\n  Width   of a kind that is not known\n  Name*' \
         'fwpipe: Initialize of EBare failed, so pads and keys may be missing here' inspect "$described" EBare
+    "$fwpipe" inspect "$described" EThreads | grep '^  k' >out
+    [[ $(wc -l <out) == 300 && $(sort -u out | wc -l) == 300 ]] || fail 'keys that threads ask for'
     check 0 '{"types":[[]{"type":"ECountdown","meaning":null,"originates":true,"sinkPads":{"count":0},"sourcePads":{"count":1},"properties":[[]{"key":"Start","kind":null,*' \
         '' inspect --json "$plugin" ECountdown
     check 0 '' "fwpipe: $plugin does not describe its types; name one *" inspect "$plugin"

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The plugin described.so: a description written by hand, with all that a table may contain. EOdd is described; EBare is
-// not, asks for two keys, and is initialized only with the first.
+// not, asks for two keys, and is initialized only with the first. Nor is EThreads.
 #include "fwlib/fwlib.h"
 
+#include <atomic>
 #include <cstring>
+#include <string>
+#include <thread>
 
 using namespace VESK;
 
@@ -22,10 +25,35 @@ public:
     int DataArrived(QObject*, Byte2Type) override { return 0; }
 };
 
+// Asks for its keys in several threads.
+class EThreads final : public EObject {
+public:
+    int Initialize() override {
+        std::atomic<int> iReady{0};
+        std::thread acThreads[4];
+        for (std::thread& cThread : acThreads) {
+            cThread = std::thread([this, &iReady] {
+                for (++iReady; iReady < 4;) {
+                }
+                for (int i = 0, iNone; i < 300; ++i) {
+                    GetValue(*this, ("k" + std::to_string(i)).c_str(), iNone);
+                }
+            });
+        }
+        for (std::thread& cThread : acThreads) {
+            cThread.join();
+        }
+        return EObject::Initialize();
+    }
+    int DataArrived(QObject*, Byte2Type) override { return 0; }
+};
+
 class BareFactory : public LibraryFactory {
 public:
     EObject* CreateElement(char* pchType) override {
-        return std::strcmp(pchType, "EBare") == 0 ? new EBare : nullptr;
+        return std::strcmp(pchType, "EThreads") == 0 ? static_cast<EObject*>(new EThreads)
+               : std::strcmp(pchType, "EBare") == 0  ? new EBare
+                                                     : nullptr;
     }
 } cFactory;
 
