@@ -78,6 +78,8 @@ class Tree:
         self.found = found  # of all workers
         self._copy()
         self._configure(self.build, flags)
+        for _, folder, sanitizer in (RACES, MEMORY):
+            self._configure(self.root / "build" / folder, sanitizer)
         if not self._make(self.build):
             raise RuntimeError(f"does not build: cmake --build {self.build}")
         self.tests = self._tests()
@@ -144,11 +146,7 @@ class Tree:
             if not self._passes(test, 900)[0]:
                 failing.append(test.name)
             self.seconds[test.name] = time.monotonic() - begun
-        for name, folder, flags in (RACES, MEMORY):
-            self._configure(self.root / "build" / folder, flags)
-            if self._sanitized(name, folder) != "":
-                failing.append(name)
-        return failing
+        return failing + [name for name, folder, _ in (RACES, MEMORY) if self._sanitized(name, folder) != ""]
 
     def _first(self, file):
         """The key for sorting tests: first those that found faults, above all in this file, and that are fast."""
@@ -183,14 +181,15 @@ class Tree:
         made = [str(program.relative_to(self.build)) for program in programs]
         if not self._make(self.build, "fwlib", *made):  # all, as one may contain the previous fault
             return None
-        found = self._found_by([test for test in tests if test not in linked], fault)
+        found = self._sanitized(*RACES[:2]) if fault.kind == "guard" and not tool else ""
+        found = found or self._found_by([test for test in tests if test not in linked], fault)
         if not found and not tool:
             self.stale = header
             if not self._make(self.build):
                 return None
             found = self._found_by(tests if header else linked, fault)
-        if not found and not tool:
-            found = self._sanitized(*(RACES if fault.kind == "guard" else MEMORY)[:2])
+        if not found and not tool and fault.kind != "guard":
+            found = self._sanitized(*MEMORY[:2])
         return found
 
     def _sanitized(self, name, folder):
