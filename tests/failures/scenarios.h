@@ -99,8 +99,10 @@ inline void ReplayHeld(Account& told, Place&) {
     Probe sink;
     element.m_pFramework = &framework;
     Set(element.m_cProperties, "Strict", "1");
+    auto pad = std::make_unique<SINKPAD>(&sink, Byte2Type{0});
     if (told.Answer(framework.AddPlugin(Text("libfwlib.so"))) && told.Answer(element.Initialize()) &&
-        told.Answer(sink.AddSinkPad(new SINKPAD(&sink, Byte2Type{0})))) {
+        told.Answer(sink.AddSinkPad(pad.get()))) {
+        pad.release();
         element.GetSourcePad(0)->m_pSinkPad = sink.GetSinkPad(0);
         element.m_pReader->SetFile(reinterpret_cast<char*>(fmemopen(text.data(), text.size(), "r")));
         while (told.Answer(element.Run())) {
