@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The version of the headers, and of the library that runs. Before 1.0 a minor version may change the interface.
+// The version of the headers, and of the loaded library. Before 1.0 a minor version may change the interface.
 #ifndef FWLIB_VERSION_H
 #define FWLIB_VERSION_H
 
@@ -15,7 +15,7 @@
 
 namespace VESK {
 
-FWLIB_EXPORT Byte4Type GetVersion(); // FWLIB_VERSION of the library that runs
+FWLIB_EXPORT Byte4Type GetVersion(); // FWLIB_VERSION of the loaded library
 
 } // namespace VESK
 

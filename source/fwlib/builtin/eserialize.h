@@ -4,7 +4,7 @@
 //   source pads     "Passthrough", none if absent
 //   "Filename"      the file; standard output if absent. Initialize fails for a name of more than 255 characters
 //   "Existing"      "replace" or absent: Initialize empties a file that exists. "append": the recording continues
-//                   after the file's last complete object; a part of another one there is removed and reported.
+//                   after the file's last complete object; an incomplete object there is removed and reported.
 //                   "refuse": Initialize fails if the file exists
 //   "Shared"        if 0 or absent, Initialize fails if an EDeserialize or another ESerialize of the process has the
 //                   file open. Each of these failures is reported, and the file is unchanged

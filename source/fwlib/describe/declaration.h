@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Declaration<T>: the properties and pads of an element class, declared once. Element<T> (element.h) calls the class's
-// function Declare with it: to fill the fields of an element in Initialize, and to describe the class without one.
+// Declaration<T>: the properties and pads of an element class, declared once. Element<T> (element.h) passes it to the
+// class's function Declare, to fill the fields of an element in Initialize. FWLIB_PLUGIN (plugintypes.h) does the same to
+// describe the class without an element.
 //
 //   static void Declare(Declaration<ERate>& cDeclare) {
 //       cDeclare.SinkPads(1);
@@ -8,14 +9,13 @@
 //       cDeclare.Number("Every", &ERate::m_uEvery, 1000, 1, 1000000, "objects", "objects between two lines");
 //   }
 //
-// Each property has a key, the field that it fills, the default that applies when the property is missing, and its meaning
-// in one line. A field keeps what it holds until Initialize, and its value is read as a field from then on. A unit may
-// be null. Keys, defaults, choices, units and meanings are lent for as long as the class's code is loaded: literals.
+// Each property has a key, the field that it fills, the default that is used if the property is missing, and its meaning
+// in one line. Initialize sets the fields. A unit may be null. Keys, defaults, choices, units and meanings must exist while
+// the class's code is loaded: use literals.
 //
-// A text that does not fit its declaration is reported as an error of the element, with key, text and what is allowed, and
-// Initialize returns 0. All properties are looked at, so that all mistakes are reported. Initialize also fails, with a
-// report, when a declaration is wrong: a key that is null, empty or declared twice, a default outside its bounds,
-// choices that are null or empty, pads declared twice.
+// Initialize reports each wrong value as an error of the element, with the key, the value and the allowed values, and
+// returns 0. It also reports a wrong declaration and returns 0: a key that is null, empty or declared twice, a default
+// outside its bounds, choices that are null or empty, pads declared twice.
 #ifndef FWLIB_DESCRIBE_DECLARATION_H
 #define FWLIB_DESCRIBE_DECLARATION_H
 
@@ -32,7 +32,7 @@
 
 namespace VESK {
 
-// The type itself, but a function's argument of it does not take part in the deduction of template arguments.
+// T itself. A function parameter of this type is not used to deduce T.
 template <class T>
 struct SameType {
     using Type = T;
@@ -40,23 +40,23 @@ struct SameType {
 template <class T>
 using Same = typename SameType<T>::Type;
 
-// The part of Declaration<T> that does not depend on T. It is used through that.
+// The part of Declaration<T> that does not depend on T.
 class FWLIB_EXPORT DeclarationBase {
 public:
     DeclarationBase(const DeclarationBase&) = delete;
     DeclarationBase& operator=(const DeclarationBase&) = delete;
 
-    // Pads, created by Finish: sink pads whose indexes are their positions, and source pads that the element owns.
-    // At most 65,520 each; not declared: none.
+    // Declare pads, at most 65,520 sink pads and 65,520 source pads; 0 unless declared. Finish creates them. The index of a
+    // sink pad is its position.
     void SinkPads(Byte4Type b4Count);
     void SourcePads(Byte4Type b4Count);
 
-    // The same, as many as a number property says, which this declares too.
+    // The same, and declare a number property that sets the number of pads.
     void SinkPadsFrom(const char* pchKey, Byte4Type b4Default, const char* pchMeaning);
     void SourcePadsFrom(const char* pchKey, Byte4Type b4Default, const char* pchMeaning);
 
-    // After all declarations: creates the pads. Returns 0 when a property or a declaration was wrong, which was reported, or
-    // when a pad could not be created.
+    // Call this after all declarations. Creates the pads. Returns 1; or 0, after a report, when a property or a declaration
+    // was wrong or a pad could not be created.
     int Finish();
 
 protected:
@@ -76,7 +76,7 @@ protected:
     int ReadFlag(const char* pchKey, bool* pbValue, bool bDefault, const char* pchMeaning);
     int ReadChoice(const char* pchKey, Byte4Type* pb4Index, const char* pchDefault, const char* pchChoices,
                    const char* pchMeaning);
-    // The text is lent until the element's properties change. Texts of b4Size characters and more are refused; 0: none.
+    // The text is lent until the element's properties change. A text of b4Size or more characters is refused; 0: no limit.
     int ReadText(const char* pchKey, PropertyKind Kind, const char** ppchValue, const char* pchDefault,
                  Byte4Type b4Size, const char* pchMeaning);
 
@@ -97,14 +97,14 @@ public:
     DescriptionTable(const DescriptionTable&) = delete;
     DescriptionTable& operator=(const DescriptionTable&) = delete;
 
-    // Describe a type; what the declaration collected is moved into the table. A null or empty type is left out. Return 0
-    // when there is not enough memory.
+    // Describe a type. The content of the declaration is moved into the table. A null or empty type is ignored. Return 1, or
+    // 0 when there is not enough memory.
     int AddElement(const char* pchType, const char* pchMeaning, bool bOriginates,
                    DeclarationBase& cDeclaration);
     int AddObject(const char* pchType, const char* pchMeaning);
 
-    // The description of all types added, for headers of that version (FWLIB_VERSION); null when there was not enough
-    // memory for one of them.
+    // Returns the description of all added types, lent; null when there was not enough memory for one of them.
+    // b4LibraryVersion is the FWLIB_VERSION of the plugin's headers.
     const PluginDescription* Get(Byte4Type b4LibraryVersion);
 
 private:
@@ -131,7 +131,7 @@ public:
                pchUnit, pchMeaning);
     }
 
-    // A float or double. Not a number, infinity and what the field cannot hold are refused.
+    // A float or double. NaN, infinity and numbers outside the range of the field's type are refused.
     template <class Owner, class Field>
     void Real(const char* pchKey, Field Owner::*pField, Same<Field> Default, Same<Field> Least,
               Same<Field> Most, const char* pchUnit, const char* pchMeaning) {
@@ -183,8 +183,8 @@ public:
         }
     }
 
-    // A text of any kind; a file's name is a text whose purpose tools know. The field is a std::string or an array of
-    // characters, which a longer text does not fit. Without a default the property must be set.
+    // A text; FileToRead and FileToWrite state for tools that it is the name of a file. The field is a std::string or an
+    // array of characters; a text that does not fit the array is refused. Without a default the property must be set.
     template <class Owner, class Field>
     void Text(const char* pchKey, Field Owner::*pField, const char* pchDefault, const char* pchMeaning) {
         StoreText(TextProperty, pchKey, pField, pchDefault, pchMeaning);

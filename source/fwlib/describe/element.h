@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Element<T> and DataObject<T>: bases that do what is the same in every element and data object class.
+// Element<T> and DataObject<T>: base classes with the code that all element and data object classes have in common.
 //
 //   class EFilter : public Element<EFilter> {
 //   public:
@@ -33,7 +33,7 @@ class Element : public EObject {
 public:
     Element() { m_cProperties.SetProperty(Key::EObjectType, VESK::Text(T::TypeName), Section::Standard); }
 
-    // Reads the debug level and the properties that T declares, and creates its pads. Returns 0 after a report.
+    // Reads the debug level and the properties that T declares, and creates the pads. Returns 1, or 0 after a report.
     int Initialize() override {
         if (!EObject::Initialize()) {
             return 0;
@@ -46,10 +46,10 @@ public:
         return cDeclaration.Finish() && RegisterEnd(OwnEnd());
     }
 
-    // For classes that keep nothing until the end of the runs; it is not called.
+    // Never called; a class that has work to do at the end of the runs declares its own.
     int RunsEnded() { return 1; }
 
-    // For classes without sink pads.
+    // Reports an error; a class with sink pads overrides it.
     int DataArrived(QObject*, Byte2Type b2Index) override {
         ErrorMessage("DataArrived(%d): no objects are expected\n", b2Index);
         return 0;

@@ -3,8 +3,8 @@
 //
 //   FWLIB_PLUGIN(EFilter, ERate, QReading)     once in a plugin, in any namespace
 //
-// Each class has TypeName and Meaning (element.h). Element classes have Declare too, if they are to be described. The
-// first class of a name counts; a class whose TypeName is null is never created. The list may be empty.
+// Each class has TypeName and Meaning (element.h). An element class without Declare is not described. If two classes have
+// the same name, the first one is used. A class whose TypeName is null is never created. The list may be empty.
 #ifndef FWLIB_DESCRIBE_PLUGINTYPES_H
 #define FWLIB_DESCRIBE_PLUGINTYPES_H
 
@@ -24,7 +24,7 @@
 
 namespace VESK {
 
-// What the templates below do with one class.
+// Creates objects of one class, and describes it.
 template <class T>
 class PluginType {
     static_assert(std::is_base_of<EObject, T>::value || std::is_base_of<QObject, T>::value,
@@ -79,7 +79,7 @@ private:
     }
 };
 
-// All that is done with a list of classes, one after the other.
+// The same for a list of classes.
 template <class... Classes>
 class PluginTypes;
 
@@ -123,7 +123,7 @@ using ElementFactory = TypesFactory<Classes...>;
 template <class... Classes>
 using ObjectFactory = TypesFactory<Classes...>;
 
-// The description of the list, made at the first call and lent as long as the plugin is loaded; null when there is not
+// Returns the description of the list, made at the first call and lent while the plugin is loaded; null when there is not
 // enough memory. Hidden: otherwise plugins with classes of the same names would share it, and none would be unloaded.
 template <class... Classes>
 __attribute__((visibility("hidden"))) const PluginDescription* DescribeTypes() {

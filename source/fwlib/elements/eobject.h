@@ -58,19 +58,20 @@ public:
     // Does nothing without a framework.
     void ErrorMessage(const char* pchFormat, ...) FWLIB_PRINTF(2, 3);
 
-    // The same for a warning line, "WARNING: type - name: " and the text; the error flag is left unchanged.
+    // The same for a warning line, "WARNING: type - name: " and the text; the error flag is unchanged.
     void WarningMessage(const char* pchFormat, ...) FWLIB_PRINTF(2, 3);
 
     // Asks the host to end the runs, as if the data had ended. Does nothing without a framework.
     void RequestEnd();
 
-    // Whether the host, or an element, wants the runs to end: 1 or 0; 0 without a framework. For elements that take long.
+    // Returns 1 after the host or an element requested the end of the runs, otherwise 0; 0 without a framework. An element
+    // whose Run or DataArrived takes long calls it from time to time.
     int EndRequested();
 
-    // Waits. Returns 1 after that time, and 0 as soon as the end is requested, which is noticed within 100 ms.
+    // Waits for that time and returns 1. If the end of the runs is requested, returns 0, at most 100 ms after the request.
     int Wait(Byte4Type b4Milliseconds);
 
-    // Sends a QObject of type QEOF through every connected source pad. All are tried; returns 1 when all deliveries
+    // Sends a QEOF through every connected source pad. All are tried; returns 1 when all deliveries
     // returned 1, and 0 otherwise or when there is not enough memory.
     int SendEOF();
 

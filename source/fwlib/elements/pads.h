@@ -8,10 +8,10 @@
 
 namespace VESK {
 
-// Create pads of the element, which owns them. The sink pads of a call have the indexes 0, 1 and so on. pOwner is the
-// element that an unconnected source pad reports to, null for none. Return 1; or 0, after an error message of the
-// element, when it would have more than 65,520 such pads or there is not enough memory: then the pads created so far
-// remain.
+// Create pads of the element, which owns them. The sink pads of a call have the indexes 0, 1 and so on. An unconnected
+// source pad reports its failure as an error of pOwner, or does not report it if pOwner is null. Return 1; or 0, after an
+// error message of the element, when it would have more than 65,520 such pads or there is not enough memory. The pads
+// created until then remain.
 FWLIB_EXPORT int CreateSinkPads(EObject& cElement, Byte4Type b4Count);
 FWLIB_EXPORT int CreateSourcePads(EObject& cElement, Byte4Type b4Count, EObject* pOwner);
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The end of the runs, for elements that keep something until then: a batch, a connection, a sum.
 //
-// A host that will not run a pipeline again calls EPipeline::EndRuns, as fwpipe does. It calls the function that an
-// element named here, once, in the order in which objects reach the elements. The element may still send objects, reports
-// what it could not finish, and returns 1, or 0 on failure. Elements that derive from Element<T> (describe/element.h) only
-// need a member function `int RunsEnded()`.
+// A host that will not run a pipeline again calls EPipeline::EndRuns, as fwpipe does. EndRuns calls the functions that
+// elements registered with AtRunsEnd, each once, in the order in which objects reach the elements. Such a function may
+// still send objects. It reports what it could not finish, and returns 1, or 0 on failure. A class that derives from
+// Element<T> (describe/element.h) only needs a member function `int RunsEnded()`.
 #ifndef FWLIB_ELEMENTS_RUNSEND_H
 #define FWLIB_ELEMENTS_RUNSEND_H
 
@@ -13,12 +13,12 @@
 
 namespace VESK {
 
-// The function replaces an earlier one; null removes it, as the element's destructor does. Returns 0 with a report of the
-// element when there is not enough memory. Usually called from Initialize.
+// Registers the element's function in place of an earlier one. Null removes it; the element's destructor removes it too.
+// Returns 1; or 0, after an error message of the element, when there is not enough memory. Call it from Initialize.
 FWLIB_EXPORT int AtRunsEnd(EObject& cElement, int (*pCall)(EObject& cElement));
 
-// The element whose function EndRuns calls at present on this thread, lent; null for none. For hosts that report which
-// element failed, also in signal handlers.
+// Returns the element whose function EndRuns is calling on this thread, lent; null if there is none. Hosts use it to report
+// which element failed, also in signal handlers.
 FWLIB_EXPORT EObject* EndingElement();
 
 } // namespace VESK

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What a plugin tells about its types: plain structures, which its function GetPluginDescription returns (entry.h). Tools
-// read them without creating anything. FWLIB_PLUGIN (plugintypes.h) writes that function; it may also be written by hand.
+// The description of a plugin's types, in plain structures. The plugin's function GetPluginDescription (entry.h) returns
+// it. Tools read it without creating objects. FWLIB_PLUGIN (plugintypes.h) defines that function; a plugin may also define
+// it itself.
 //
-// All texts and tables are lent by the plugin as long as it is loaded. Arrays of pointers end with null. A later version
-// of the structures only appends fields.
+// All texts and tables are lent while the plugin is loaded. Arrays of pointers end with null. A later version of the
+// structures only appends fields.
 #ifndef FWLIB_FRAMEWORK_DESCRIPTION_H
 #define FWLIB_FRAMEWORK_DESCRIPTION_H
 
@@ -34,8 +35,8 @@ struct PropertyDescription {
     const char* pchMeaning; // one line
 };
 
-// The number of pads: b4Count, or what the property pchProperty says, whose default then is b4Count. A property of kind
-// text names an inner element, whose pads they are.
+// The number of pads: b4Count, or the value of the property pchProperty, with b4Count as its default. If this property is
+// a text, it names an inner element, and the pads are those of that element.
 struct PadsDescription {
     Byte4Type b4Count;
     const char* pchProperty; // null for a fixed number
@@ -64,10 +65,10 @@ struct PluginDescription {
     const ObjectDescription* const* ppObjects;
 };
 
-// The properties that every element has: "Name" and "Debug". Closed by null.
+// Returns the properties that every element has, "Name" and "Debug", in an array that ends with null.
 FWLIB_EXPORT const PropertyDescription* const* CommonProperties();
 
-// The description of that type, or null. The first argument may be null.
+// Returns the description of the element type, or null. pPlugin may be null.
 FWLIB_EXPORT const ElementDescription* FindElementDescription(const PluginDescription* pPlugin,
                                                               const char* pchType);
 

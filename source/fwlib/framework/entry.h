@@ -15,8 +15,9 @@ namespace VESK {
 struct PluginDescription;
 }
 
-// A plugin may define this function too: what it tells about its types (framework/description.h). FWLIB_PLUGIN
-// (describe/plugintypes.h) defines both. The plugin owns the description, which must be valid as long as it is loaded.
+// A plugin may also define this function, which returns the description of its types (framework/description.h).
+// FWLIB_PLUGIN (describe/plugintypes.h) defines both functions. The plugin owns the description, which must be valid as
+// long as the plugin is loaded.
 extern "C" FWLIB_EXPORT const VESK::PluginDescription* GetPluginDescription();
 
 namespace VESK {

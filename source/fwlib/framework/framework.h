@@ -31,7 +31,7 @@ public:
     void* CreateObject(char* pchType);
 
     // Print a trace line on standard output: "type - name: " of an element, or "name: ", and the formatted text, which
-    // contains the newline. Null prints nothing. The level is not checked here, but by EObject::Message.
+    // contains the newline. With a null element or name, nothing is printed. The level is not checked here, but by EObject::Message.
     void Message(EObject* pElement, int iLevel, const char* pchFormat, va_list Values) FWLIB_PRINTF(4, 0);
     void Message(char* pchName, int iLevel, const char* pchFormat, va_list Values) FWLIB_PRINTF(4, 0);
 
@@ -39,28 +39,28 @@ public:
     // framework's property "EndErrorLines" is not 0, appends a newline to a text that does not end with one.
     void ErrorMessage(EObject* pElement, const char* pchFormat, va_list Values) FWLIB_PRINTF(3, 0);
 
-    // Prints a warning line on standard error: "WARNING: type - name: " and the formatted text, ended like an error line.
-    // Leaves m_bError unchanged.
+    // Prints a warning line on standard error: "WARNING: type - name: " and the formatted text. Appends a newline like
+    // ErrorMessage. Does not change m_bError.
     void WarningMessage(EObject* pElement, const char* pchFormat, va_list Values) FWLIB_PRINTF(3, 0);
 
-    // Passes every line that this framework, its elements and the building of its pipelines would print to the handler
-    // instead (messages.h). Null prints again. The context is passed to each call; the caller owns it. Returns 0, with
-    // the present handler unchanged, when there was not enough memory for the framework's entry. Elements that print by themselves are not caught.
+    // Passes the lines of this framework, of its elements and of the building of its pipelines to the handler, which
+    // replaces printing (messages.h). With a null handler they are printed again. The context is passed to each call; the
+    // caller owns it. Text that an element prints itself, for example with printf, is not passed.
     int SetMessageHandler(MessageHandler pHandler, void* pContext);
 
-    // The end of the runs, as if the data had ended. RequestEnd may be called by any thread and from a signal's handler;
-    // the request remains until ResetEnd. EndRequested returns 1 after a request, and when the host's query
-    // returns a value other than 0; elements that wait or take long ask it (EObject::EndRequested). If there was not enough
-    // memory when the framework was constructed, SetEndQuery and SetMessageHandler return 0 and a request has no effect.
+    // RequestEnd asks the host to end the runs, as if the data had ended. It may be called by any thread and by signal
+    // handlers. The request remains until ResetEnd. EndRequested returns 1 after a request, and while the host's query
+    // returns a value other than 0; elements call it as EObject::EndRequested. A null query removes the query. If there was
+    // not enough memory when the framework was constructed, a request has no effect, and SetEndQuery and SetMessageHandler
+    // return 0 and change nothing; otherwise they return 1.
     void RequestEnd();
     void ResetEnd();
     int EndRequested();
-    int SetEndQuery(int (*pQuery)(void* pContext),
-                    void* pContext); // null removes; 0 when there is not enough memory
+    int SetEndQuery(int (*pQuery)(void* pContext), void* pContext);
 
-    // Adds a host's own types, which then can be created like those of a plugin, after the plugins and factories that
-    // were added before. The caller owns the factory, which must exist as long as the framework. Calls the factory's
-    // Initialize. Returns 0 for null, when there is not enough memory, and when there are 65,520 plugins.
+    // Adds a factory of the host, which is used like that of a plugin; plugins and factories that were added before are
+    // called first. The caller owns the factory, which must exist as long as the framework. Calls the factory's Initialize.
+    // Returns 0 for null, when there is not enough memory, and when there are 65,520 plugins and factories.
     int AddFactory(Factory* pFactory);
 
     // Loads a plugin, which the caller owns. Returns null after a report when it cannot be loaded, and when there is

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a framework, its elements and the building of its pipelines print, for hosts that show it themselves; and the last
-// failure of a build.
+// Message handlers, for hosts that show the lines of a framework, its elements and the building of its pipelines
+// themselves. Also the reason why building or initializing a pipeline failed.
 //
 //   void Show(void* pLog, const MessageLine& cLine);
 //   cFramework.SetMessageHandler(Show, &cLog);       nothing is printed from now on
@@ -29,25 +29,24 @@ struct MessageLine {
     EObject* pElement;   // the element that the line is about, lent; null if there is none
     const char* pchType; // its type and name; null without an element, or when it has none
     const char* pchName;
-    const char*
-        pchFile; // the pipe file that is being built, and the line in it, counted from 1; null and 0 otherwise
-    Byte4Type b4Line;
-    const char* pchText; // the whole line as it is printed without a handler, without its newline
+    const char* pchFile; // the pipe file that is being built; null outside of a build
+    Byte4Type b4Line;    // the line in the file, counted from 1; 0 outside of a build
+    const char* pchText; // the complete line as it is printed without a handler, but without its newline
 };
 
-// Called by the thread that reports, for one line at a time; a text of several lines is several calls. It must not throw,
-// and must not destroy the framework or an element. It may report itself: that is printed as without a handler.
+// Called by the thread that reports, once for each line. The handler must not throw, and must not destroy the framework or
+// an element. Messages that the handler itself causes are printed, as without a handler.
 using MessageHandler = void (*)(void* pContext, const MessageLine& cLine);
 
-// Why the last BuildPipe, BuildPipeText, ProcessTokens or EPipeline::Initialize of this thread that failed did so.
+// The last failure of BuildPipe, BuildPipeText, ProcessTokens or EPipeline::Initialize on this thread.
 struct Failure {
-    const char* pchFile; // the innermost pipe file; empty when the failure is not a line's, as in Initialize
-    Byte4Type b4Line;    // counted from 1; 0 when the failure is not a line's
-    const char* pchText; // the first error that was reported meanwhile, without its newline; never null
+    const char* pchFile; // the innermost pipe file; empty if no line of a file failed, as in Initialize
+    Byte4Type b4Line;    // counted from 1; 0 if no line of a file failed
+    const char* pchText; // the first error that this line or call reported, without its newline; never null
 };
 
-// Lent until the thread's next failure, or its end; null when it had none. Texts are truncated to 1,023 characters. When
-// there is not enough memory for them, pchText says so.
+// Returns the failure, lent until the thread's next failure or its end; null if there was none. Texts are truncated to
+// 1,023 characters. If there was not enough memory for them, pchText states this.
 FWLIB_EXPORT const Failure* LastFailure();
 
 } // namespace VESK

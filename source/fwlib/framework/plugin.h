@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // PLUGIN: supplies a framework with a factory. FWPLUGIN: a plugin in a shared object.
 //
-// A plugin's shared object exports GetFactory (entry.h). The factory belongs to the shared object and is
-// never deleted; the shared object is closed when the plugin is destroyed.
+// A plugin's shared object exports GetFactory (entry.h). The shared object owns the factory, which is never deleted. The
+// shared object is closed when the plugin is destroyed.
 #ifndef FWLIB_FRAMEWORK_PLUGIN_H
 #define FWLIB_FRAMEWORK_PLUGIN_H
 
@@ -36,8 +36,9 @@ class FWLIB_EXPORT FWPLUGIN : public PLUGIN {
 public:
     enum : unsigned int { PathSize = 256 };
 
-    // The path of the shared object, at most 255 characters. The loader searches for a name without a slash;
-    // "libfwlib.so" is always this library. With a null, empty or longer path, Initialize fails.
+    // The path of the shared object, at most 255 characters. A name without a slash is searched for in the folders of
+    // FWLIB_PLUGIN_PATH, then in fwlib/plugins beside the library, then by the loader. "libfwlib.so" is always this
+    // library. With a null, empty or longer path, Initialize fails.
     explicit FWPLUGIN(char* pchPath);
     ~FWPLUGIN() override;
 
@@ -46,8 +47,8 @@ public:
     // returns null.
     int Initialize(FRAMEWORK* pFramework) override;
 
-    // What the plugin tells about its types, lent as long as it is loaded. Null before Initialize, for a plugin without a
-    // function GetPluginDescription of its own, and for a version of the structures that this library does not know.
+    // Returns the description of the plugin's types, lent while the plugin is loaded. Returns null before Initialize, for a
+    // plugin without a function GetPluginDescription of its own, and for structures of a version unknown to this library.
     const PluginDescription* GetDescription();
 
     char m_achPath[PathSize]; // empty if the path was too long

@@ -67,33 +67,34 @@ public:
     // Build from a pipe file (docs/pipe-language.md); m_pFramework must be set. Return 1 if every line succeeded. The
     // first line that fails ends the build; the effects of earlier lines remain. If b2ReadConfig is not 0, the second
     // form sets the properties of each element that it creates from the section of pchConfigFile that has the name of
-    // the element's type. `property` and `config` lines act on the element that the same form created last, in any
-    // pipeline of the process. Threads may build pipelines of their own at the same time: lines then act on the element
-    // that the thread created last in this build. Only lines before the first `element` or `pipe` line, and calls of
-    // ProcessTokens outside BuildPipe, act on the process's last element: no other thread may build with the same form
-    // at that time.
+    // the element's type.
+    //
+    // Threads may build pipelines of their own at the same time. `property` and `config` lines act on the element that
+    // this thread created last in this build. Before the first `element` or `pipe` line, and in ProcessTokens outside
+    // BuildPipe, they act on the element that the same form created last in the process; at that time, no other thread
+    // may build with this form.
     int BuildPipe(char* pchPath);
     int BuildPipe(char* pchPath, Byte2Type b2ReadConfig, char* pchConfigFile);
 
-    // The same for a text in memory, as for a file with that name and content. The name appears in messages; null is "".
+    // The same for a text in memory, which is treated like a file with that name and content. The name appears in
+    // messages; null is "".
     // Returns 0 for a null text.
     int BuildPipeText(const char* pchName, const char* pchText);
     int BuildPipeText(const char* pchName, const char* pchText, Byte2Type b2ReadConfig, char* pchConfigFile);
 
-    // To be called when the pipeline will not run again, also after a failed run: tells every element that wants to know
-    // (elements/runsend.h), those of nested pipelines included, in the order in which objects reach them: after all
-    // elements that can send to it, through the connections as they are now; within a loop in the order of the file. Each
-    // is told, whatever others return, and at most once in a call. Returns 1 when all of them returned 1. A second call
-    // tells them again. Without enough memory for the order, all are told in the order of the file; that is reported on
-    // standard error, and the result is 0. A call by an element that is being told tells only elements that the outer call
-    // does not tell.
+    // Call this when the pipeline will not run again, also after a failed run. Calls the functions that elements registered
+    // for the end of the runs (elements/runsend.h), also those of nested pipelines. An element's function is called after
+    // those of all elements that can send to it through the present connections; within a loop, in the order of the file.
+    // Each is called at most once, whatever the others return. Returns 1 if all of them returned 1. A second call calls
+    // them again. Without enough memory to determine the order, uses the order of the file, reports this on standard
+    // error, and returns 0. If such a function calls EndRuns, that call omits the elements of the outer call.
     int EndRuns();
 
     // The element as a pipeline, or null when it is none; null for null. Needs no run-time type information. A subclass
     // that overrides both Initialize and Run is not recognized.
     static EPipeline* From(EObject* pElement);
 
-    // Execute one line, given as at most 14 tokens, the keyword first, and null. Return 1, or 0 if the line fails.
+    // Execute one line, given as its keyword, its other tokens (14 in all at most) and null. Return 1, or 0 if the line fails.
     int ProcessTokens(char** ppchTokens);
     int ProcessTokens(char** ppchTokens, Byte2Type b2ReadConfig, char* pchConfigFile);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// KeyWatch: learns which keys are asked for, for tools that examine elements without a description.
+// KeyWatch: receives the keys that are looked up and missing, for tools that examine elements without a description.
 #ifndef FWLIB_PROPERTIES_KEYWATCH_H
 #define FWLIB_PROPERTIES_KEYWATCH_H
 
@@ -9,14 +9,14 @@
 namespace VESK {
 
 struct KeyWatch {
-    // Called by the thread that asks, with texts that are lent for the call. It must not read a list.
+    // Called by the thread that looks up the key. The texts are lent for the call. The function must not read a list.
     void (*pMissing)(void* pContext, const PROPERTIES& cList, const char* pchKey, const char* pchSection);
     void* pContext;
 };
 
-// From now on, the watch is told each key that a getter of any list, FindProperty or FindValue does not find, in all
-// threads. There is one watch; the caller keeps it until it is replaced and no other thread reads a list. Null ends it.
-// A lookup that finds its key does not ask for the watch.
+// From now on, calls pMissing for each key that a getter of any list, FindProperty or FindValue does not find, in all
+// threads. The process has one watch. It is lent until it is replaced and no other thread reads a list. Null removes it.
+// A lookup that finds its key does not become slower.
 FWLIB_EXPORT void WatchMissingKeys(const KeyWatch* pWatch);
 
 } // namespace VESK

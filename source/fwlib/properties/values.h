@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Values of properties by their types, in section "Standard", without casts; and a loop over a list.
+// Typed access to properties in section "Standard", without casts; and a loop over a list.
 //
 //   SetValue(cObject, "Celsius", 21.5);
 //   double dCelsius = 0;
 //   if (!GetValue(cObject, "Celsius", dCelsius)) { ... }      // missing, or not a number
 //   for (const Entry& cEntry : Entries(cObject.m_cProperties)) { ... cEntry.pchKey ... }
 //
-// The first argument is a PROPERTIES, or an element or data object, whose list is meant.
+// The first argument is a PROPERTIES, or an element or data object, whose property list is then used.
 #ifndef FWLIB_PROPERTIES_VALUES_H
 #define FWLIB_PROPERTIES_VALUES_H
 
@@ -22,8 +22,8 @@
 
 namespace VESK {
 
-// Convert a text that is a decimal number and nothing else. Return 0, with the value unchanged, for any other text, a null
-// one included, and for a number that does not fit. Reals have a '.', whatever the locale, and are finite.
+// Convert a text that is a decimal number and nothing else. Return 1; or 0, with the value unchanged, for any other text,
+// for null and for a number that does not fit. The decimal point is '.' in every locale. NaN and infinity are refused.
 FWLIB_EXPORT int ParseNumber(const char* pchText, long long* pllValue);
 FWLIB_EXPORT int ParseNumber(const char* pchText, unsigned long long* pullValue);
 FWLIB_EXPORT int ParseReal(const char* pchText, double* pdValue);
@@ -32,8 +32,8 @@ FWLIB_EXPORT int ParseFlag(const char* pchText, bool* pbValue); // 0 1 false tru
 
 enum : unsigned int { NumberTextSize = 32 };
 
-// Write the text with the fewest digits that reads back as the same value into a buffer of NumberTextSize bytes. It has an
-// exponent only below 0.00001 and from 1e15 on. Return 0, with an empty text, for a value that is not finite.
+// Write the value into a buffer of NumberTextSize bytes, with the fewest digits that read back as the same value. Values
+// below 0.00001 and from 1e15 on have an exponent. Return 0, with an empty text, for a value that is not finite.
 FWLIB_EXPORT int FormatReal(double dValue, char* pchBuffer);
 FWLIB_EXPORT int FormatReal(float fValue, char* pchBuffer);
 
@@ -52,7 +52,7 @@ inline const PROPERTIES& ListOf(const PROPERTIES& cList, long) {
     return cList;
 }
 
-// How a value of one type is stored and read. There is none for char, for enumerations and for pointers other than texts.
+// StoreValue and ReadValue of each type. Char, enumerations, and pointers other than texts have no overload.
 inline int StoreValue(PROPERTIES& cList, const char* pchKey, const char* pchValue) {
     return cList.SetProperty(Text(pchKey), Text(pchValue), Section::Standard);
 }
@@ -111,15 +111,15 @@ typename std::enable_if<IsNumber<Value>::value, int>::type ReadValue(const char*
     return 1;
 }
 
-// Stores a text, number or bool (1 or 0). Returns 0 when there is not enough memory, and, with the list unchanged, for a
-// text that contains a zero byte and for a real number that is not finite.
+// Stores a text, number or bool (1 or 0). Returns 0, with the list unchanged, when there is not enough memory, for a text
+// that contains a zero byte and for a real number that is not finite.
 template <class Target, class Value>
 int SetValue(Target& cTarget, const char* pchKey, const Value& cValue) {
     return StoreValue(ListOf(cTarget, 0), pchKey, cValue);
 }
 
-// Reads a text, number or bool. Returns 0, with the value unchanged, when the key is missing, or its text is no number of
-// that type as a whole.
+// Reads a text, number or bool. Returns 0, with the value unchanged, when the key is missing, or when its text is not
+// exactly one value of that type.
 template <class Source, class Value>
 int GetValue(const Source& cSource, const char* pchKey, Value& cValue) {
     const char* const pchText = FindValue(ListOf(cSource, 0), pchKey);
@@ -132,8 +132,8 @@ struct Entry {
     const char* pchValue;
 };
 
-// For a range-based loop over the entries that the list has at its beginning; it ends early if entries are removed
-// meanwhile. The list must exist until the end.
+// For a range-based loop over the entries that the list has when the loop begins. The loop ends early if entries are
+// removed meanwhile. The list must exist until the loop ends.
 class Entries {
 public:
     class Iterator {

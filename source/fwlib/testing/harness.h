@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Harness: holds one element in a test. It feeds the element's sink pads, collects what leaves the source pads and what
-// the element reports, and prints nothing. It works with any test framework and with none.
+// Harness: tests one element. It delivers objects to the element's sink pads, collects the objects from its source pads
+// and the lines that it reports, and prints nothing. It works with any test framework or without one.
 //
 //   Harness cTest(new EFilter);
 //   cTest.Set("Key", "Celsius");
@@ -10,8 +10,8 @@
 //   cTest.Push<QReading>({{"Celsius", 21.5}});       // an object of that class
 //   assert(cTest.Values("Celsius") == "21.5");
 //
-// A call about a pad or element that does not exist returns 0 or something empty, and adds a line to Messages. The
-// header is not part of fwlib.h. When there is not enough memory, the program ends. One thread at a time.
+// A call for a pad or element that does not exist returns 0 or an empty result, and adds a line to Messages. fwlib.h does
+// not include this header. When there is not enough memory, the program ends. One thread at a time.
 #ifndef FWLIB_TESTING_HARNESS_H
 #define FWLIB_TESTING_HARNESS_H
 
@@ -49,7 +49,7 @@ public:
         mutable PROPERTIES m_cList;
     };
 
-    // The objects that left one source pad, in order: copies, made by Duplicate, which the harness owns.
+    // The objects that one source pad delivered, in order. They are copies made by Duplicate; the harness owns them.
     class Objects {
     public:
         using Iterator = std::vector<std::unique_ptr<QObject>>::const_iterator;
@@ -74,7 +74,7 @@ public:
     // Takes ownership of the element, which has not been initialized.
     explicit Harness(EObject* pElement) : m_pPipeline(new EPipeline) { Hold(pElement); }
 
-    // The same for an element of a plugin, whose path contains a slash, or of "libfwlib.so".
+    // Creates the element from a plugin: a path with a slash, or "libfwlib.so".
     Harness(const char* pchType, const char* pchPlugin) : m_pPipeline(new EPipeline) {
         Hold(nullptr);
         if (m_cFramework.AddPlugin(Text(pchPlugin))) {
@@ -121,7 +121,7 @@ public:
     // Calls the element's Run. Returns its result, which Results lists too.
     int Run() { return Result(m_pElement ? m_pElement->Run() : Missing("element")); }
 
-    // Tells the element that the runs are over. Returns 1 if it has nothing to do then.
+    // Calls the element's function for the end of the runs and returns its result; 1 if there is none.
     int EndRuns() { return m_pElement ? m_pPipeline->EndRuns() : Missing("element"); }
 
     // Destroys the element, so that what its destructor does can be tested. What was collected remains.
@@ -130,8 +130,8 @@ public:
         m_pElement = nullptr;
     }
 
-    // After Initialize: let deliveries through a source pad fail, or connect the pad to nothing; false reverts that.
-    // Return 0 if there is no such pad. What is refused is not collected.
+    // Call these after Initialize. Refuse: deliveries through the source pad return 0, and these objects are not collected.
+    // Disconnect: the source pad is not connected. False reverts this. Return 1, or 0 if there is no such pad.
     int Refuse(Byte2Type b2Pad = 0, bool bRefuse = true) {
         if (b2Pad >= m_cReceivers.size()) {
             return Missing("source pad", b2Pad);
