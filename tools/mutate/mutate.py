@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 """Puts small faults into the library and the tool, one at a time, and lists those that the tests do not find.
 
-Usage: mutate.py [--count N] [--seed N] [--kind KIND]... [--fault NAME]... [--resume] [--flags FLAGS] [--verbose] [FILE...]
+Usage: mutate.py [--count N] [--seed N] [--kind KIND]... [--fault NAME]... [--resume] [--workers N]
+                 [--flags FLAGS] [--verbose] [FILE...]
 
 The kinds of faults take turns; within a kind the choice is random but reproducible, whatever the names of the files. Each
 worker has a copy of the tree and its own builds under build/mutate. A fault that does not compile is replaced by another
@@ -26,7 +27,6 @@ from tree import Tree, note
 
 SCRATCH = ROOT / "build" / "mutate"
 RESULTS = SCRATCH / "results"
-WORKERS = 2
 LEAST_CAUGHT = 0.95
 # For processors whose stacks fwpipe does not read, and what "fwpipe new" writes, which package.new builds.
 NOT_COMPILED = ("tools/fwpipe/unreadstack.cpp", "tools/fwpipe/templates/*")
@@ -136,12 +136,13 @@ def main():
     parser.add_argument("--kind", action="append", help="only faults of this kind, such as order, setting, reset, guard, loop")
     parser.add_argument("--fault", action="append", help="only the fault of this name, as a survivor is printed")
     parser.add_argument("--resume", action="store_true", help="go on after a run that ended early, or with more tests")
+    parser.add_argument("--workers", type=int, default=2)
     parser.add_argument("--flags", default="-O1 -DFWLIB_WATCH -fsanitize=leak", help="for the compiler; leaks and code that goes too early end a program, too")
     parser.add_argument("--verbose", action="store_true", help="tell each fault and its time")
     arguments = parser.parse_args()
     isolate(SCRATCH)
     run, begun = Run(arguments), time.monotonic()
-    workers = [threading.Thread(target=run.work, args=(number,)) for number in range(WORKERS)]
+    workers = [threading.Thread(target=run.work, args=(number,)) for number in range(arguments.workers)]
     for worker in workers:
         worker.start()
     for worker in workers:
@@ -149,7 +150,7 @@ def main():
     if run.broken or not run.results:
         print("tests fail without a fault, or nothing was tried:", *run.broken, sep="\n", file=sys.stderr)
         return 2
-    print(f"{time.monotonic() - begun:.0f} s with {WORKERS} workers")
+    print(f"{time.monotonic() - begun:.0f} s with {arguments.workers} workers")
     return run.report()
 
 
