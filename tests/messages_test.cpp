@@ -165,15 +165,16 @@ TEST(Factories, OfAHostAreAskedInOrderAndStayItsOwn) {
 // A name without a slash: the folders of the variable in order, then the loader's. A described plugin has a description.
 TEST(Plugins, AreLookedForInTheFoldersOfTheVariable) {
     const Scratch scratch;
-    std::filesystem::copy(FWLIB_TEST_PLUGINS "/good.so", scratch.Path("found.so"));
-    const std::string other = scratch.Write("text.so", "no plugin");
+    const std::string folder = scratch.Path("a box");
+    std::filesystem::create_directory(folder);
+    std::filesystem::copy(FWLIB_TEST_PLUGINS "/good.so", folder + "/found.so");
+    scratch.Write("a box/text.so", "no plugin");
     Host host;
     host.framework.SetMessageHandler(Hear, &host.heard);
-    setenv("FWLIB_PLUGIN_PATH", (":/none:" + scratch.Path("") + ":").c_str(), 1);
+    setenv("FWLIB_PLUGIN_PATH", (":/none:" + folder + ":").c_str(), 1);
     EXPECT_EQ(host.framework.AddPlugin(Text("found.so")), 1);
     EXPECT_EQ(host.framework.AddPlugin(Text("text.so")), 0);
-    EXPECT_NE(host.heard.find("FWPLUGIN: dlopen() Error: " + scratch.Path("") + "/text.so"),
-              std::string::npos)
+    EXPECT_NE(host.heard.find("FWPLUGIN: dlopen() Error: " + folder + "/text.so"), std::string::npos)
         << host.heard;
     unsetenv("FWLIB_PLUGIN_PATH");
     EXPECT_EQ(host.framework.AddPlugin(Text("found.so")), 0);

@@ -32,6 +32,11 @@ LEAST_CAUGHT = 0.95
 NOT_COMPILED = ("tools/fwpipe/unreadstack.cpp", "tools/fwpipe/templates/*")
 
 
+def keys(fault):
+    """By which equivalent.txt may name it: with its file where functions of several files have the same name."""
+    return {fault.name, f"{Path(fault.file).name}: {fault.name}"}
+
+
 class Run:
     def __init__(self, arguments):
         self.arguments = arguments
@@ -48,7 +53,7 @@ class Run:
         )
         self.texts = {name: (ROOT / name).read_text() for name in names}
         faults = [fault for name, text in self.texts.items() for fault in faults_of(name, text)]
-        self.unknown = self.known - {fault.name for fault in faults} if not arguments.files else set()
+        self.unknown = self.known - {key for fault in faults for key in keys(fault)} if not arguments.files else set()
         chosen = [fault for fault in faults if (not arguments.kind or fault.kind in arguments.kind)
                   and (not arguments.fault or fault.name in arguments.fault)]  # fmt: skip
         self.faults = iter(ordered(chosen, arguments.seed))
@@ -73,7 +78,7 @@ class Run:
                 if fault is None:
                     return None
                 found = self.before.get(fault.identity)
-                if fault.name in self.known:
+                if self.known & keys(fault):
                     self.left_out += 1
                 elif found == "compiler":
                     self.uncompiled += 1
