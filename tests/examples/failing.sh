@@ -141,6 +141,11 @@ EOF
     refill
     traced -o ../trace -e trace=fsync
     [[ $(grep -c 'fsync(' trace) == 2 ]] || fail "synced: $(<trace)"
+    # A hole is not read.
+    command=(dump --count file)
+    truncate -s 1G place/file
+    traced -o ../trace -e trace=read
+    (($(wc -l <trace) < 1000)) || fail "reads of a file with a hole: $(wc -l <trace)"
     # Held lines are shown whole where signals interrupt that.
     command=(run --quiet noline.pipe)
     traced -o /dev/null
