@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Puts small faults into the library and the tool, one at a time, and lists those that the tests do not find.
 
-Usage: mutate.py [--count N] [--seed N] [--kind KIND]... [--fault NAME]... [--resume] [--workers N]
+Usage: mutate.py [--count N] [--seed N] [--kind KIND]... [--fault NAME]... [--resume] [--quick] [--workers N]
                  [--flags FLAGS] [--verbose] [FILE...]
 
 The kinds of faults take turns; within a kind the choice is random but reproducible, whatever the names of the files. Each
@@ -42,7 +42,7 @@ class Run:
         self.arguments = arguments
         self.lock = threading.Lock()
         self.results = []  # (fault, what found it)
-        self.left_out = self.uncompiled = self.pending = 0
+        self.left_out = self.uncompiled = self.pending = self.put_off = 0
         self.broken, self.seconds, self.measuring = [], {}, threading.Lock()
         self.known = {name for name, _ in listed(Path(__file__).parent / "equivalent.txt")}
         names = arguments.files or sorted(
@@ -73,7 +73,7 @@ class Run:
     def _next(self):
         """The next fault to try, or None when there are enough. Counts those that were tried already."""
         with self.lock:
-            while len(self.results) + self.left_out + self.pending < self.arguments.count:
+            while len(self.results) + self.left_out + self.pending + self.put_off < self.arguments.count:
                 fault = next(self.faults, None)
                 if fault is None:
                     return None
@@ -84,6 +84,8 @@ class Run:
                     self.uncompiled += 1
                 elif found:
                     self.results.append((fault, found))
+                elif self.arguments.quick and fault.kind == "guard":
+                    self.put_off += 1
                 else:
                     self.pending += 1
                     return fault
@@ -93,7 +95,7 @@ class Run:
         tree = Tree(ROOT, SCRATCH, number, self.arguments.flags, self.found)
         with self.measuring:  # one for all: the trees are the same
             if not self.seconds and not self.broken:
-                self.broken = [f"{name}: ctest --test-dir {tree.build}" for name in tree.measure()]
+                self.broken = [f"{name}: ctest --test-dir {tree.build}" for name in tree.measure(self.arguments.quick)]
                 self.seconds = tree.seconds
         tree.seconds = self.seconds
         if self.broken:
@@ -101,7 +103,7 @@ class Run:
         while fault := self._next():
             text, begun = self.texts[fault.file], time.monotonic()
             tree.put(fault, text)
-            found = tree.tried(fault)
+            found = tree.tried(fault, self.arguments.quick)
             tree.restore(fault, text)
             with self.lock:
                 self.pending -= 1
@@ -141,6 +143,7 @@ def main():
     parser.add_argument("--kind", action="append", help="only faults of this kind, such as order, setting, reset, guard, loop")
     parser.add_argument("--fault", action="append", help="only the fault of this name, as a survivor is printed")
     parser.add_argument("--resume", action="store_true", help="go on after a run that ended early, or with more tests")
+    parser.add_argument("--quick", action="store_true", help="without the sanitizers; then judge the rest with --resume")
     parser.add_argument("--workers", type=int, default=2)
     parser.add_argument("--flags", default="-O1 -DFWLIB_WATCH -fsanitize=leak", help="for the compiler; leaks and code that goes too early end a program, too")
     parser.add_argument("--verbose", action="store_true", help="tell each fault and its time")

@@ -139,7 +139,7 @@ class Tree:
             return status in (0, SKIPPED), status is None
         return self._passes(test, seconds, tries - 1)
 
-    def measure(self):
+    def measure(self, quick):
         """Runs all tests without a fault. Returns the names of those that fail."""
         failing = []
         for test in self.tests:
@@ -147,7 +147,11 @@ class Tree:
             if not self._passes(test, 900)[0]:
                 failing.append(test.name)
             self.seconds[test.name] = time.monotonic() - begun
-        return failing + [name for name, folder, _ in (RACES, MEMORY) if self._sanitized(name, folder) != ""]
+        for name, folder, _ in () if quick else (RACES, MEMORY):
+            begun = time.monotonic()
+            failing += [name] if self._sanitized(name, folder) != "" else []
+            self.seconds[name] = time.monotonic() - begun
+        return failing
 
     def _first(self, file):
         """The key for sorting tests: first those that found faults, above all in this file, and that are fast."""
@@ -172,8 +176,9 @@ class Tree:
             self._make(self.build)
             self.stale = False
 
-    def tried(self, fault):
-        """The test that finds the fault in the copy, "" if none does, or None if it does not compile."""
+    def tried(self, fault, quick=False):
+        """The test that finds the fault in the copy, "" if none does, or None if it does not compile. If quick, without
+        what takes longest: the sanitizers, and building the test programs again for a header."""
         header, tool = fault.file.endswith(".h"), fault.file.startswith("tools/")
         programs = [self.build / "fwpipe", *self.of_tool]
         tests = [test for test in self.tests if not tool or any(test.uses(program) for program in programs)]
@@ -184,12 +189,12 @@ class Tree:
             return None
         found = self._sanitized(*RACES[:2]) if fault.kind == "guard" and not tool else ""
         found = found or self._found_by([test for test in tests if test not in linked], fault)
-        if not found and not tool:
+        if not found and not tool and not (quick and header):
             self.stale = header
             if not self._make(self.build):
                 return None
             found = self._found_by(tests if header else linked, fault)
-        if not found and not tool and fault.kind != "guard":
+        if not found and not tool and not quick and fault.kind != "guard":
             found = self._sanitized(*MEMORY[:2])
         return found
 
@@ -200,6 +205,6 @@ class Tree:
             return None
         for chosen in ("Threads.*", "-Threads.*:*DeathTest*"):  # those that most likely find a race first
             command = (str(build / "tests" / "fwlib_tests"), "--gtest_filter=" + chosen)
-            if not self._passes(Test(name, command, str(self.root), ()), 900)[0]:
+            if not self._passes(Test(name, command, str(self.root), ()), 15 + 6 * self.seconds.get(name, 150))[0]:
                 return name
         return ""
