@@ -29,6 +29,7 @@
 #include "fwlib/framework/messages.h"
 #include "fwlib/framework/plugin.h"
 #include "fwlib/pipeline/epipeline.h"
+#include "fwlib/pipeline/pipelanguage.h"
 #include "fwlib/properties/keywatch.h"
 #include "fwlib/properties/properties.h"
 #include "fwlib/properties/values.h"

@@ -8,7 +8,6 @@ namespace VESK {
 constexpr unsigned int TypeTextSize = 32;     // the name of a type or element in a message
 constexpr unsigned int ElementNameSize = 256; // an element's name: as much of it as is compared
 constexpr unsigned int FileNameSize = 256;    // a file's name
-constexpr unsigned int PipeLineSize = 256;    // a line of a pipe file
 
 } // namespace VESK
 

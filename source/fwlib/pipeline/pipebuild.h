@@ -11,9 +11,6 @@
 
 namespace FWLIB_HIDDEN VESK {
 
-constexpr unsigned int MostTokens = 14;
-constexpr unsigned int TokenSlots = 16; // all tokens, one more to detect too many, and null
-
 struct Build {
     EPipeline& cPipeline;
     BuildForm Form;

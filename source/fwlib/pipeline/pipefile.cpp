@@ -4,54 +4,28 @@
 
 #include "fwlib/framework/failurewatch.h"
 #include "fwlib/framework/say.h"
-#include "fwlib/internal/handle.h"
-#include "fwlib/internal/textsizes.h"
-#include "fwlib/pipeline/pipetext.h"
+#include "fwlib/pipeline/pipelanguage.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/text.h"
 
-#include <cstdio>
-#include <cstring>
 #include <memory>
 
 namespace VESK {
 
 namespace {
 
-constexpr int DeepestNesting = 64; // of pipe files; a file that includes itself ends here
-
 int ExecuteLine(const Build& cBuild, char** ppchTokens) {
     FailureWatch cWatch;
     return cWatch.Judge(ExecuteTokens(cBuild, ppchTokens), "the line failed");
 }
 
-// Splits the line in place at blanks and tabs into tokens, then null. Stops after one token more than a line may have.
-void SplitLine(char* pchLine, char* (&apchTokens)[TokenSlots]) {
-    unsigned int u = 0;
-    char* pch = pchLine;
-    while (u < TokenSlots - 1) {
-        pch += std::strspn(pch, " \t");
-        if (*pch == '\0') {
-            break;
-        }
-        apchTokens[u++] = pch;
-        pch += std::strcspn(pch, " \t");
-        if (*pch != '\0') {
-            *pch++ = '\0';
-        }
-    }
-    apchTokens[u] = nullptr;
-}
-
 // Executes the lines, up to the first that fails.
-int ExecuteLines(const Build& cBuild, PipeText& cText, const char* pchName) {
-    char achLine[PipeLineSize];
-    char* apchTokens[TokenSlots];
+int ExecuteLines(const Build& cBuild, PipeReader& cReader, const char* pchName) {
+    PipeLine cLine;
     BuildPlace cPlace(pchName);
-    while (cText.Next(achLine)) {
-        cPlace.b4Line = cText.Line();
-        SplitLine(achLine, apchTokens);
-        if (apchTokens[0] && apchTokens[0][0] != '#' && !ExecuteLine(cBuild, apchTokens)) {
+    while (cReader.Next(cLine)) {
+        cPlace.b4Line = cLine.b4Line;
+        if (cLine.uTokens > 0 && !ExecuteLine(cBuild, cLine.apchTokens)) {
             return 0;
         }
     }
@@ -67,11 +41,11 @@ int BuildOpened(const Build& cBuild, char* pchPath, const char* pchShown) {
         SayErrorOnOutput(cBuild.cPipeline.m_pFramework, "Unable to open pipefile %s\n", pchShown);
         return 0;
     }
-    PipeText cText(pFile.get());
-    if (!ExecuteLines(cBuild, cText, pchShown)) {
+    PipeReader cReader = PipeReader::OfFile(pFile.get());
+    if (!ExecuteLines(cBuild, cReader, pchShown)) {
         return 0;
     }
-    if (std::ferror(StreamOf(pFile.get()))) { // a directory, for example, can be opened but not read
+    if (cReader.Failed()) {
         SayErrorOnOutput(cBuild.cPipeline.m_pFramework, "Unable to read pipefile %s\n", pchShown);
         return 0;
     }
@@ -86,8 +60,8 @@ bool BeginFile(const Build& cBuild, const char* pchShown) {
         return false;
     }
     SayStep(pFramework, "Processing pipe file: %s\n", pchShown);
-    if (cThreadBuild.iDepth > DeepestNesting) {
-        SayError(pFramework, "Pipe files nest more than %d deep: %s\n", DeepestNesting, pchShown);
+    if (cThreadBuild.iDepth > static_cast<int>(DeepestPipeNesting)) {
+        SayError(pFramework, "Pipe files nest more than %u deep: %s\n", DeepestPipeNesting, pchShown);
         return false;
     }
     return true;
@@ -100,8 +74,8 @@ int BuildText(const Build& cBuild, const char* pchName, const char* pchText) {
     if (!pchText) {
         return cWatch.Judge(0, "the text is null", pchShown);
     }
-    PipeText cText(pchText);
-    return cWatch.Judge(BeginFile(cBuild, pchShown) && ExecuteLines(cBuild, cText, pchShown), "", pchShown);
+    PipeReader cReader = PipeReader::OfText(pchText);
+    return cWatch.Judge(BeginFile(cBuild, pchShown) && ExecuteLines(cBuild, cReader, pchShown), "", pchShown);
 }
 
 } // namespace

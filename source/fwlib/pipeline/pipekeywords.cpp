@@ -4,6 +4,7 @@
 
 #include "fwlib/framework/framework.h"
 #include "fwlib/framework/say.h"
+#include "fwlib/pipeline/pipelanguage.h"
 #include "fwlib/stdc/stdc/fwstdcstring.h"
 #include "fwlib/text.h"
 
@@ -58,7 +59,7 @@ int FrameworkPropertyLine(const Build& cBuild, char** ppchArguments) {
     return 1;
 }
 
-int PipeLine(const Build& cBuild, char** ppchArguments) {
+int NestedPipeLine(const Build& cBuild, char** ppchArguments) {
     std::unique_ptr<EPipeline> pBuilt(new (std::nothrow)
                                           EPipeline); // also deleted when a factory ends the thread
     if (pBuilt) {
@@ -146,23 +147,17 @@ int ConfigLine(const Build& cBuild, char** ppchArguments) {
     return 1;
 }
 
-struct PipeKey {
-    const char* pchKeyword; // null in the last row
-    unsigned int uArguments;
-    int (*pAction)(const Build&,
-                   char**); // its arguments are the tokens after the keyword; returns the result of the line
-};
+// The arguments are the tokens after the keyword; the result is the line's.
+using LineAction = int (*)(const Build&, char** ppchArguments);
 
-constexpr PipeKey PipeKeys[] = {
-    {"plugin", 1, PluginLine},   {"fwprop", 2, FrameworkPropertyLine}, {"pipe", 1, PipeLine},
-    {"element", 1, ElementLine}, {"property", 2, PropertyLine},        {"sink", 1, SinkLine},
-    {"source", 1, SourceLine},   {"connect", 4, ConnectLine},          {"config", 2, ConfigLine},
-    {nullptr, 0, nullptr},
-};
+constexpr LineAction Actions[] = {PluginLine,  FrameworkPropertyLine, NestedPipeLine,
+                                  ElementLine, PropertyLine,          SinkLine,
+                                  SourceLine,  ConnectLine,           ConfigLine};
+static_assert(sizeof Actions / sizeof *Actions == PipeKeywordCount, "in the order of PipeWord");
 
 unsigned int CountTokens(char** ppchTokens) {
     unsigned int u = 0;
-    while (u <= MostTokens && ppchTokens[u]) {
+    while (u <= MostPipeTokens && ppchTokens[u]) {
         ++u;
     }
     return u;
@@ -175,25 +170,22 @@ int ExecuteTokens(const Build& cBuild, char** ppchTokens) {
     if (uTokens == 0) {
         return 0;
     }
-    const PipeKey* pKey = PipeKeys;
-    while (pKey->pchKeyword && fwstrcmp(pKey->pchKeyword, ppchTokens[0]) != 0) {
-        ++pKey;
-    }
-    if (!pKey->pchKeyword) {
+    const PipeKeyword* const pKey = FindPipeKeyword(ppchTokens[0]);
+    if (!pKey) {
         SayErrorOnOutput(cBuild.cPipeline.m_pFramework, "Unknown token %s\n", ppchTokens[0]);
         return 0;
     }
-    if (uTokens > MostTokens) {
+    if (uTokens > MostPipeTokens) {
         SayError(cBuild.cPipeline.m_pFramework, "Too many tokens in a line of %s: at most %u.\n",
-                 pKey->pchKeyword, MostTokens);
+                 pKey->pchWord, MostPipeTokens);
         return 0;
     }
     if (uTokens - 1 < pKey->uArguments) {
         SayError(cBuild.cPipeline.m_pFramework, "Missing arguments of %s: %u needed, %u given.\n",
-                 pKey->pchKeyword, pKey->uArguments, uTokens - 1);
+                 pKey->pchWord, pKey->uArguments, uTokens - 1);
         return 0;
     }
-    return pKey->pAction(cBuild, ppchTokens + 1);
+    return Actions[static_cast<unsigned int>(pKey->Word)](cBuild, ppchTokens + 1);
 }
 
 } // namespace VESK
