@@ -32,6 +32,7 @@ CLI::App& AddFileCommand(CLI::App& cApp, const char* pchName, const char* pchAbo
                          std::string& cFile, const char* pchFile);
 
 void AddRun(CLI::App& cApp, Action& cChosen);
+void AddCheck(CLI::App& cApp, Action& cChosen);
 void AddRecover(CLI::App& cApp, Action& cChosen);
 void AddDump(CLI::App& cApp, Action& cChosen);
 void AddInspect(CLI::App& cApp, Action& cChosen);

@@ -12,8 +12,8 @@
 
 namespace {
 
-constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun, FwPipe::AddRecover, FwPipe::AddDump,
-                                           FwPipe::AddInspect, FwPipe::AddNew};
+constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun,  FwPipe::AddCheck,   FwPipe::AddRecover,
+                                           FwPipe::AddDump, FwPipe::AddInspect, FwPipe::AddNew};
 
 int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
     const auto cNamed = cApp.get_subcommands();

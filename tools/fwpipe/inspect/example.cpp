@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "inspect/example.h"
 
-#include "inspect/described.h"
+#include "described.h"
 
 #include <cstring>
 

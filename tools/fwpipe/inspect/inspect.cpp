@@ -2,10 +2,10 @@
 // fwpipe inspect: shows what the library and plugins tell about their types.
 #include "command.h"
 #include "failure.h"
-#include "inspect/described.h"
+#include "described.h"
 #include "inspect/json.h"
 #include "inspect/loading.h"
-#include "inspect/nearest.h"
+#include "nearest.h"
 #include "inspect/page.h"
 #include "inspect/revealed.h"
 #include "message.h"

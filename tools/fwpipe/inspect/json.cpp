@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "inspect/json.h"
 
-#include "inspect/described.h"
+#include "described.h"
 
 #include <nlohmann/json.hpp>
 

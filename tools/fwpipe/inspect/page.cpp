@@ -2,7 +2,7 @@
 #include "inspect/page.h"
 
 #include "escape.h"
-#include "inspect/described.h"
+#include "described.h"
 #include "inspect/example.h"
 
 #include <algorithm>

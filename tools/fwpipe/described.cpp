@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "inspect/described.h"
+#include "described.h"
 
 #include <algorithm>
 #include <iterator>

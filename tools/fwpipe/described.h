@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Reads the tables of a description, of which any part may be null or empty, as a plugin may write it by hand.
-#ifndef FWPIPE_INSPECT_DESCRIBED_H
-#define FWPIPE_INSPECT_DESCRIBED_H
+#ifndef FWPIPE_DESCRIBED_H
+#define FWPIPE_DESCRIBED_H
 
 #include <fwlib/fwlib.h>
 

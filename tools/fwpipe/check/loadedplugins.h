@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// Plugins that are loaded, for what their files do not tell.
+#ifndef FWPIPE_CHECK_LOADEDPLUGINS_H
+#define FWPIPE_CHECK_LOADEDPLUGINS_H
+
+#include "plugins.h"
+
+#include <memory>
+
+namespace FwPipe {
+
+// Loads each plugin that is looked for. Elements of types without a description are created and initialized once.
+std::unique_ptr<Plugins> LoadPlugins();
+
+} // namespace FwPipe
+
+#endif
