@@ -60,9 +60,11 @@ quiet() {
         pipe leak 'element EDeserialize' "property Filename /proc/self/fd/$number"
         check 1 '' "*Unable to open /proc/self/fd/$number: No such file or directory"$'\n*' run --quiet leak.pipe 3>&- 4>&- 5>&-
     done
-    (ulimit -n 4 && exec "$fwpipe" run --quiet good.pipe) >out 2>err 3>&- 4>&- 5>&-
-    [[ $(<err) == $'fwpipe: cannot hold back the progress lines: Too many open files\nfwpipe: building good.pipe failed' ]] ||
-        fail "--quiet without files to hold lines"
+    if ! grep -q __asan_init "$fwpipe"; then # the sanitizer needs files of its own to look at memory
+        (ulimit -n 4 && exec "$fwpipe" run --quiet good.pipe) >out 2>err 3>&- 4>&- 5>&-
+        [[ $(<err) == $'fwpipe: cannot hold back the progress lines: Too many open files\nfwpipe: building good.pipe failed' ]] ||
+            fail "--quiet without files to hold lines"
+    fi
     # Held lines that could not be held are no output that got lost.
     (ulimit -f 0 && exec "$fwpipe" run --quiet good.pipe) 2>err | cat >out
     [[ ${PIPESTATUS[0]} == 0 && $(wc -l <out) == 1000 ]] || fail "--quiet and a full disk"
