@@ -33,7 +33,8 @@ using namespace VESK;
 """
 FORMS = ("%s", "struct EExample : Element<EExample> {\n%s\n};",
          "struct EExample : Element<EExample> { static void Declare(Declaration<EExample>&);\n%s\n};",
-         "struct EExample : EObject { void Around(QObject& cObject, FRAMEWORK& cFramework) {\n%s\n}};")
+         "struct EExample : EObject { void Around(QObject& cObject, FRAMEWORK& cFramework, "
+         "EPipeline& cPipeline) {\n%s\n}};")
 
 
 def fail(line, text):
