@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Declared elements: what Initialize reads and reports, what is described, and that the descriptions of the library's
-// types are true.
+// Declared elements: what Initialize reads and reports, and what is described.
 #include "fwlib/testing/harness.h"
 #include "support/support.h"
 
@@ -114,6 +113,7 @@ int iWrong = 0;
 class EWrong : public Element<EWrong> {
 public:
     static constexpr const char* TypeName = "EWrong";
+    static constexpr const char* Meaning = nullptr;
     static void Declare(Declaration<EWrong>& declare) {
         switch (iWrong) {
         case 0:
@@ -151,26 +151,82 @@ public:
         case 10:
             declare.Real("K", &EWrong::d, NAN, 0, 1, nullptr, "");
             break;
+        case 11:
+            declare.Flag("K", &EWrong::b, true, nullptr);
+            declare.Text("K", &EWrong::text, "", "");
+            break;
+        case 12:
+            declare.SourcePadsFrom(nullptr, 1, "");
+            break;
+        case 13:
+            declare.SourcePadsFrom("K", 65521, "");
+            break;
+        case 14:
+            declare.Text("K", &EWrong::text, "four", "");
+            break;
         default:
             break;
         }
     }
+    char text[4] = "";
     bool b = false;
     int i = 0;
     double d = 0;
 };
 constexpr const char* EWrong::TypeName;
 
+// What Initialize reports, and the numbers of sink pads, source pads and properties in the description.
 TEST(Declared, AWrongDeclarationIsReportedByInitialize) {
-    for (iWrong = 0; iWrong < 11; ++iWrong) {
+    const std::string twice = "K is declared wrongly: its key is declared twice\n",
+                      range = "K is declared wrongly: the default is out of range\n",
+                      none = "a property is declared without a key\n",
+                      choices = "K is declared wrongly: there are no choices, or an empty one\n";
+    const std::string expected[] = {none + "0 0 0",
+                                    none + "0 0 0",
+                                    "sink pads are declared twice\n1 0 0",
+                                    twice + "1 0 1",
+                                    range + "0 0 0",
+                                    "K is declared wrongly: the least value is above the greatest\n0 0 0",
+                                    choices + "0 0 0",
+                                    choices + "0 0 0",
+                                    "K is declared wrongly: the default is not among the choices\n0 0 0",
+                                    "65521 source pads are more than 65520\n0 0 0",
+                                    range + "0 0 0",
+                                    twice + "0 0 1",
+                                    none + "0 1 0",
+                                    range + "0 0 0",
+                                    "K is declared wrongly: the default is too long\n0 0 0"};
+    iWrong = 0;
+    for (const std::string& wanted : expected) {
         Harness test(new EWrong);
         test.Set("K", "1");
         EXPECT_EQ(test.Initialize(), 0) << iWrong;
-        EXPECT_EQ(test.Messages().size(), 1U) << iWrong << ": " << Reported(test);
+        DescriptionTable table;
+        PluginType<EWrong>::Describe(table);
+        const ElementDescription* const type =
+            FindElementDescription(table.Get(FWLIB_VERSION), EWrong::TypeName);
+        std::size_t properties = 0;
+        while (type->ppProperties[properties]) {
+            ++properties;
+        }
+        EXPECT_STREQ(type->pchMeaning, "");
+        EXPECT_EQ(Reported(test) + std::to_string(type->SinkPads.b4Count) + " " +
+                      std::to_string(type->SourcePads.b4Count) + " " + std::to_string(properties),
+                  wanted)
+            << iWrong;
+        ++iWrong;
     }
-    Harness test(new EWrong);
-    EXPECT_EQ(test.Initialize(), 1);
+    iWrong = -1;
+    EXPECT_EQ(Harness(new EWrong).Initialize(), 1);
 }
+
+// Null names: such types are neither created by name nor described.
+class ENothing : public Element<ENothing> {
+public:
+    static constexpr const char* TypeName = nullptr;
+    static constexpr const char* Meaning = nullptr;
+    static void Declare(Declaration<ENothing>&) {}
+};
 
 class QNothing : public DataObject<QNothing> {
 public:
@@ -179,8 +235,13 @@ public:
 };
 
 TEST(Declared, ClassesAreDescribedAndCreatedByTheirNames) {
-    const PluginDescription* const plugin = DescribeTypes<EAll, QNothing>();
+    const PluginDescription* const plugin = DescribeTypes<ENothing, EAll, EAll, QNothing>();
     ASSERT_NE(plugin, nullptr);
+    EXPECT_EQ(plugin->ppElements[1], nullptr);
+    EXPECT_EQ(FindElementDescription(plugin, nullptr), nullptr);
+    EXPECT_EQ(FindElementDescription(nullptr, "EAll"), nullptr);
+    EXPECT_EQ(Harness(new ENothing).Initialize(), 1);
+    EXPECT_EQ(EntriesOf(ENothing().m_cProperties), "Standard.EObjectType=");
     const ElementDescription* const type = FindElementDescription(plugin, "EAll");
     ASSERT_NE(type, nullptr);
     std::string all;
@@ -199,94 +260,14 @@ TEST(Declared, ClassesAreDescribedAndCreatedByTheirNames) {
     EXPECT_STREQ(type->SourcePads.pchProperty, "Outputs");
     EXPECT_EQ(type->b4Originates, 0U);
     EXPECT_EQ(plugin->ppObjects[0], nullptr);
-    TypesFactory<EAll, QNothing> factory;
+    TypesFactory<ENothing, EAll, QNothing> factory;
     const std::unique_ptr<EObject> element(factory.CreateElement(Text("EAll")));
     EXPECT_EQ(EntriesOf(element->m_cProperties), "Standard.EObjectType=EAll");
+    EXPECT_EQ(factory.CreateElement(Text("")), nullptr);
+    EXPECT_EQ(factory.CreateElement(nullptr), nullptr);
     EXPECT_EQ(factory.CreateQObject(Text("")), nullptr);
     EXPECT_EQ(TypesFactory<>().CreateElement(Text("EAll")), nullptr);
     EXPECT_EQ(DescribeTypes<>()->ppElements[0], nullptr);
-}
-
-// The library's own types: pads for several settings, and whether Run sends.
-TEST(Described, TypesOfTheLibraryAreAsDescribed) {
-    FRAMEWORK framework;
-    framework.AddPlugin(Text("libfwlib.so"));
-    int types = 0;
-    for (const ElementDescription* const* pp = GetPluginDescription()->ppElements; *pp; ++pp) {
-        const ElementDescription& type = **pp;
-        if (std::string(type.pchType) == Type::EPipeline) {
-            continue; // is created by a line of its own, and has the pads of its elements
-        }
-        ++types;
-        for (const char* const count : {"", "0", "1", "5"}) {
-            EObject* const element = framework.CreateElement(Text(type.pchType));
-            Harness test(element);
-            test.Set("Filename", "/dev/null");
-            for (const PadsDescription* const pads : {&type.SinkPads, &type.SourcePads}) {
-                if (pads->pchProperty && *count) {
-                    test.Set(pads->pchProperty, count);
-                }
-            }
-            ASSERT_EQ(test.Initialize(), 1) << type.pchType;
-            const auto expected = [count](const PadsDescription& pads) {
-                return pads.pchProperty && *count ? std::atoi(count) : static_cast<int>(pads.b4Count);
-            };
-            EXPECT_EQ(element->GetSinkPadCount(), expected(type.SinkPads)) << type.pchType << count;
-            EXPECT_EQ(element->GetSourcePadCount(), expected(type.SourcePads)) << type.pchType << count;
-            if (!type.b4Originates && !*count) {
-                EXPECT_EQ(test.Run(), 0) << type.pchType;
-            }
-        }
-    }
-    EXPECT_EQ(types, 7);
-    for (const PropertyDescription* const* pp = CommonProperties(); *pp; ++pp) {
-        EXPECT_TRUE(std::string((*pp)->pchKey) == "Name" || std::string((*pp)->pchKey) == "Debug");
-    }
-}
-
-TEST(Values, AreStoredAndReadByTheirTypes) {
-    QObject object;
-    EXPECT_EQ(SetValue(object, "t", "text") + SetValue(object, "s", std::string("more")) +
-                  SetValue(object, "b", true) + SetValue(object, "i", std::size_t{7}) +
-                  SetValue(object, "r", -2.5) + SetValue(object, "f", 0.1F) +
-                  SetValue(object, "l", std::numeric_limits<long long>::min()),
-              7);
-    EXPECT_EQ(EntriesOf(object.m_cProperties), "Standard.QObjectType=QObject Standard.t=text Standard.s=more "
-                                               "Standard.b=1 Standard.i=7 Standard.r=-2.5 "
-                                               "Standard.f=0.1 Standard.l=-9223372036854775808");
-    EXPECT_EQ(SetValue(object, "n", NAN) + SetValue(object, "n", std::string("a\0b", 3)), 0);
-    int i = 3;
-    double d = 3;
-    bool b = false;
-    std::string s;
-    EXPECT_EQ(GetValue(object, "i", i) * 100 + GetValue(object, "r", d) * 10 + GetValue(object, "t", s), 111);
-    EXPECT_EQ(std::to_string(i) + " " + std::to_string(d) + " " + s, "7 -2.500000 text");
-    EXPECT_EQ(GetValue(object, "t", i) + GetValue(object, "l", i) + GetValue(object, "none", d) +
-                  GetValue(object, "t", b),
-              0);
-    EXPECT_EQ(i, 7);
-    std::string keys;
-    for (const Entry& entry : Entries(object.m_cProperties)) {
-        keys += entry.pchKey;
-        SetValue(object, (std::string(entry.pchKey) + "2").c_str(), 1); // is not met
-    }
-    EXPECT_EQ(keys, "QObjectTypetsbirfl");
-    for (const char* const text :
-         {"", " 1", "1 ", "+-1", "0x1", "1e5", "nan", "inf", "18446744073709551616"}) {
-        unsigned long long ull = 1;
-        EXPECT_EQ(ParseNumber(text, &ull), 0) << text;
-    }
-    for (const char* const text : {"", " 1", "1 ", "0x1", "nan", "inf", "1e999", "1,5", "."}) {
-        EXPECT_EQ(ParseReal(text, &d), 0) << text;
-    }
-    for (const double value : {0.1, 1e300, -5e-324, 1 / 3.0, 123456789.0}) {
-        char achText[NumberTextSize];
-        EXPECT_EQ(FormatReal(value, achText) + ParseReal(achText, &d), 2);
-        EXPECT_EQ(d, value) << achText;
-    }
-    Byte2Type length = 0;
-    EXPECT_EQ(object.m_cProperties.GetKeyLength(0, &length) * 100 + length, 111);
-    EXPECT_EQ(object.m_cProperties.GetKeyLength(99, &length), 0);
 }
 
 } // namespace

@@ -15,7 +15,8 @@
 //
 // Initialize reports each wrong value as an error of the element, with the key, the value and the allowed values, and
 // returns 0. It also reports a wrong declaration and returns 0: a key that is null, empty or declared twice, a default
-// outside its bounds, choices that are null or empty, pads declared twice.
+// outside its bounds, choices that are null or empty, pads declared twice, too many pads. The description omits what is
+// declared wrongly; of a key that is declared twice it has the first.
 #ifndef FWLIB_DESCRIBE_DECLARATION_H
 #define FWLIB_DESCRIBE_DECLARATION_H
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fwlib/describe/declaration.h"
 #include "fwlib/describe/declared.h"
+#include "fwlib/internal/growth.h"
 
 #include <cstring>
 #include <new>
@@ -39,12 +40,13 @@ bool IsName(const char* pchType) {
     return pchType && *pchType != '\0';
 }
 
-// A property that sets a number of pads, but whose declaration was refused, is left out.
+// A property that sets a number of pads, but whose declaration was refused, is left out; so is a number that Initialize
+// refuses.
 PadsDescription Described(const DeclaredPads& cPads, const PropertyDescription* const* ppProperties) {
     const PropertyDescription* const pProperty =
         cPads.pchProperty ? FindProperty(ppProperties, cPads.pchProperty) : nullptr;
     const bool bNumber = pProperty && pProperty->b4Kind == NumberProperty;
-    return {cPads.b4Count, bNumber ? pProperty->pchKey : nullptr};
+    return {cPads.b4Count <= LargestCapacity ? cPads.b4Count : 0, bNumber ? pProperty->pchKey : nullptr};
 }
 
 } // namespace

@@ -15,9 +15,9 @@ struct FileSettings {
 
     explicit FileSettings(PROPERTIES& cProperties);
 
-    // Return whether the setting is valid. If it is not, the element reports that.
+    // Return whether the settings are valid. If they are not, the element reports that.
     bool NameFits(EObject& cElement) const;
-    bool ExistingKnown(EObject& cElement) const;
+    bool ReadForWriting(EObject& cElement); // also reads the settings that only a recorder has
     char* Name() { return m_bNamed ? m_achName : nullptr; } // null for a standard stream
     bool Strict() const { return m_uStrict != 0; }
     bool Shared() const { return m_uShared != 0; }
@@ -25,10 +25,8 @@ struct FileSettings {
 
 private:
     char m_achName[FileNameSize];
-    char m_achExisting[TypeTextSize];
     bool m_bNamed;
     bool m_bCut; // the name is truncated
-    bool m_bKnown;
     Existing m_Existing;
     unsigned int m_uStrict;
     unsigned int m_uShared;

@@ -63,21 +63,13 @@ Front FrontOf(std::FILE* pFile) {
 
 } // namespace
 
-FileSettings::FileSettings(PROPERTIES& cProperties) : m_achExisting{} {
+FileSettings::FileSettings(PROPERTIES& cProperties) : m_Existing(Existing::Replace), m_uShared(0) {
     Byte2Type b2Length = 0;
     m_bNamed =
         cProperties.GetProperty(Key::Filename, m_achName, sizeof m_achName, nullptr, Section::Standard);
     cProperties.GetPropertyLength(Key::Filename, &b2Length, Section::Standard);
     m_bCut = m_bNamed && b2Length >= sizeof m_achName;
     cProperties.GetProperty(Key::Strict, &m_uStrict, 0, Section::Standard);
-    cProperties.GetProperty(Key::Shared, &m_uShared, 0, Section::Standard);
-    cProperties.GetProperty(Key::Existing, m_achExisting, sizeof m_achExisting, Text(Existings[0]),
-                            Section::Standard);
-    const char* const* const ppKnown =
-        std::find_if(std::begin(Existings), std::end(Existings),
-                     [this](const char* pchKnown) { return std::strcmp(pchKnown, m_achExisting) == 0; });
-    m_bKnown = ppKnown != std::end(Existings);
-    m_Existing = static_cast<Existing>(ppKnown - Existings);
 }
 
 bool FileSettings::NameFits(EObject& cElement) const {
@@ -93,11 +85,21 @@ bool FileSettings::NameFits(EObject& cElement) const {
     return true;
 }
 
-bool FileSettings::ExistingKnown(EObject& cElement) const {
-    if (!m_bKnown) {
-        cElement.ErrorMessage("Initialize(): Existing is not replace, append or refuse: %s\n", m_achExisting);
+bool FileSettings::ReadForWriting(EObject& cElement) {
+    char achExisting[TypeTextSize];
+    cElement.m_cProperties.GetProperty(Key::Shared, &m_uShared, 0, Section::Standard);
+    cElement.m_cProperties.GetProperty(Key::Existing, achExisting, sizeof achExisting, Text(Existings[0]),
+                                       Section::Standard);
+    const char* const* const ppKnown =
+        std::find_if(std::begin(Existings), std::end(Existings), [&achExisting](const char* pchKnown) {
+            return std::strcmp(pchKnown, achExisting) == 0;
+        });
+    if (ppKnown == std::end(Existings)) {
+        cElement.ErrorMessage("Initialize(): Existing is not replace, append or refuse: %s\n", achExisting);
+        return false;
     }
-    return m_bKnown;
+    m_Existing = static_cast<Existing>(ppKnown - Existings);
+    return true;
 }
 
 // Opens the file by its name. Returns 1, even if it cannot be opened; or 0, after a report, if the settings forbid it.
@@ -142,7 +144,7 @@ int ObjectFileWrite::GoBehindObjects(EObject& cElement) {
 }
 
 int ObjectFileWrite::Open(EObject& cElement, FileSettings& cSettings) {
-    if (!cSettings.NameFits(cElement) || !cSettings.ExistingKnown(cElement)) {
+    if (!cSettings.NameFits(cElement) || !cSettings.ReadForWriting(cElement)) {
         return 0;
     }
     if (!cSettings.Name()) {
