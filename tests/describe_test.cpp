@@ -80,6 +80,8 @@ TEST(Declared, PropertiesAreReadIntoFields) {
     ASSERT_EQ(other.Initialize(), 1) << Reported(other);
     EXPECT_EQ(set->Fields(), "-7 -9223372036854775808 4294967295 2 -1.5 0 0 a = 1234567");
     EXPECT_EQ(set->GetSourcePadCount(), 0);
+    EXPECT_EQ(set->Initialize(), 1);
+    EXPECT_EQ(set->GetSinkPad(2)->m_b2Index * 10 + set->GetSinkPad(3)->m_b2Index, 1);
 }
 
 TEST(Declared, EveryWrongTextIsReportedWithWhatIsAllowed) {
