@@ -125,6 +125,57 @@ TEST(Threads, EndTheRunsOfTheirOwnPipelines) {
     EXPECT_EQ(count, 4 * 100 * Elements / 2);
 }
 
+class EOwn : public Element<EOwn> {
+public:
+    static constexpr const char* TypeName = "EOwn";
+    static constexpr const char* Meaning = "counts";
+    static void Declare(Declaration<EOwn>& declare) {
+        declare.SinkPads(1);
+        declare.Number("Every", &EOwn::every, 1, nullptr, "");
+    }
+    int RunsEnded() { return Message(0, "ended\n"), 1; }
+    int every = 0;
+};
+constexpr const char* EOwn::TypeName;
+
+// Each thread hears its own lines and has its own failure. They share the factory, and all are asked to end.
+TEST(Threads, HearAndFailForThemselves) {
+    TypesFactory<EOwn> factory;
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 3; ++i) {
+        threads.emplace_back([&factory, &wrong, i] {
+            const std::string name = "t" + std::to_string(i), text = "element EOwn\nproperty Name " + name;
+            for (int round = 0; round < 100; ++round) {
+                std::string heard;
+                FRAMEWORK framework;
+                EPipeline pipe;
+                pipe.m_pFramework = &framework;
+                framework.SetMessageHandler(
+                    [](void* all, const MessageLine& line) {
+                        *static_cast<std::string*>(all) += std::string(line.pchText) + "\n";
+                    },
+                    &heard);
+                wrong += !framework.AddFactory(&factory) || !DescribeTypes<EOwn>();
+                wrong += !pipe.BuildPipeText(name.c_str(), text.c_str()) || !pipe.Initialize();
+                std::thread([&framework] { framework.RequestEnd(); }).join();
+                wrong += !framework.EndRequested() || !pipe.EndRuns();
+                wrong += pipe.BuildPipeText(name.c_str(), "\nsink") || LastFailure()->pchFile != name ||
+                         LastFailure()->b4Line != 2;
+                wrong += heard != "Processing pipe file: " + name +
+                                      "\nInstantiating EOwn\nSetting property "
+                                      "Name to " +
+                                      name + "\nEOwn - " + name + ": ended\nProcessing pipe file: " + name +
+                                      "\nMissing arguments of sink: 1 needed, 0 given.\n";
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(wrong, 0);
+}
+
 // Of two recorders that open one file at the same time, one is refused, so the other's objects are kept.
 TEST(Threads, OpenOneRecordingOnlyOnce) {
     const Scratch scratch;
