@@ -35,8 +35,14 @@ inline void Hosts(Account& told, Place&) {
         told.Answer(pipe.BuildPipeText("t", "element EOwn\nproperty n 8\n"));
         told.Answer(pipe.Initialize());
         told.Answer(told.result.find("ERROR") == std::string::npos); // a report
-        const std::string wrong = "element " + std::string(3000, 'x');
-        told.Must(!pipe.BuildPipeText("wrong", wrong.c_str()), "an element without a type");
+        const std::string type(3000, 'x'), before = told.result;
+        framework.CreateElement(Text(type.c_str()));
+        const std::string line = told.result.substr(before.size());
+        told.result = before;
+        const std::string wanted = "FRAMEWORK::CreateElement: Could not instantiate: " + type + "\n";
+        told.Must(line.empty() || wanted.find(line.substr(0, line.size() - 1)) == 0, "another line");
+        told.Answer(line == wanted); // or its beginning
+        told.Must(!pipe.BuildPipeText("wrong", "element None"), "an element without a type");
         const Failure* const failure = LastFailure();
         const bool known = failure && failure->pchFile && failure->pchText;
         told.Must(known && *failure->pchText, "no reason");

@@ -255,7 +255,7 @@ inline const Scenario Scenarios[] = {
     {"Tables", 6, true, Writes::Nothing, Tables},
     {"Names", 303, true, Writes::Nothing, Names},
     {"Ends", 151, true, Writes::Nothing, Ends},
-    {"Hosts", 6, true, Writes::Nothing, Hosts},
+    {"Hosts", 7, true, Writes::Nothing, Hosts},
     {"Properties", 20, true, Writes::Nothing, Properties},
     {"Copies", 0, false, Writes::Nothing, Copies},
     {"Colours", 3, true, Writes::Nothing, Colours},

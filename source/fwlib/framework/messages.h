@@ -31,7 +31,9 @@ struct MessageLine {
     const char* pchName;
     const char* pchFile; // the pipe file that is being built; null outside of a build
     Byte4Type b4Line;    // the line in the file, counted from 1; 0 outside of a build
-    const char* pchText; // the complete line as it is printed without a handler, but without its newline
+    // The complete line as it is printed without a handler, but without its newline. If there is not enough memory, only the
+    // first 511 characters of the message that contains it.
+    const char* pchText;
 };
 
 // Called by the thread that reports, once for each line. The handler must not throw, and must not destroy the framework or
