@@ -126,6 +126,88 @@ void HoldAnElement() {
           "an element between pads");
 }
 
+struct QReading : DataObject<QReading> {
+    static constexpr const char* TypeName = "QReading";
+    static constexpr const char* Meaning = "a reading";
+};
+constexpr const char* QReading::TypeName;
+
+// Of the program: sends readings and the end of the stream, and asks for the end of the runs.
+struct EReadings : Element<EReadings> {
+    static constexpr const char* TypeName = "EReadings";
+    static constexpr const char* Meaning = "sends readings";
+    static void Declare(Declaration<EReadings>& cDeclare) {
+        cDeclare.SourcePadsFrom("Outputs", 1, "source pads");
+        cDeclare.Real("Celsius", &EReadings::m_dCelsius, 20, -50, 50, "degrees", "the value");
+        cDeclare.Choice("Mode", &EReadings::m_cMode, "warm", "cold|warm", "kind");
+    }
+    int Run() override {
+        QReading cReading;
+        SetValue(cReading, "Celsius", m_dCelsius);
+        SetValue(cReading, "Mode", m_cMode);
+        WarningMessage("%s\n", Wait(1) ? "waited" : "ended");
+        const int iSent = Push(&cReading) && SendEOF();
+        RequestEnd();
+        return iSent;
+    }
+    int RunsEnded() { return 1; }
+
+    double m_dCelsius = 0;
+    std::string m_cMode;
+};
+constexpr const char* EReadings::TypeName;
+
+struct EKeep : Element<EKeep> {
+    static constexpr const char* TypeName = "EKeep";
+    static constexpr const char* Meaning = "keeps what it receives";
+    static void Declare(Declaration<EKeep>& cDeclare) { cDeclare.SinkPads(1); }
+    int DataArrived(QObject* pObject, Byte2Type) override {
+        double dCelsius = 0;
+        Claim(pObject->GetEOF() || (GetValue(*pObject, "Celsius", dCelsius) && dCelsius == 21.5), "a value");
+        for (const Entry& cEntry : Entries(pObject->m_cProperties)) {
+            m_cKept += std::string(cEntry.pchKey) + "=" + cEntry.pchValue + " ";
+        }
+        return 1;
+    }
+
+    std::string m_cKept;
+};
+constexpr const char* EKeep::TypeName;
+
+void Hear(void* pText, const MessageLine& cLine) {
+    if (cLine.b4Kind >= WarningMessageKind) {
+        *static_cast<std::string*>(pText) += cLine.pchText;
+    }
+}
+
+// A host with types of its own, which hears, and asks why something failed.
+void Host() {
+    std::string cHeard;
+    ElementFactory<EReadings, EKeep, QReading> cFactory;
+    FRAMEWORK cFramework;
+    EPipeline cPipeline;
+    cPipeline.m_pFramework = &cFramework;
+    Claim(GetVersion() == FWLIB_VERSION && cFramework.SetMessageHandler(Hear, &cHeard) &&
+              cFramework.AddFactory(&cFactory),
+          "a handler and a factory");
+    delete cFramework.CreateQObject(Text("QReading"));
+    Claim(cPipeline.BuildPipeText("text",
+                                  "element EReadings\nproperty Name from\nproperty Celsius 21.5\n"
+                                  "element EKeep\nproperty Name to\nconnect from 0 to 0\nsink from") &&
+              cPipeline.Initialize() && cPipeline.Run() && cFramework.EndRequested() && cPipeline.EndRuns(),
+          "a pipeline of types of the program");
+    Claim(static_cast<EKeep*>(cPipeline.m_ppElements[1])->m_cKept ==
+              "QObjectType=QReading Celsius=21.5 Mode=warm QObjectType=QObject ",
+          "what arrived");
+    Claim(cHeard == "WARNING: EReadings - from: waited", "a warning");
+    Claim(!cPipeline.BuildPipeText("text", "\nsink") && LastFailure()->b4Line == 2 &&
+              LastFailure()->pchFile == std::string("text"),
+          "a failure");
+    const PluginDescription* const pDescription = DescribeTypes<EReadings, EKeep, QReading>();
+    Claim(FindElementDescription(pDescription, "EReadings")->b4Originates && pDescription->ppObjects[0],
+          "a description");
+}
+
 } // namespace
 
 int main() {
@@ -133,6 +215,7 @@ int main() {
     Claim(cFramework.AddPlugin(Text("libfwlib.so")) == 1, "the library is found");
     SendBlock();
     EndTheRuns();
+    Host();
     HoldAnElement();
     for (int iStrict = 0; iStrict < 2; ++iStrict) {
         Record(iStrict);
