@@ -9,6 +9,7 @@
 #include "feedback.h"
 #include "heldoutput.h"
 #include "interrupt.h"
+#include "loadererror.h"
 #include "origin.h"
 #include "output.h"
 #include "recorders.h"
@@ -165,6 +166,9 @@ int RunAll(const Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin,
 int Steps(Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin, EndRequests& cRequests) {
     const int iBuilt = cOptions.bQuiet ? BuildQuietly(cOptions, cPipeline) : Build(cOptions, cPipeline);
     int iStatus = Judge(iBuilt, OutputArrived(), "building " + cOptions.cFile);
+    if (!iBuilt && !Interrupt()) {
+        ExplainFailedPlugin();
+    }
     if (iStatus == ExitDone && !PrepareRecorders(cOptions.cRecorders, cPipeline)) {
         iStatus = ExitFailed;
     }

@@ -13,7 +13,7 @@ class FWPLUGIN;
 namespace FwPipe {
 
 // Initializes the plugin for the framework, whose messages are printed. Returns false after the library's report and
-// a line that completes it: the symbol that is missing as C++ names it, and who needs it, or where files were looked for.
+// a line that completes it (loadererror.h).
 bool Load(VESK::FWPLUGIN& cPlugin, const std::string& cName, VESK::FRAMEWORK& cFramework);
 
 } // namespace FwPipe
