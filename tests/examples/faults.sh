@@ -106,5 +106,8 @@ EOT
     # A loop of connections.
     chain loop EBase none
     printf '%s\n' 'element EBase' 'property Name back' 'connect third 0 back 0' 'connect back 0 second 0' >>loop.pipe
-    struck 11 $'*\nfwpipe: element "@(second|third|back)" (EBase): Segmentation fault (the stack is full)' loop
+    # With a sanitizer, a class may leave no frame; then registers decide, which at the beginning of a function do not.
+    word='element "@(second|third|back)" (EBase)'
+    ! grep -q __asan_init "$fwpipe" || word="@($word|unknown element)"
+    struck 11 $'*\nfwpipe: '"$word: Segmentation fault (the stack is full)" loop
 }

@@ -31,6 +31,9 @@ using AddCommand = void (*)(CLI::App& cApp, Action& cChosen);
 CLI::App& AddFileCommand(CLI::App& cApp, const char* pchName, const char* pchAbout, const char* pchExamples,
                          std::string& cFile, const char* pchFile);
 
+// Adds --config, which requires a regular file that can be read.
+void AddConfigOption(CLI::App& cCommand, const char* pchAbout, std::string& cConfig);
+
 void AddRun(CLI::App& cApp, Action& cChosen);
 void AddCheck(CLI::App& cApp, Action& cChosen);
 void AddRecover(CLI::App& cApp, Action& cChosen);

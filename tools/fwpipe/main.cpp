@@ -7,8 +7,10 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <new>
 #include <string>
+#include <unistd.h>
 
 namespace {
 
@@ -25,6 +27,18 @@ int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
     FwPipe::Complain(cComplaint);
     std::fprintf(stderr, "Try \"fwpipe %s--help\".\n", cCommand.c_str());
     return FwPipe::ExitUsage;
+}
+
+// The library ignores a configuration file that it cannot read, but a user who passes one expects that it is read. Each
+// element opens the file again, so a pipe would be empty for the second one.
+std::string Unreadable(const std::string& cPath) {
+    std::error_code cError;
+    if (access(cPath.c_str(), R_OK) != 0) {
+        return "cannot read " + cPath;
+    }
+    return std::filesystem::is_regular_file(cPath, cError)
+               ? ""
+               : "cannot read " + cPath + " again for each element: it is no regular file";
 }
 
 // A line of a stream, for example, may be longer than the memory. Exceptions of elements arrive here too.
@@ -49,11 +63,17 @@ CLI::App& FwPipe::AddFileCommand(CLI::App& cApp, const char* pchName, const char
     return *pCommand;
 }
 
+void FwPipe::AddConfigOption(CLI::App& cCommand, const char* pchAbout, std::string& cConfig) {
+    cCommand.add_option("--config", cConfig, pchAbout)
+        ->type_name("FILE")
+        ->check(CLI::Validator(Unreadable, ""));
+}
+
 int main(int iArguments, char** ppchArguments) {
     FwPipe::PrepareStreams();
-    CLI::App cApp(
-        "fwpipe runs pipe files, shows and repairs recordings, describes types, and begins plugins.",
-        "fwpipe");
+    CLI::App cApp("fwpipe runs and checks pipe files, shows and repairs recordings, describes types, and "
+                  "begins plugins.",
+                  "fwpipe");
     cApp.set_version_flag("--version", "fwpipe " FWPIPE_VERSION);
     cApp.require_subcommand(1);
     cApp.footer("\"fwpipe COMMAND --help\" shows the options of a command, with examples.");

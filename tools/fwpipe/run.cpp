@@ -21,10 +21,8 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 #include <string>
-#include <unistd.h>
 
 namespace FwPipe {
 
@@ -214,18 +212,6 @@ int Run(Options& cOptions) {
     return iStatus;
 }
 
-// The library ignores a configuration file that it cannot read, but a user who passes one expects that it is read. Each
-// element opens the file again, so a pipe would be empty for the second one.
-std::string Unreadable(const std::string& cPath) {
-    std::error_code cError;
-    if (access(cPath.c_str(), R_OK) != 0) {
-        return "cannot read " + cPath;
-    }
-    return std::filesystem::is_regular_file(cPath, cError)
-               ? ""
-               : "cannot read " + cPath + " again for each element: it is no regular file";
-}
-
 void AddSafeguards(CLI::App& cRun, Options& cOptions) {
     cRun.add_flag("--keep", cOptions.cRecorders.bKeep,
                   "Do not replace recordings: set Existing to \"refuse\" on recorders without this property");
@@ -244,10 +230,9 @@ void AddRun(CLI::App& cApp, Action& cChosen) {
     CLI::App& cRun =
         AddFileCommand(cApp, "run", "Build a pipeline from a pipe file, initialize it and run it", Examples,
                        pOptions->cFile, "The pipe file");
-    cRun.add_option("--config", pOptions->cConfig,
-                    "Read each element's properties from the section of FILE that has the name of its type")
-        ->type_name("FILE")
-        ->check(CLI::Validator(Unreadable, ""));
+    AddConfigOption(cRun,
+                    "Read each element's properties from the section of FILE that has the name of its type",
+                    pOptions->cConfig);
     CLI::Option* const pDrain = cRun.add_flag("--drain", pOptions->bDrain, "Run until a run returns 0");
     CLI::Option* const pRepeat =
         cRun.add_option("--repeat", pOptions->ullRepeat, "Run N times, or until a run returns 0")

@@ -101,8 +101,7 @@ void AddCheck(CLI::App& cApp, Action& cChosen) {
                      "The files are nested in others: no plugin and no sink line is needed");
     pCheck->add_flag("--werror", pOptions->bStrict, "Exit status 1 for warnings too");
     pCheck->add_flag("--json", pOptions->bJson, "Print an array of JSON objects");
-    pCheck->add_option("--config", pOptions->cConfig, "As built with this configuration file")
-        ->type_name("FILE");
+    AddConfigOption(*pCheck, "As built with this configuration file", pOptions->cConfig);
     pCheck
         ->add_option("--plugin", pOptions->cPlugins,
                      "As with a line \"plugin FILE\" in front; may be repeated")

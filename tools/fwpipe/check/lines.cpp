@@ -112,12 +112,16 @@ void Reader::Set(const Token& cKey, const Token& cValue) {
     SetProperty(*m_pCurrent, cKey, cValue, m_cDiagnoses);
 }
 
+void Reader::TellOrphan(const Spot& cSpot, const char* pchIgnored, const char* pchSet) {
+    m_cDiagnoses.Warning(cSpot, "orphan-property",
+                         m_pCurrent ? std::string("no element above in this file: ") + pchSet +
+                                          " on an element of another file"
+                                    : std::string("no element above: ") + pchIgnored);
+}
+
 void Reader::PropertyLine(const Tokens& cTokens) {
     if (m_iCurrent < 0 && !cTokens[1].cText.empty()) {
-        m_cDiagnoses.Warning(
-            cTokens[1].cSpot, "orphan-property",
-            m_pCurrent ? "no element above in this file: the property is set on an element of another file"
-                       : "no element above: the property is ignored");
+        TellOrphan(cTokens[1].cSpot, "the property is ignored", "the property is set");
     }
     if (!cTokens[1].cText.empty() && !cTokens[2].cText.empty()) {
         Set(cTokens[1], cTokens[2]);
@@ -174,9 +178,7 @@ void Reader::ConnectLine(const Tokens& cTokens) {
 
 void Reader::ConfigLine(const Tokens& cTokens) {
     if (m_iCurrent < 0 && !cTokens[1].cText.empty()) {
-        m_cDiagnoses.Warning(
-            cTokens[1].cSpot, "orphan-property",
-            "no element above in this file: config reads into the element that was created last");
+        TellOrphan(cTokens[1].cSpot, "the section is ignored", "its entries are set");
     }
     if (cTokens[1].cText.empty() || cTokens[2].cText.empty()) {
         return;

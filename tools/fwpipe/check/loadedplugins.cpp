@@ -15,23 +15,26 @@ public:
 
     Plugin Find(const std::string& cPath) override {
         Plugin cFound = PluginFiles().Find(cPath);
-        if (cFound.pchId || cFound.bLibrary) {
+        if (cFound.bLibrary) {
+            return cFound;
+        }
+        if (cFound.pchId) {
+            m_bMissing = true;
             return cFound;
         }
         m_cHeard.clear();
         std::unique_ptr<VESK::PLUGIN> pPlugin(m_cFramework.LoadPlugin(VESK::Text(cPath.c_str())));
         if (!pPlugin) {
+            m_bMissing = true;
             return {"unreadable", cPath + ": " + m_cHeard, false, nullptr};
         }
         cFound.pDescription = static_cast<VESK::FWPLUGIN*>(pPlugin.get())->GetDescription();
-        if (!cFound.pDescription) {
-            m_cFactories.push_back(pPlugin->GetFactory());
-        }
+        m_cFactories.push_back(pPlugin->GetFactory()); // it may have types that it does not describe
         m_cLoaded.push_back(std::move(pPlugin));
         return cFound;
     }
 
-    bool Creates(const std::string& cType) override { return Create(cType) != nullptr; }
+    bool Creates(const std::string& cType) override { return m_bMissing || Create(cType); }
 
     void Learn(Pipeline& cPipeline, Diagnoses& cDiagnoses) override {
         for (const auto& pElement : cPipeline.cElements) {
@@ -83,7 +86,8 @@ private:
     VESK::FRAMEWORK m_cFramework;
     std::string m_cHeard; // the first error line
     std::vector<std::unique_ptr<VESK::PLUGIN>> m_cLoaded;
-    std::vector<VESK::Factory*> m_cFactories; // of plugins without a description
+    std::vector<VESK::Factory*> m_cFactories;
+    bool m_bMissing = false; // a plugin could not be loaded; any type may be its own
 };
 
 } // namespace

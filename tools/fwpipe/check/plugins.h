@@ -25,7 +25,7 @@ public:
     virtual ~Plugins() = default;
     virtual Plugin Find(const std::string& cPath) = 0;
 
-    // Whether a plugin without a description creates elements of the type; true when that is not known.
+    // Whether a plugin creates elements of the type, which none describes; true when that is not known.
     virtual bool Creates(const std::string&) { return true; }
 
     // Completes elements of types without a description, as far as that is possible.

@@ -58,6 +58,7 @@ std::unique_ptr<Pipeline> Reader::ReadText(const std::string& cPath, const std::
         return nullptr;
     }
     pPipeline->cLast = cText.cLast;
+    pPipeline->bSinkLine = pPipeline->bSourceLine = !cText.bRead; // it may have them
     Pipeline* const pOuter = std::exchange(m_pPipeline, pPipeline.get());
     const int iOuter = std::exchange(m_iCurrent, -1);
     m_cOpen.push_back(Resolved(cPath));

@@ -52,6 +52,7 @@ private:
     Element& AddElement(const Tokens& cTokens);
     void LoadPlugin(const Token& cPath);
     void Set(const Token& cKey, const Token& cValue);
+    void TellOrphan(const Spot& cSpot, const char* pchIgnored, const char* pchSet);
     void CheckTypeSection(const Element& cElement);
     void ReadEnd(const Token& cElement, const Token& cNumber, Pad& cPad);
 

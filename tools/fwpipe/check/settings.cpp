@@ -38,11 +38,6 @@ int PadsOf(const Element& cElement, const std::string& cText) {
     return cElement.cType.cText == VESK::Type::ETee ? iNumber : iNumber & (MostReadPads - 1);
 }
 
-bool IsChoice(const std::string& cValue, const char* pchChoices) {
-    const std::string cAll = '|' + std::string(pchChoices) + '|';
-    return cValue.find('|') == std::string::npos && cAll.find('|' + cValue + '|') != std::string::npos;
-}
-
 bool IsWithin(const std::string& cValue, const PropertyDescription& cProperty) {
     const long double Value = std::strtold(cValue.c_str(), nullptr);
     return (!cProperty.pchLeast || Value >= std::strtold(cProperty.pchLeast, nullptr)) &&
@@ -75,22 +70,26 @@ public:
 
     void Check() {
         if (m_cProperty.b4Kind == VESK::ChoiceProperty) {
-            if (!IsChoice(m_cValue.cText, m_cProperty.pchChoices)) {
-                std::string cChoices = m_cProperty.pchChoices;
-                for (std::size_t u; (u = cChoices.find('|')) != std::string::npos;) {
-                    cChoices.replace(u, 1, ", ");
-                }
-                Tell(true, "out-of-range", "not one of " + cChoices);
-            }
+            CheckChoice();
         } else if (m_cProperty.b4Kind == VESK::FileToWriteProperty) {
             CheckFolder();
-        } else if (m_cProperty.b4Kind != VESK::TextProperty &&
-                   m_cProperty.b4Kind != VESK::FileToReadProperty) {
+        } else if (IsNumeric(m_cProperty.b4Kind) || m_cProperty.b4Kind == VESK::FlagProperty) {
             CheckNumber();
         }
     }
 
 private:
+    void CheckChoice() {
+        std::string cAll;
+        for (const std::string& cChoice : ChoicesOf(m_cProperty)) {
+            if (cChoice == m_cValue.cText) {
+                return;
+            }
+            cAll += (cAll.empty() ? "" : ", ") + cChoice;
+        }
+        Tell(true, "out-of-range", "not one of " + cAll);
+    }
+
     void CheckNumber() {
         const bool bFlag = m_cProperty.b4Kind == VESK::FlagProperty;
         const bool bForm =

@@ -92,7 +92,7 @@ private:
             const std::string cNames = Producers();
             m_cDiagnoses.Error(m_cPipeline.cLast, "no-sink",
                                "no sink line names the element that runs" +
-                                   (cNames.empty() ? "" : ": " + cNames));
+                                   (cNames.empty() ? "" : "; these could: " + cNames));
         } else if (m_iSink >= 0 && At(m_iSink).pNested && !At(m_iSink).pNested->bSinkLine) {
             m_cDiagnoses.Error(At(m_iSink).pNested->cLast, "no-sink",
                                "no sink line names the element that runs, and " + *m_cPipeline.pFile +

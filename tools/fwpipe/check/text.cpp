@@ -84,6 +84,7 @@ bool ReadPipeText(const std::string& cPath, const std::string* pFile, Diagnoses&
     while (cReader.Next(cLine)) {
         Tokens cTokens = TokensOf(cLine, pFile);
         if (std::exchange(bFirst, false) && !CheckMark(cLine.achText, cTokens, cText.cLast, cDiagnoses)) {
+            cText.bRead = false;
             return true;
         }
         cText.cLast.uLine = cLine.b4Line;

@@ -31,9 +31,8 @@ const VESK::ElementDescription& PipelineType() {
 void KnownTypes::Add(const VESK::PluginDescription* pPlugin, bool bLibrary) {
     if (bLibrary || pPlugin) {
         m_cPlugins.push_back(bLibrary ? GetPluginDescription() : pPlugin);
-    } else {
-        m_bAny = true;
     }
+    m_bAny = m_bAny || !bLibrary; // a plugin may have types that it does not describe
 }
 
 bool KnownTypes::MayServe(const std::string& cType) const {
