@@ -73,6 +73,11 @@ new)
     [[ $(grep -c '^ESink::DataArrived: QObject$' output) == 10 ]] || { cat output && exit 1; }
     "$stage/bin/fwpipe" inspect build/librate.so ERate | sed '1,/^example$/d; s/^  //' >example.pipe
     [[ $("$stage/bin/fwpipe" run example.pipe | grep -c QObject) == 500 ]]
+    cp -a "$stage/." copy # the plugin is found in it by its name
+    cmake --install build --prefix copy
+    sed 's|build/librate|librate|' rate.pipe >installed.pipe
+    copy/bin/fwpipe run installed.pipe >installed
+    cmp <(grep ESink::D installed) <(grep ESink::D output)
     sed -i 's/++m_uDropped < m_uEvery/++m_uDropped <= m_uEvery/' rate.cpp # the unit test finds a fault
     cmake --workflow --preset build
     if ctest --preset build; then exit 1; fi
