@@ -84,15 +84,15 @@ example
     check 1 '' "FWPLUGIN: dlopen() Error: *fwpipe: $wanting needs Absent::Give(int), which neither *" inspect "$wanting"
     check 1 '' "FWPLUGIN: dlsym() Error: *fwpipe: ${described/described/noentry} is not a plugin: *" inspect "${described/described/noentry}"
     pipe wants "plugin $wanting"
-    check 1 '*' "FWPLUGIN: *fwpipe: building wants.pipe failed"$'\n'"fwpipe: $wanting needs Absent::Give(int), which neither *" run wants.pipe
+    check 1 '*' "FWPLUGIN: *fwpipe: $wanting needs Absent::Give(int), which neither *"$'\nfwpipe: wants.pipe:2: building failed: *undefined symbol*' run wants.pipe
     pipe nests 'pipe inner.pipe'
     echo 'plugin none.so' >inner.pipe
-    check 1 '' $'*\nfwpipe: building nests.pipe failed\nfwpipe: none.so was looked for in *' run --quiet nests.pipe
+    check 1 '' $'*\nfwpipe: none.so was looked for in *\nfwpipe: inner.pipe:1: building failed: the loader finds no none.so' run --quiet nests.pipe
     pipe untyped 'element none.so' 'plugin none.so'
-    check 1 '*' $'*\nfwpipe: building untyped.pipe failed' run untyped.pipe
+    check 1 '*' $'*\nfwpipe: untyped.pipe:2: building failed: no plugin has a type none.so' run untyped.pipe
     mkfifo piped
     cat inner.pipe >piped &
-    check 1 '*' $'*\nfwpipe: building piped failed' run piped # which is not read again
+    check 1 '*' $'*\nfwpipe: piped:1: building failed: FWPLUGIN: *none.so: *' run piped # which is not read again
     check 2 '' '*' inspect a b c
     [[ ! -e /dev/full ]] || { "$fwpipe" inspect >/dev/full 2>err && fail 'inspect on a full disk'; }
 }

@@ -81,7 +81,7 @@ EOT
     chain ready EEvery second Fault=odd In=Initialize
     check 1 '' 'fwpipe: element "second" (EEvery): an exception of type *Odd' run --quiet ready.pipe
     chain zero EEvery third Fault=zero
-    check 1 '' $'fwpipe: element "third" (EEvery): Initialize returned 0\nfwpipe: initializing zero.pipe failed' \
+    check 1 '' $'fwpipe: element "third" (EEvery): Initialize returned 0\nfwpipe: zero.pipe:12: initializing failed: EEvery - third: *' \
         run --quiet zero.pipe
     chain open EEvery second Error=half
     check 1 '' $'ERROR: EEvery - second: half\nfwpipe: open.pipe ran, but errors were reported' run --quiet open.pipe

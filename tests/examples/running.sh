@@ -29,7 +29,7 @@ steps() {
     check 0 "Processing pipe file: good.pipe*Connecting counter(0) -> printer(0)*$object" '' run good.pipe
     count 1000 "$object"
     check 1 '*Unable to open pipefile missing.pipe' 'fwpipe: building missing.pipe failed' run missing.pipe
-    check 1 '*' $'EPipeline::Initialize(): No sink or source pad\nfwpipe: initializing nopad.pipe failed' \
+    check 1 '*' $'EPipeline::Initialize(): No sink or source pad\nfwpipe: nopad.pipe:7: initializing failed: "counter" has no source pad 1: only 0' \
         run nopad.pipe
     pipe nosink
     check 1 '*' $'EPipeline::Run(): Error: No sink element.\nfwpipe: run 1 of nosink.pipe failed' \
@@ -52,9 +52,9 @@ quiet() {
     local number
     check 0 "$object*" '' run --quiet good.pipe
     [[ $(wc -l <out) == 1000 ]] || fail "more than the objects: $(grep -vxF "$object" out)"
-    check 1 '' $'Processing pipe file: noline.pipe\n*\nUnknown token conect\nfwpipe: building noline.pipe failed' \
+    check 1 '' $'Processing pipe file: noline.pipe\n*\nUnknown token conect\nfwpipe: noline.pipe:5: building failed: unknown keyword "conect"' \
         run --quiet noline.pipe
-    check 1 '' $'*No sink or source pad\nfwpipe: initializing nopad.pipe failed' run --quiet nopad.pipe
+    check 1 '' $'*No sink or source pad\nfwpipe: nopad.pipe:7: initializing failed: "counter" has *' run --quiet nopad.pipe
     # It leaves no file open, which an element could take for its own.
     for number in 3 4 5; do
         pipe leak 'element EDeserialize' "property Filename /proc/self/fd/$number"

@@ -11,6 +11,7 @@ namespace FwPipe {
 namespace {
 
 Label cActive = {};
+Label cFailed = {};
 int iNamed = 0; // number of elements reported because their Initialize returned 0
 
 class StandIn : public VESK::EObject {
@@ -61,6 +62,9 @@ public:
             ++iNamed;
         }
         cActive = {};
+        if (!iResult && cFailed.achText[0] == '\0') { // not the pipelines around it
+            cFailed = cLabel;
+        }
         if (iResult) {
             ++m_iPlace;
             TakePlace();
@@ -99,6 +103,10 @@ public:
 
 const Label& ActiveElement() {
     return cActive;
+}
+
+const Label& FailedElement() {
+    return cFailed;
 }
 
 int InitializeNoting(VESK::EPipeline& cPipeline) {

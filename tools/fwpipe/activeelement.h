@@ -13,6 +13,9 @@ namespace FwPipe {
 // The element whose Initialize or destructor is running; an empty text for none.
 const Label& ActiveElement();
 
+// The first element whose Initialize returned 0; an empty text for none.
+const Label& FailedElement();
+
 // Initializes the pipeline and returns the result. Reports an element that returned 0 without an error message.
 int InitializeNoting(VESK::EPipeline& cPipeline);
 

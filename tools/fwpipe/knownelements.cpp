@@ -44,9 +44,14 @@ Label LabelOf(VESK::EObject& cElement) {
         cProperties.GetProperty(VESK::Key::Name, achName, sizeof achName, nullptr, VESK::Section::Standard);
     cProperties.GetProperty(VESK::Key::EObjectType, achType, sizeof achType, VESK::Text("[No Element Type]"),
                             VESK::Section::Standard);
+    return LabelOf(bNamed ? achName : nullptr, achType);
+}
+
+Label LabelOf(const char* pchName, const char* pchType) {
     Label cLabel;
     std::snprintf(cLabel.achText, sizeof cLabel.achText,
-                  bNamed ? "element \"%s\" (%s)" : "element without a name%s (%s)", achName, achType);
+                  pchName ? "element \"%s\" (%s)" : "element without a name%s (%s)", pchName ? pchName : "",
+                  pchType);
     return cLabel;
 }
 

@@ -20,6 +20,7 @@ struct Label {
     char achText[96]; // element "NAME" (TYPE)
 };
 Label LabelOf(VESK::EObject& cElement);
+Label LabelOf(const char* pchName, const char* pchType); // a null name: without one
 
 // Whether the element is a pipeline of the library's class. Compares tables of virtual operations, as elements may have
 // been compiled without type information.

@@ -12,6 +12,7 @@
 #include "loadererror.h"
 #include "origin.h"
 #include "output.h"
+#include "reason.h"
 #include "recorders.h"
 #include "replay.h"
 
@@ -92,13 +93,6 @@ void TellFailure(const std::string& cWhat) {
     std::fprintf(stderr, "fwpipe: %s failed\n", cWhat.c_str());
 }
 
-int Judge(int iResult, bool bArrived, const std::string& cWhat) {
-    if (!iResult && !Interrupt()) {
-        TellFailure(cWhat);
-    }
-    return StatusOf(iResult, bArrived);
-}
-
 struct Outcome {
     unsigned long long ullRuns = 0; // that returned 1
     bool bFailed = false;           // the last run returned 0, not because the data had ended
@@ -163,9 +157,10 @@ int RunAll(const Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin,
 
 int Steps(Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin, EndRequests& cRequests) {
     const int iBuilt = cOptions.bQuiet ? BuildQuietly(cOptions, cPipeline) : Build(cOptions, cPipeline);
-    int iStatus = Judge(iBuilt, OutputArrived(), "building " + cOptions.cFile);
+    int iStatus = StatusOf(iBuilt, OutputArrived());
     if (!iBuilt && !Interrupt()) {
         ExplainFailedPlugin();
+        TellFailedBuild(cOptions.cFile, cOptions.cConfig);
     }
     if (iStatus == ExitDone && !PrepareRecorders(cOptions.cRecorders, cPipeline)) {
         iStatus = ExitFailed;
@@ -174,7 +169,10 @@ int Steps(Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin, EndReq
         return iStatus;
     }
     const int iInitialized = InitializeNoting(cPipeline);
-    iStatus = Judge(iInitialized, OutputArrived(), "initializing " + cOptions.cFile);
+    iStatus = StatusOf(iInitialized, OutputArrived());
+    if (!iInitialized && !Interrupt()) {
+        TellFailedInitialization(cOptions.cFile, cOptions.cConfig);
+    }
     if (iStatus == ExitDone) {
         WarnOfFeedback(cPipeline);
         WatchElements(cPipeline);

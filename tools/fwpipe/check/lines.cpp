@@ -146,8 +146,7 @@ void Reader::ReadEnd(const Token& cElement, const Token& cNumber, Pad& cPad) {
     }
     cPad.iElement = m_pPipeline->Find(cElement.cText);
     if (cPad.iElement < 0) {
-        m_cDiagnoses.Error(cElement.cSpot, "unknown-element",
-                           "no element above is named \"" + cElement.cText + '"',
+        m_cDiagnoses.Error(cElement.cSpot, "unknown-element", "no element is named \"" + cElement.cText + '"',
                            Nearest(cElement.cText, m_pPipeline->Names()));
     }
     if (cNumber.cText.empty()) {
@@ -180,7 +179,7 @@ void Reader::ConfigLine(const Tokens& cTokens) {
     if (m_iCurrent < 0 && !cTokens[1].cText.empty()) {
         TellOrphan(cTokens[1].cSpot, "the section is ignored", "its entries are set");
     }
-    if (cTokens[1].cText.empty() || cTokens[2].cText.empty()) {
+    if (!m_pCurrent || cTokens[1].cText.empty() || cTokens[2].cText.empty()) { // the file is not opened
         return;
     }
     std::vector<ConfigSection> cSections;

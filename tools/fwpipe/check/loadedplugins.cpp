@@ -11,7 +11,9 @@ namespace {
 
 class LoadedPlugins : public Plugins {
 public:
-    LoadedPlugins() { m_cFramework.SetMessageHandler(Hear, &m_cHeard); }
+    explicit LoadedPlugins(bool bCreate) : m_bCreate(bCreate) {
+        m_cFramework.SetMessageHandler(Hear, &m_cHeard);
+    }
 
     Plugin Find(const std::string& cPath) override {
         Plugin cFound = PluginFiles().Find(cPath);
@@ -34,13 +36,13 @@ public:
         return cFound;
     }
 
-    bool Creates(const std::string& cType) override { return m_bMissing || Create(cType); }
+    bool Creates(const std::string& cType) override { return !m_bCreate || m_bMissing || Create(cType); }
 
     void Learn(Pipeline& cPipeline, Diagnoses& cDiagnoses) override {
         for (const auto& pElement : cPipeline.cElements) {
             if (pElement->pNested) {
                 Learn(*pElement->pNested, cDiagnoses);
-            } else if (!pElement->pDescription) {
+            } else if (m_bCreate && !pElement->pDescription) {
                 Initialize(*pElement, cDiagnoses);
             }
         }
@@ -83,6 +85,7 @@ private:
         cElement.iSourcePads = pElement->GetSourcePadCount();
     }
 
+    const bool m_bCreate; // elements of types without a description
     VESK::FRAMEWORK m_cFramework;
     std::string m_cHeard; // the first error line
     std::vector<std::unique_ptr<VESK::PLUGIN>> m_cLoaded;
@@ -93,7 +96,11 @@ private:
 } // namespace
 
 std::unique_ptr<Plugins> LoadPlugins() {
-    return std::make_unique<LoadedPlugins>();
+    return std::make_unique<LoadedPlugins>(true);
+}
+
+std::unique_ptr<Plugins> LoadDescriptions() {
+    return std::make_unique<LoadedPlugins>(false);
 }
 
 } // namespace FwPipe

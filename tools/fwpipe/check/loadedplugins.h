@@ -12,6 +12,9 @@ namespace FwPipe {
 // Loads each plugin that is looked for. Elements of types without a description are created and initialized once.
 std::unique_ptr<Plugins> LoadPlugins();
 
+// The same, but creates no element.
+std::unique_ptr<Plugins> LoadDescriptions();
+
 } // namespace FwPipe
 
 #endif

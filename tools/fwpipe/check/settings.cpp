@@ -61,10 +61,10 @@ bool HasForm(const std::string& cValue, VESK::Byte4Type b4Kind) {
 
 class Judge {
 public:
-    Judge(Element& cElement, const PropertyDescription& cProperty, const Token& cValue, Diagnoses& cDiagnoses)
+    Judge(Element& cElement, const PropertyDescription& cProperty, Token cValue, Diagnoses& cDiagnoses)
         : m_cElement(cElement),
           m_cProperty(cProperty),
-          m_cValue(cValue),
+          m_cValue(std::move(cValue)),
           m_cDiagnoses(cDiagnoses),
           m_bLenient(cElement.bOfLibrary || IsCommon(cProperty)) {}
 
@@ -122,7 +122,7 @@ private:
 
     Element& m_cElement;
     const PropertyDescription& m_cProperty;
-    const Token& m_cValue;
+    const Token m_cValue;
     Diagnoses& m_cDiagnoses;
     const bool m_bLenient; // wrong texts are read as some number, instead of refused
 };
@@ -155,8 +155,7 @@ void SetProperty(Element& cElement, const Token& cKey, const Token& cValue, Diag
     if (!cElement.pDescription) {
         return;
     }
-    if (const PropertyDescription* const pProperty = FindProperty(*cElement.pDescription, cKey.cText)) {
-        Judge(cElement, *pProperty, cValue, cDiagnoses).Check();
+    if (FindProperty(*cElement.pDescription, cKey.cText)) {
         return;
     }
     std::vector<std::string> cKeys;
@@ -169,7 +168,15 @@ void SetProperty(Element& cElement, const Token& cKey, const Token& cValue, Diag
 }
 
 void Complete(Element& cElement, Diagnoses& cDiagnoses) {
-    if (!cElement.pDescription || cElement.bPipe) { // the pads of a nested pipeline are those of its elements
+    if (!cElement.pDescription) {
+        return;
+    }
+    for (const auto& [cKey, cSetting] : cElement.cProperties) { // the last values, which the element reads
+        if (const PropertyDescription* const pProperty = FindProperty(*cElement.pDescription, cKey)) {
+            Judge(cElement, *pProperty, {cSetting.cValue, cSetting.cValueSpot}, cDiagnoses).Check();
+        }
+    }
+    if (cElement.bPipe) { // the pads of a nested pipeline are those of its elements
         return;
     }
     cElement.iSinkPads = CountOf(cElement, cElement.pDescription->SinkPads);
