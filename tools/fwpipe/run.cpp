@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // fwpipe run: builds a pipeline from a pipe file, initializes it and runs it: once, several times or until a run
 // returns 0.
+#include "run.h"
+
 #include "activeelement.h"
 #include "checks.h"
 #include "command.h"
@@ -13,7 +15,7 @@
 #include "origin.h"
 #include "output.h"
 #include "reason.h"
-#include "recorders.h"
+#include "replaced.h"
 #include "replay.h"
 
 #include <fwlib/fwlib.h>
@@ -24,24 +26,13 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <unistd.h>
 
 namespace FwPipe {
 
 namespace {
 
-struct Options {
-    std::string cFile;
-    std::string cConfig; // empty for none
-    unsigned long long ullRepeat = 1;
-    bool bDrain = false;
-    bool bQuiet = false;
-    bool bLoop = false; // --repeat or --drain was given
-    bool bIgnoreRefused = false;
-    bool bReport = false;
-    RecorderOptions cRecorders;
-
-    Asked Runs() const { return bDrain ? Asked::All : bLoop ? Asked::Number : Asked::One; }
-};
+using BuildFunction = std::function<int(VESK::EPipeline&)>;
 
 const char* const Examples = R"(Examples:
   fwpipe run counter.pipe                    builds, initializes and runs the pipeline once
@@ -50,6 +41,7 @@ const char* const Examples = R"(Examples:
   fwpipe run --drain replay.pipe             runs until there is no more data
   fwpipe run --config lab.cfg counter.pipe   reads properties from the sections of lab.cfg
   fwpipe run --keep record.pipe              does not replace a recording
+  fwpipe run --set tap.Debug=1 counter.pipe  replaces a property of the element named tap
 
 Exit status:
   0         success; with --drain, also when a run returned 0 because there was no more data; also when an element
@@ -57,27 +49,21 @@ Exit status:
   1         building or initializing failed, a run returned 0, an element reported an error or could not end, objects
             were refused, a replay ended before the end of its data, a recorder would write a file that another element
             uses, or standard output could not be written
-  2         wrong usage
+  2         wrong usage, also an element that --set names and that does not exist
   129, 130, 143
             ended by SIGHUP, SIGINT or SIGTERM; with --repeat or --drain, the first signal ends fwpipe after the
             current run, a second one at once. Elements that ask for the end notice the first one, also in a single run
   128 + N   fwpipe received the fatal signal N while an element ran, for example 139 for SIGSEGV
 )";
 
-int Build(Options& cOptions, VESK::EPipeline& cPipeline) {
-    char* const pchFile = cOptions.cFile.data();
-    return cOptions.cConfig.empty() ? cPipeline.BuildPipe(pchFile)
-                                    : cPipeline.BuildPipe(pchFile, 1, cOptions.cConfig.data());
-}
-
 // Held lines contain some of the library's reasons for a failure.
-int BuildQuietly(Options& cOptions, VESK::EPipeline& cPipeline) {
+int BuildQuietly(const BuildFunction& Build, VESK::EPipeline& cPipeline) {
     HeldOutput cHeld;
     if (!cHeld.Holds()) {
         std::fprintf(stderr, "fwpipe: cannot hold back the progress lines: %s\n", std::strerror(errno));
         return 0;
     }
-    const int iBuilt = Build(cOptions, cPipeline);
+    const int iBuilt = Build(cPipeline);
     if (!iBuilt) {
         cHeld.ShowAll();
     }
@@ -100,8 +86,8 @@ struct Outcome {
 };
 
 // Runs as often as requested, until a run returns 0, output is lost, a signal arrives or an element requests the end.
-void Loop(const Options& cOptions, VESK::EPipeline& cPipeline, const Origin& cOrigin, EndRequests& cRequests,
-          Outcome& cOutcome) {
+void Loop(const RunOptions& cOptions, VESK::EPipeline& cPipeline, const Origin& cOrigin,
+          EndRequests& cRequests, Outcome& cOutcome) {
     ReplayProgress cProgress(cOptions.bDrain, cPipeline, cOrigin);
     while ((cOptions.bDrain || cOutcome.ullRuns < cOptions.ullRepeat) && !cRequests.Any()) {
         const int iResult = cPipeline.Run();
@@ -119,7 +105,7 @@ void Loop(const Options& cOptions, VESK::EPipeline& cPipeline, const Origin& cOr
 }
 
 // Tells the elements that there are no more runs. Returns false after a report.
-bool End(const Options& cOptions, VESK::EPipeline& cPipeline) {
+bool End(const RunOptions& cOptions, VESK::EPipeline& cPipeline) {
     int iEnded = 0;
     if (Guarded([&] { iEnded = cPipeline.EndRuns(); }) && !iEnded) {
         TellFailure("ending " + cOptions.cFile);
@@ -127,20 +113,24 @@ bool End(const Options& cOptions, VESK::EPipeline& cPipeline) {
     return OutputArrived() && iEnded;
 }
 
+Asked AskedRuns(const RunOptions& cOptions) {
+    return cOptions.bDrain ? Asked::All : cOptions.bLoop ? Asked::Number : Asked::One;
+}
+
 // Reports on runs that no element ended by an exception. With --drain, a refused object ends a replay too; the exit
 // status is then that for refused objects.
-int TellRuns(const Options& cOptions, const VESK::EPipeline& cPipeline, const Origin& cOrigin,
+int TellRuns(const RunOptions& cOptions, const VESK::EPipeline& cPipeline, const Origin& cOrigin,
              const Outcome& cRuns, bool bRequested) {
     if (cRuns.bFailed) {
         TellFailure("run " + std::to_string(cRuns.ullRuns + 1) + " of " + cOptions.cFile);
     }
     const bool bIgnored = cOptions.bIgnoreRefused && cOrigin.Counted().ullRefused > 0;
     const bool bLost = cRuns.iStatus == ExitDone && !bRequested &&
-                       TellRest(cOptions.Runs(), cPipeline, cOrigin) && !bIgnored;
+                       TellRest(AskedRuns(cOptions), cPipeline, cOrigin) && !bIgnored;
     return bLost ? ExitFailed : cRuns.iStatus;
 }
 
-int RunAll(const Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin, EndRequests& cRequests) {
+int RunAll(const RunOptions& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin, EndRequests& cRequests) {
     const OriginWatch cWatch(cOrigin, cPipeline);
     const Report cReport(cOptions.bReport);
     Outcome cRuns;
@@ -155,12 +145,16 @@ int RunAll(const Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin,
     return Interrupt() ? ExitSignal + Interrupt() : bEnded ? iStatus : ExitFailed;
 }
 
-int Steps(Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin, EndRequests& cRequests) {
-    const int iBuilt = cOptions.bQuiet ? BuildQuietly(cOptions, cPipeline) : Build(cOptions, cPipeline);
+int Steps(RunOptions& cOptions, const BuildFunction& Build, VESK::EPipeline& cPipeline, Origin& cOrigin,
+          EndRequests& cRequests) {
+    const int iBuilt = cOptions.bQuiet ? BuildQuietly(Build, cPipeline) : Build(cPipeline);
     int iStatus = StatusOf(iBuilt, OutputArrived());
     if (!iBuilt && !Interrupt()) {
         ExplainFailedPlugin();
         TellFailedBuild(cOptions.cFile, cOptions.cConfig);
+    }
+    if (iStatus == ExitDone && !ReplaceProperties(cOptions.cSettings, cPipeline)) {
+        iStatus = ExitUsage;
     }
     if (iStatus == ExitDone && !PrepareRecorders(cOptions.cRecorders, cPipeline)) {
         iStatus = ExitFailed;
@@ -184,7 +178,59 @@ int Steps(Options& cOptions, VESK::EPipeline& cPipeline, Origin& cOrigin, EndReq
     return iStatus;
 }
 
-int Run(Options& cOptions) {
+void AddSafeguards(CLI::App& cRun, RunOptions& cOptions) {
+    cRun.add_flag("--keep", cOptions.cRecorders.bKeep,
+                  "Do not replace recordings: set Existing to \"refuse\" on recorders without this property");
+    cRun.add_flag("--shared-files", cOptions.cRecorders.bShared,
+                  "Let recorders write files that other elements of the pipeline use");
+    cRun.add_flag("--ignore-refused", cOptions.bIgnoreRefused,
+                  "Refused objects do not change the exit status");
+    cRun.add_flag("--report", cOptions.bReport,
+                  "Print runs, objects and time on standard error at the end (default on a terminal)");
+}
+
+// Before the other options, as their files are seen from that folder.
+void AddFolder(CLI::App& cCommand) {
+    cCommand
+        .add_option(
+            "-C",
+            [](const CLI::results_t& cFolders) {
+                if (chdir(cFolders.front().c_str()) != 0) {
+                    throw CLI::ValidationError("-C", "cannot change to " + cFolders.front() + ": " +
+                                                         std::strerror(errno));
+                }
+                return true;
+            },
+            "Run as from that folder")
+        ->type_name("DIR");
+}
+
+} // namespace
+
+void AddRunOptions(CLI::App& cCommand, RunOptions& cOptions) {
+    AddFolder(cCommand);
+    AddConfigOption(cCommand,
+                    "Read each element's properties from the section of FILE that has the name of its type",
+                    cOptions.cConfig);
+    cCommand
+        .add_option("--set", cOptions.cSettings,
+                    "Replace a property after building; OUTER/INNER.KEY in nested pipelines; may be repeated")
+        ->type_name("NAME.KEY=VALUE")
+        ->allow_extra_args(false);
+    CLI::Option* const pDrain = cCommand.add_flag("--drain", cOptions.bDrain, "Run until a run returns 0");
+    CLI::Option* const pRepeat =
+        cCommand.add_option("--repeat", cOptions.ullRepeat, "Run N times, or until a run returns 0")
+            ->type_name("N")
+            ->check(CLI::Validator(NotACount, ""))
+            ->excludes(pDrain);
+    cCommand.add_flag("--quiet", cOptions.bQuiet,
+                      "Do not print progress lines; a build that fails prints them on standard error");
+    AddSafeguards(cCommand, cOptions);
+    cCommand.parse_complete_callback(
+        [&cOptions, pDrain, pRepeat] { cOptions.bLoop = pDrain->count() > 0 || pRepeat->count() > 0; });
+}
+
+int RunPipeline(RunOptions& cOptions, const BuildFunction& Build) {
     if (cOptions.bLoop) {
         CatchInterrupts();
     }
@@ -197,7 +243,7 @@ int Run(Options& cOptions) {
     {
         VESK::EPipeline cPipeline; // destroyed before the framework, which unloads the code of its elements
         cPipeline.m_pFramework = &cFramework;
-        Guarded([&] { iStatus = Steps(cOptions, cPipeline, cOrigin, cRequests); });
+        Guarded([&] { iStatus = Steps(cOptions, Build, cPipeline, cOrigin, cRequests); });
         NoteDestruction(cPipeline);
     }
     if (iStatus == ExitDone && cFramework.m_bError) {
@@ -210,39 +256,20 @@ int Run(Options& cOptions) {
     return iStatus;
 }
 
-void AddSafeguards(CLI::App& cRun, Options& cOptions) {
-    cRun.add_flag("--keep", cOptions.cRecorders.bKeep,
-                  "Do not replace recordings: set Existing to \"refuse\" on recorders without this property");
-    cRun.add_flag("--shared-files", cOptions.cRecorders.bShared,
-                  "Let recorders write files that other elements of the pipeline use");
-    cRun.add_flag("--ignore-refused", cOptions.bIgnoreRefused,
-                  "Refused objects do not change the exit status");
-    cRun.add_flag("--report", cOptions.bReport,
-                  "Print runs, objects and time on standard error at the end (default on a terminal)");
-}
-
-} // namespace
-
 void AddRun(CLI::App& cApp, Action& cChosen) {
-    const auto pOptions = std::make_shared<Options>();
+    const auto pOptions = std::make_shared<RunOptions>();
     CLI::App& cRun =
         AddFileCommand(cApp, "run", "Build a pipeline from a pipe file, initialize it and run it", Examples,
                        pOptions->cFile, "The pipe file");
-    AddConfigOption(cRun,
-                    "Read each element's properties from the section of FILE that has the name of its type",
-                    pOptions->cConfig);
-    CLI::Option* const pDrain = cRun.add_flag("--drain", pOptions->bDrain, "Run until a run returns 0");
-    CLI::Option* const pRepeat =
-        cRun.add_option("--repeat", pOptions->ullRepeat, "Run N times, or until a run returns 0")
-            ->type_name("N")
-            ->check(CLI::Validator(NotACount, ""))
-            ->excludes(pDrain);
-    cRun.add_flag("--quiet", pOptions->bQuiet,
-                  "Do not print progress lines; a build that fails prints them on standard error");
-    AddSafeguards(cRun, *pOptions);
-    cRun.callback([pOptions, pDrain, pRepeat, &cChosen] {
-        pOptions->bLoop = pDrain->count() > 0 || pRepeat->count() > 0;
-        cChosen = [pOptions] { return Run(*pOptions); };
+    AddRunOptions(cRun, *pOptions);
+    cRun.callback([pOptions, &cChosen] {
+        cChosen = [pOptions] {
+            return RunPipeline(*pOptions, [pOptions](VESK::EPipeline& cPipeline) {
+                char* const pchFile = pOptions->cFile.data();
+                return pOptions->cConfig.empty() ? cPipeline.BuildPipe(pchFile)
+                                                 : cPipeline.BuildPipe(pchFile, 1, pOptions->cConfig.data());
+            });
+        };
     });
 }
 
