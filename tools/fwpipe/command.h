@@ -35,6 +35,7 @@ CLI::App& AddFileCommand(CLI::App& cApp, const char* pchName, const char* pchAbo
 void AddConfigOption(CLI::App& cCommand, const char* pchAbout, std::string& cConfig);
 
 void AddRun(CLI::App& cApp, Action& cChosen);
+void AddLaunch(CLI::App& cApp, Action& cChosen);
 void AddCheck(CLI::App& cApp, Action& cChosen);
 void AddRecover(CLI::App& cApp, Action& cChosen);
 void AddDump(CLI::App& cApp, Action& cChosen);

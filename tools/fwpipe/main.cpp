@@ -8,14 +8,38 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <memory>
 #include <new>
+#include <set>
 #include <string>
 #include <unistd.h>
 
 namespace {
 
-constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun,  FwPipe::AddCheck,   FwPipe::AddRecover,
-                                           FwPipe::AddDump, FwPipe::AddInspect, FwPipe::AddNew};
+constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun,     FwPipe::AddLaunch, FwPipe::AddCheck,
+                                           FwPipe::AddRecover, FwPipe::AddDump,   FwPipe::AddInspect,
+                                           FwPipe::AddNew};
+
+// Lists the options that an option excludes in the order of their names, not of their addresses.
+class HelpFormatter : public CLI::Formatter {
+public:
+    std::string make_option_opts(const CLI::Option* pOption) const override {
+        std::string cText = CLI::Formatter::make_option_opts(pOption);
+        const std::size_t uExcludes = cText.find(" Excludes:");
+        if (uExcludes == std::string::npos) {
+            return cText;
+        }
+        std::set<std::string> cNames;
+        for (const CLI::Option* const pExcluded : pOption->get_excludes()) {
+            cNames.insert(pExcluded->get_name());
+        }
+        cText.erase(uExcludes + sizeof " Excludes:" - 1);
+        for (const std::string& cName : cNames) {
+            cText += ' ' + cName;
+        }
+        return cText;
+    }
+};
 
 int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
     const auto cNamed = cApp.get_subcommands();
@@ -74,6 +98,7 @@ int main(int iArguments, char** ppchArguments) {
     CLI::App cApp("fwpipe runs and checks pipe files, shows and repairs recordings, describes types, and "
                   "begins plugins.",
                   "fwpipe");
+    cApp.formatter(std::make_shared<HelpFormatter>());
     cApp.set_version_flag("--version", "fwpipe " FWPIPE_VERSION);
     cApp.require_subcommand(1);
     cApp.footer("\"fwpipe COMMAND --help\" shows the options of a command, with examples.");

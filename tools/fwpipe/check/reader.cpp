@@ -59,16 +59,28 @@ std::unique_ptr<Pipeline> Reader::ReadText(const std::string& cPath, const std::
     }
     pPipeline->cLast = cText.cLast;
     pPipeline->bSinkLine = pPipeline->bSourceLine = !cText.bRead; // it may have them
-    Pipeline* const pOuter = std::exchange(m_pPipeline, pPipeline.get());
-    const int iOuter = std::exchange(m_iCurrent, -1);
     m_cOpen.push_back(Resolved(cPath));
-    for (const Tokens& cTokens : cText.cLines) {
+    ReadInto(*pPipeline, cText.cLines);
+    m_cOpen.pop_back();
+    return pPipeline;
+}
+
+std::unique_ptr<Pipeline> Reader::ReadLines(const std::string* pFile, const std::vector<Tokens>& cLines) {
+    auto pPipeline = std::make_unique<Pipeline>();
+    pPipeline->pFile = pFile;
+    pPipeline->cLast = {pFile, 1, 1, 0};
+    ReadInto(*pPipeline, cLines);
+    return pPipeline;
+}
+
+void Reader::ReadInto(Pipeline& cPipeline, const std::vector<Tokens>& cLines) {
+    Pipeline* const pOuter = std::exchange(m_pPipeline, &cPipeline);
+    const int iOuter = std::exchange(m_iCurrent, -1);
+    for (const Tokens& cTokens : cLines) {
         ReadLine(cTokens);
     }
-    m_cOpen.pop_back();
     m_pPipeline = pOuter;
     m_iCurrent = iOuter;
-    return pPipeline;
 }
 
 const VESK::PipeKeyword* Reader::KeywordOf(const Token& cToken) {

@@ -29,6 +29,10 @@ public:
     // The outermost file. Returns null after a report when it cannot be read.
     std::unique_ptr<Pipeline> ReadFile(const std::string& cPath);
 
+    // Lines that were not read from a file; pFile is their name.
+    std::unique_ptr<Pipeline> ReadLines(const std::string* pFile, const std::vector<Tokens>& cLines);
+    void ReadInto(Pipeline& cPipeline, const std::vector<Tokens>& cLines); // more lines of a pipeline
+
 private:
     using LineReader = void (Reader::*)(const Tokens&);
     static const LineReader LineReaders[];
