@@ -49,6 +49,13 @@ std::string WordText(const Options& cOptions, unsigned int uWord) {
                : "word " + std::to_string(uWord) + ", \"" + cOptions.cWords[uWord - 1] + "\": ";
 }
 
+// Other places in a text are words here, not lines.
+std::string WithWords(std::string cText) {
+    const std::string cLine = " in line ";
+    const std::size_t u = cText.find(cLine);
+    return u == std::string::npos ? cText : cText.replace(u, cLine.size(), " at word ");
+}
+
 // Whether the diagnosis says that a word is wrong. Others warn of what is possible but probably not meant.
 bool IsWrong(const Diagnosis& cDiagnosis) {
     static const std::string Wrong[] = {"not-a-number", "out-of-range", "unknown-property",
@@ -87,7 +94,7 @@ bool Complete(const Options& cOptions, const std::string* pFile, Diagnoses& cDia
         const bool bWrong = IsWrong(cDiagnosis);
         const bool bOrigin = cDiagnosis.pchId == std::string("no-sink");
         Complain((bWrong ? "" : "warning: ") + (bOrigin ? "" : WordText(cOptions, cDiagnosis.cSpot.uLine)) +
-                 (bOrigin ? "no element originates objects" : cDiagnosis.cText) +
+                 (bOrigin ? "no element originates objects" : WithWords(cDiagnosis.cText)) +
                  (cDiagnosis.cHint.empty() ? "" : "; did you mean \"" + cDiagnosis.cHint + "\"?"));
         bRight = bRight && !bWrong;
     }
