@@ -55,7 +55,9 @@ constexpr const char* EAll::TypeName;
 std::string Reported(Harness& test) {
     std::string all;
     for (const std::string& message : test.Messages()) {
-        all += message.substr(message.find("Initialize(): ") + 14) + "\n";
+        const std::string begin = " - [No Element Name]: Initialize(): ";
+        const std::size_t at = message.find(begin);
+        all += (at == std::string::npos ? message : message.substr(at + begin.size())) + "\n";
     }
     return all;
 }
@@ -242,7 +244,10 @@ TEST(Declared, ClassesAreDescribedAndCreatedByTheirNames) {
     EXPECT_EQ(plugin->ppElements[1], nullptr);
     EXPECT_EQ(FindElementDescription(plugin, nullptr), nullptr);
     EXPECT_EQ(FindElementDescription(nullptr, "EAll"), nullptr);
-    EXPECT_EQ(Harness(new ENothing).Initialize(), 1);
+    Harness nothing(new ENothing);
+    EXPECT_EQ(nothing.Initialize(), 1);
+    EXPECT_EQ(nothing.GetElement()->DataArrived(nullptr, 3), 0);
+    EXPECT_EQ(Reported(nothing), "ERROR:  - [No Element Name]: DataArrived(3): no objects are expected\n");
     EXPECT_EQ(EntriesOf(ENothing().m_cProperties), "Standard.EObjectType=");
     const ElementDescription* const type = FindElementDescription(plugin, "EAll");
     ASSERT_NE(type, nullptr);

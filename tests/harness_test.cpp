@@ -36,9 +36,9 @@ std::string Filtered(const char* plugin, const char* key, const char* minimum) {
         test.Push({{"Celsius", value}});
     }
     test.Push<QEOF>({});
-    test.Refuse();
+    text += std::to_string(test.Refuse());
     test.Push({{"Celsius", 21}});
-    test.Disconnect();
+    text += std::to_string(test.Disconnect());
     test.Push({{"Celsius", 19}});
     test.Push({{"Celsius", 22}});
     text += std::to_string(test.EndRuns()) + "\n" + test.Values("Celsius") + "\n" + Lines(test.Results());
@@ -47,7 +47,7 @@ std::string Filtered(const char* plugin, const char* key, const char* minimum) {
 
 TEST(Csv, BothFormsOfTheFilterBehaveAlike) {
     EXPECT_EQ(Filtered(Csv, "Celsius", "20"),
-              "1\n1\n20 1e3 20 degrees  -\n1\n1\n1\n1\n1\n1\n1\n0\n1\n0\n"
+              "1\n111\n20 1e3 20 degrees  -\n1\n1\n1\n1\n1\n1\n1\n0\n1\n0\n"
               "ERROR: EFilter - filter: SourcePad: No sink pad (broken pipe)\n");
     for (const char* key : {"Celsius", "Kelvin", "", static_cast<const char*>(nullptr)}) {
         for (const char* minimum : {"20", "-1e3", "x", static_cast<const char*>(nullptr)}) {

@@ -52,7 +52,8 @@ struct QPrinting : QObject {
         SFileWrite own;
         own.SetFile(static_cast<SFileWrite*>(pWriter)->m_pFile);
         QObject::Serialize(pWriter);
-        if (const int file = fwflush(own.m_pFile) == 0 ? fileno(reinterpret_cast<std::FILE*>(own.m_pFile)) : -1;
+        if (const int file =
+                fwflush(own.m_pFile) == 0 ? fileno(reinterpret_cast<std::FILE*>(own.m_pFile)) : -1;
             file >= 0) { // and then what was written is there
             grown += lseek(file, 0, SEEK_END) >= static_cast<off_t>(Object.size());
         }

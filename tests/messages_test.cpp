@@ -33,6 +33,15 @@ struct EOwn : EObject {
     int DataArrived(QObject*, Byte2Type) override { return 0; }
 };
 
+struct EComplains : EObject {
+    int Initialize() override {
+        result ? ErrorMessage("not that bad\n") : void();
+        return result;
+    }
+    int DataArrived(QObject*, Byte2Type) override { return 0; }
+    int result = 1;
+};
+
 struct OwnFactory : LibraryFactory {
     EObject* CreateElement(char* type) override {
         asked += std::string(type) + " ";
@@ -120,6 +129,18 @@ TEST(Messages, OfAHandlerArePrinted) {
     EXPECT_EQ(host.heard, "4 2 - - -:0 FRAMEWORK::CreateElement: Could not instantiate: " + longer + "\n");
 }
 
+// What was reported in a call that succeeded is not the reason of a later failure.
+TEST(Failures, HaveTheirOwnReason) {
+    Host host;
+    host.framework.SetMessageHandler(Hear, &host.heard);
+    auto* const element = new EComplains;
+    host.pipe.AddElement(element);
+    EXPECT_EQ(host.pipe.Initialize(), 1);
+    element->result = 0;
+    EXPECT_EQ(Shown(host.pipe.Initialize()),
+              "0 :0: [No Element Type] - [No Element Name]: Initialize failed");
+}
+
 TEST(Failures, HaveAFileALineAndTheFirstErrorInIt) {
     const Scratch scratch;
     const std::string inner = scratch.Write("inner", "element ESink\n\nelement ENone"),
@@ -133,6 +154,11 @@ TEST(Failures, HaveAFileALineAndTheFirstErrorInIt) {
     EXPECT_EQ(host.Build((std::string(255, '#') + "nonsense\nsink").c_str()),
               "0 text:1: Unknown token nonsense");
     EXPECT_EQ(Shown(host.pipe.BuildPipeText(nullptr, nullptr)), "0 :0: the text is null");
+    const std::string config = scratch.Write("config", "[ETee]\nTotalSourcePads=3\n");
+    EXPECT_EQ(Shown(host.pipe.BuildPipeText("configured", "element ETee\nsink", 1, Text(config.c_str()))),
+              "0 configured:2: Missing arguments of sink: 1 needed, 0 given.");
+    EXPECT_EQ(EntriesOf(host.pipe.m_ppElements[host.pipe.m_iElementCount - 1]->m_cProperties),
+              "Standard.EObjectType=ETee ETee.TotalSourcePads=3");
     char* tokens[] = {Text("connect"), Text("a"), Text("0"), Text("b"), Text("0"), nullptr};
     EXPECT_EQ(Shown(host.pipe.ProcessTokens(tokens)), "0 :0: Unable to connect pipe");
     EXPECT_EQ(host.Build("element ETee\nproperty TotalSourcePads -1\n").front(), '1'); // the old one remains

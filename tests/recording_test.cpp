@@ -105,7 +105,8 @@ TEST(Recording, ACloseThatFailsIsToldToItsFrameworkAlsoWithoutAReason) {
         return recorder.element.Initialize();
     };
     const std::string told = Told(again); // a sanitizer's fclose has a reason of its own
-    EXPECT_EQ(told.find("1 ! ERROR: ESerialize - tap: Unable to store all objects in a stream of the host: "), 0u);
+    EXPECT_EQ(told.find("1 ! ERROR: ESerialize - tap: Unable to store all objects in a stream of the host: "),
+              0u);
     EXPECT_EQ(told.find("No space left"), std::string::npos);
     auto lossy = std::make_unique<ESerialize>();
     lossy->m_pFramework = &recorder.framework;

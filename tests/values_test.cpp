@@ -34,6 +34,15 @@ TEST(Values, AreStoredAndReadByTheirTypes) {
                   GetValue(object, "t", b),
               0);
     EXPECT_EQ(i, 7);
+    for (const long long value : {65535LL, 65536LL, 0LL, -1LL, 32767LL, 32768LL, -32768LL, -32769LL}) {
+        SetValue(object, "i", value);
+        unsigned short positive = 1;
+        short both = 1;
+        EXPECT_EQ(GetValue(object, "i", positive), value >= 0 && value <= 65535) << value;
+        EXPECT_EQ(GetValue(object, "i", both), value >= -32768 && value <= 32767) << value;
+        EXPECT_EQ(positive == value, value >= 0 && value <= 65535) << value;
+        EXPECT_EQ(both == value, value >= -32768 && value <= 32767) << value;
+    }
     const char* const null = nullptr;
     EXPECT_EQ(
         SetValue(object, null, 1) + GetValue(object, null, i) + ParseReal(null, &d) + ParseFlag(null, &b), 0);
@@ -45,6 +54,14 @@ TEST(Values, AreStoredAndReadByTheirTypes) {
         SetValue(object, (std::string(entry.pchKey) + "2").c_str(), 1); // is not met
     }
     EXPECT_EQ(keys, "QObjectTypetsbirfl");
+    QObject shrinking;
+    SetValue(shrinking, "a", 1);
+    SetValue(shrinking, "b", 1);
+    for (const Entry& entry : Entries(shrinking.m_cProperties)) {
+        EXPECT_STREQ(entry.pchKey, "QObjectType");
+        shrinking.m_cProperties.Reset();
+        SetValue(shrinking, "c", 1); // at the place that was met
+    }
     for (const char* const text :
          {"", " 1", "1 ", "+-1", "0x1", "1e5", "nan", "inf", "18446744073709551616"}) {
         unsigned long long ull = 1;

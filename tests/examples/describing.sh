@@ -59,6 +59,8 @@ example
     check 0 '{"types":[[]{"type":"EOdd","meaning":"\\u001b[[]31m red \\\\ é","originates":true,"sinkPads":{"count":2},"sourcePads":{"property":"Whole","default":3},"properties":[[]{"key":"Whole","kind":"number","default":7,"min":-5,"max":18446744073709551615,"choices":null,"unit":"m","meaning":"a number","required":false},{"key":"Real","kind":"real","default":0.5,"min":-1000.0,"max":null,*"key":"Flag","kind":"flag","default":true,*"key":"Choice","kind":"choice","default":null,"min":null,"max":null,"choices":[[]"red","green"],*"required":true},{"key":"File","kind":"file to read","default":"",*"key":"Later","kind":null,"default":"two words",*"meaning":"a �","required":null},{"key":"Name",*{"key":"Debug",*}]},{"type":"EPlain","meaning":null,*}],"objects":[[]{"type":"QThing","meaning":"a thing"}]}' \
         '' inspect --json "$described"
     check 0 $'QThing: a thing\n\na data object' '' inspect "$described" QThing
+    [[ -z $(tail -c 1 out) ]] || fail 'the page of a data object does not end its line'
+    check 0 $'EPlain\n*\nexample\n  plugin libfwlib.so\n  plugin *\n  element EPlain\n  property Name example' '' inspect "$described" EPlain
     check 0 '{"types":[[]],"objects":[[]{"type":"QThing","meaning":"a thing"}]}' '' inspect --json "$described" QThing
 
     # What the plugin does not describe.
