@@ -4,7 +4,6 @@
 #include "support/support.h"
 
 #include <chrono>
-#include <cstddef>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <map>
@@ -145,34 +144,6 @@ TEST(EndOfRuns, EachIsToldOnceWhateverHappensMeanwhile) {
         const std::string again = pipe.End(), last(1, now.told[std::strlen(now.told) - 1]);
         EXPECT_EQ(again.substr(again.size() - 1), last) << again; // told again
     }
-}
-
-alignas(std::max_align_t) char place[4096];
-
-// All are created at the same address.
-template <class Base>
-struct Placed : Base {
-    using Base::Base;
-    static void* operator new(std::size_t size) {
-        return size <= sizeof place ? place : throw std::bad_alloc();
-    }
-    static void operator delete(void*) {}
-};
-
-struct ESilent : EObject {
-    int DataArrived(QObject*, Byte2Type) override { return 0; }
-};
-
-TEST(EndOfRuns, AnElementThatIsDestroyedWithItsPipelineIsForgotten) {
-    {
-        EPipeline pipe;
-        pipe.AddElement(new Placed<Stage>("a"));
-    }
-    EPipeline pipe;
-    pipe.AddElement(new Placed<ESilent>);
-    journal.clear();
-    EXPECT_EQ(pipe.EndRuns(), 1);
-    EXPECT_EQ(journal, "");
 }
 
 TEST(EndOfRuns, ElementsOutsideLeadToOthersAndAreNotTold) {
