@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Part of fwpipe_test.sh: inspect and new.
+# Part of fwpipe_test.sh: inspect, graph and new.
 # shellcheck disable=SC2154 # the variables are those of fwpipe_test.sh
 
 common=$'  Name *\n  Debug *number; default 0\n*\n' # the properties of every element
@@ -122,4 +122,43 @@ new() {
     # No file may grow beyond 512 bytes, so the first long one fails.
     (ulimit -f 1 && "$fwpipe" new plugin Big 2>&1 | cat >err)
     [[ $(<err) == 'fwpipe: cannot write Big/'*': File too large' && ! -e Big ]] || fail 'a project that cannot be written'
+}
+
+graph() {
+    local odd=$'a<b>"&\\N</script>' note='fwpipe: odd.pipe has mistakes; "fwpipe check" reports them' format
+    printf '%s\n' 'element EPassthrough' 'property Name in' 'sink in' 'source in' >inner.pipe
+    pipe odd 'element ESource' "property Name $odd" 'element ETee' 'property Name tee' 'pipe inner.pipe' \
+        'property Name nested' 'element EDevNul' $'property Name \xff' 'element ESink' 'property Name lonely' \
+        "connect $odd 0 tee 0" 'connect tee 0 nested 0' $'connect nested 0 \xff 0' 'connect tee 7 gone 0' "sink $odd"
+    for format in dot svg mermaid html json; do
+        check 0 '*' "$note" graph --format $format odd.pipe
+        cp out "odd.$format"
+        [[ $format == json ]] || # the backslash is doubled or a number
+            grep -q 'not reached' out || fail "$format: the unreachable element is not marked"
+    done
+    dot -Tsvg odd.dot >drawn.svg || fail 'dot refuses the drawing'
+    cmp -s odd.svg drawn.svg || fail 'the SVG is not that of the DOT form'
+    grep -qF '>a&lt;b&gt;&quot;&amp;\N&lt;/script&gt;<' odd.svg || fail 'the odd name is not in the SVG'
+    [[ $(grep -c 'bgcolor="#ffcf70">1<' odd.dot) == 1 ]] || fail 'the unconnected pad is not marked'
+    [[ $(grep -c '</script>' odd.html) == 2 ]] || fail 'a name ends the script'
+    python3 - <<'END' || fail 'the JSON form differs'
+import json
+all = json.load(open("odd.json", encoding="utf-8"))
+odd = 'a<b>"&\\N</script>'
+assert (all["file"], all["sink"]) == ("odd.pipe", odd)
+rows = [[e[k] for k in ("name", "type", "line", "parent", "sinkPads", "sourcePads")] for e in all["elements"]]
+assert rows == [[odd, "ESource", 2, None, 0, 1], ["tee", "ETee", 4, None, 1, 2],
+                ["nested", "inner.pipe", 6, None, 1, 1], ["nested/in", "EPassthrough", 1, "nested", 1, 1],
+                ["\ufffd", "EDevNul", 8, None, None, None], ["lonely", "ESink", 10, None, 1, 0]], rows
+assert all["elements"][0]["properties"] == {"Name": odd}
+assert [list(c.values()) for c in all["connections"]] == [
+    [odd, 0, "tee", 0, 12], ["tee", 0, "nested", 0, 13], ["nested", 0, "\ufffd", 0, 14], ["tee", 7, "gone", 0, 15]]
+END
+    check 0 '' "$note" graph -o new.json odd.pipe
+    cmp -s new.json odd.json || fail '-o new.json is not the JSON form'
+    check 2 '' 'fwpipe: the name new.txt tells no format*' graph -o new.txt odd.pipe
+    check 1 '' 'fwpipe: cannot read none.pipe: No such file or directory' graph none.pipe
+    check 1 '' "$note"$'\nfwpipe: cannot write nowhere/x.dot: No such file or directory' graph -o nowhere/x.dot odd.pipe
+    PATH=$PWD check 1 '' 'fwpipe: cannot run dot: *the package graphviz' graph -o no.svg odd.pipe
+    [[ ! -e no.svg ]] || fail 'a file without a drawing'
 }

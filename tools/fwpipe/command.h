@@ -37,6 +37,7 @@ void AddConfigOption(CLI::App& cCommand, const char* pchAbout, std::string& cCon
 void AddRun(CLI::App& cApp, Action& cChosen);
 void AddLaunch(CLI::App& cApp, Action& cChosen);
 void AddCheck(CLI::App& cApp, Action& cChosen);
+void AddGraph(CLI::App& cApp, Action& cChosen);
 void AddRecover(CLI::App& cApp, Action& cChosen);
 void AddDump(CLI::App& cApp, Action& cChosen);
 void AddInspect(CLI::App& cApp, Action& cChosen);

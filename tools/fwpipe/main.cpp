@@ -16,9 +16,9 @@
 
 namespace {
 
-constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun,     FwPipe::AddLaunch, FwPipe::AddCheck,
-                                           FwPipe::AddRecover, FwPipe::AddDump,   FwPipe::AddInspect,
-                                           FwPipe::AddNew};
+constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun,     FwPipe::AddLaunch,  FwPipe::AddCheck,
+                                           FwPipe::AddGraph,   FwPipe::AddRecover, FwPipe::AddDump,
+                                           FwPipe::AddInspect, FwPipe::AddNew};
 
 // Lists the options that an option excludes in the order of their names, not of their addresses.
 class HelpFormatter : public CLI::Formatter {
@@ -95,9 +95,10 @@ void FwPipe::AddConfigOption(CLI::App& cCommand, const char* pchAbout, std::stri
 
 int main(int iArguments, char** ppchArguments) {
     FwPipe::PrepareStreams();
-    CLI::App cApp("fwpipe runs and checks pipe files, shows and repairs recordings, describes types, and "
-                  "begins plugins.",
-                  "fwpipe");
+    CLI::App cApp(
+        "fwpipe runs, checks and draws pipe files, shows and repairs recordings, describes types, and "
+        "begins plugins.",
+        "fwpipe");
     cApp.formatter(std::make_shared<HelpFormatter>());
     cApp.set_version_flag("--version", "fwpipe " FWPIPE_VERSION);
     cApp.require_subcommand(1);

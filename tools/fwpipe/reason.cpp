@@ -2,10 +2,10 @@
 #include "reason.h"
 
 #include "activeelement.h"
-#include "check/loadedplugins.h"
-#include "check/reader.h"
-#include "check/structure.h"
 #include "message.h"
+#include "model/loadedplugins.h"
+#include "model/reader.h"
+#include "model/structure.h"
 
 #include <fwlib/fwlib.h>
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // fwpipe check: reports the mistakes of pipe files without building them.
 #include "../command.h"
+#include "../model/loadedplugins.h"
+#include "../model/reader.h"
+#include "../model/structure.h"
 #include "../output.h"
-#include "loadedplugins.h"
-#include "reader.h"
 #include "show.h"
-#include "structure.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>

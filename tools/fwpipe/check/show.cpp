@@ -3,7 +3,7 @@
 
 #include "../escape.h"
 #include "../message.h"
-#include "text.h"
+#include "../model/text.h"
 
 #include <algorithm>
 #include <cstdio>

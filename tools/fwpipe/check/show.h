@@ -3,7 +3,7 @@
 #ifndef FWPIPE_CHECK_SHOW_H
 #define FWPIPE_CHECK_SHOW_H
 
-#include "diagnosis.h"
+#include "../model/diagnosis.h"
 
 #include <string>
 

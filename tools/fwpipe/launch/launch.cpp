@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // fwpipe launch: builds a pipeline from the words of the command line, and runs it.
-#include "check/loadedplugins.h"
-#include "check/reader.h"
-#include "check/structure.h"
 #include "command.h"
 #include "launch/words.h"
 #include "message.h"
+#include "model/loadedplugins.h"
+#include "model/reader.h"
+#include "model/structure.h"
 #include "output.h"
 #include "run.h"
 

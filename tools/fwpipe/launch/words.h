@@ -3,7 +3,7 @@
 #ifndef FWPIPE_LAUNCH_WORDS_H
 #define FWPIPE_LAUNCH_WORDS_H
 
-#include "check/text.h"
+#include "model/text.h"
 
 #include <stdexcept>
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The values of an element's properties, against its description.
-#ifndef FWPIPE_CHECK_SETTINGS_H
-#define FWPIPE_CHECK_SETTINGS_H
+#ifndef FWPIPE_MODEL_SETTINGS_H
+#define FWPIPE_MODEL_SETTINGS_H
 
 #include "model.h"
 

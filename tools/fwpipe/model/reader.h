@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Reads pipe files into models, and reports what is wrong with single lines.
-#ifndef FWPIPE_CHECK_READER_H
-#define FWPIPE_CHECK_READER_H
+#ifndef FWPIPE_MODEL_READER_H
+#define FWPIPE_MODEL_READER_H
 
 #include "model.h"
 #include "plugins.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The way of objects between the elements of one pipeline.
-#ifndef FWPIPE_CHECK_GRAPH_H
-#define FWPIPE_CHECK_GRAPH_H
+#ifndef FWPIPE_MODEL_GRAPH_H
+#define FWPIPE_MODEL_GRAPH_H
 
 #include "model.h"
 

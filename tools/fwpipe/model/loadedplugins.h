@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Plugins that are loaded, for what their files do not tell.
-#ifndef FWPIPE_CHECK_LOADEDPLUGINS_H
-#define FWPIPE_CHECK_LOADEDPLUGINS_H
+#ifndef FWPIPE_MODEL_LOADEDPLUGINS_H
+#define FWPIPE_MODEL_LOADEDPLUGINS_H
 
 #include "plugins.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A pipe file as its author wrote it: elements, properties and connections with their places. Nothing is created.
-#ifndef FWPIPE_CHECK_MODEL_H
-#define FWPIPE_CHECK_MODEL_H
+#ifndef FWPIPE_MODEL_MODEL_H
+#define FWPIPE_MODEL_MODEL_H
 
 #include "text.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What is wrong with a pipeline as a whole: pads, connections, and what objects reach.
-#ifndef FWPIPE_CHECK_STRUCTURE_H
-#define FWPIPE_CHECK_STRUCTURE_H
+#ifndef FWPIPE_MODEL_STRUCTURE_H
+#define FWPIPE_MODEL_STRUCTURE_H
 
 #include "model.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The types that a pipe file can use: those of the library, and those of the plugins that were read.
-#ifndef FWPIPE_CHECK_TYPES_H
-#define FWPIPE_CHECK_TYPES_H
+#ifndef FWPIPE_MODEL_TYPES_H
+#define FWPIPE_MODEL_TYPES_H
 
 #include <string>
 #include <vector>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Configuration files, as `config` lines and --config use them.
-#ifndef FWPIPE_CHECK_CONFIGFILE_H
-#define FWPIPE_CHECK_CONFIGFILE_H
+#ifndef FWPIPE_MODEL_CONFIGFILE_H
+#define FWPIPE_MODEL_CONFIGFILE_H
 
 #include "text.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The lines of a pipe file as the library reads them, with the place of each token.
-#ifndef FWPIPE_CHECK_TEXT_H
-#define FWPIPE_CHECK_TEXT_H
+#ifndef FWPIPE_MODEL_TEXT_H
+#define FWPIPE_MODEL_TEXT_H
 
 #include "diagnosis.h"
 

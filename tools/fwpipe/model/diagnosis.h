@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What "fwpipe check" reports: a place in a file, a severity, and an identifier that does not change.
-#ifndef FWPIPE_CHECK_DIAGNOSIS_H
-#define FWPIPE_CHECK_DIAGNOSIS_H
+#ifndef FWPIPE_MODEL_DIAGNOSIS_H
+#define FWPIPE_MODEL_DIAGNOSIS_H
 
 #include <cstddef>
 #include <deque>

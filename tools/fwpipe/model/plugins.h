@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Plugin files: where they are, whether they can be plugins, and, if they may be loaded, what they tell about themselves.
-#ifndef FWPIPE_CHECK_PLUGINS_H
-#define FWPIPE_CHECK_PLUGINS_H
+#ifndef FWPIPE_MODEL_PLUGINS_H
+#define FWPIPE_MODEL_PLUGINS_H
 
 #include "model.h"
 
