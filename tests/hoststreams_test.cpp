@@ -12,6 +12,7 @@ namespace {
 struct QPatched : QObject {
     int Serialize(SWrite* pWriter) override {
         char* const file = static_cast<SFileWrite*>(pWriter)->m_pFile;
+        const Recorder other("1"); // whose writer ends within this object
         const auto start = static_cast<int>(fwftell(file));
         pWriter->WriteData(Text("Length=00\n"), 10);
         QObject::Serialize(pWriter);
@@ -48,10 +49,13 @@ TEST(Recording, AClassMayPatchWhatItWrote) {
 // Writes to the file by other ways than the recorder's too.
 struct QPrinting : QObject {
     int grown = 0;
+    off_t early = 0;
     int Serialize(SWrite* pWriter) override {
         SFileWrite own;
         own.SetFile(static_cast<SFileWrite*>(pWriter)->m_pFile);
         QObject::Serialize(pWriter);
+        fwfputs(Text(""), reinterpret_cast<char*>(stderr)); // which is none of the recorder's
+        early = lseek(fileno(reinterpret_cast<std::FILE*>(own.m_pFile)), 0, SEEK_CUR);
         if (const int file =
                 fwflush(own.m_pFile) == 0 ? fileno(reinterpret_cast<std::FILE*>(own.m_pFile)) : -1;
             file >= 0) { // and then what was written is there
@@ -76,6 +80,7 @@ TEST(Recording, WhatAClassPrintsIsStoredOrLostWithItsObject) {
             const auto arrive = [&] { return recorder.element.DataArrived(&printing, 0); };
             EXPECT_EQ(Told(arrive), "1 ");
             EXPECT_EQ(printing.grown, 1);
+            EXPECT_EQ(printing.early, *strict == '1' ? 0 : static_cast<off_t>(Object.size()));
             fwfputs(Text("host\n"), recorder.element.m_pWriter->m_pFile);
             fwflush(recorder.element.m_pWriter->m_pFile);
             {
@@ -152,8 +157,15 @@ TEST(Recording, WhatAHostWritesIntoTheRecordersFileKeepsItsPlace) {
     for (const char* const strict : BothWays) {
         {
             Recorder recorder(strict, scratch.Path("objects"));
-            std::fputs("before ", reinterpret_cast<std::FILE*>(recorder.element.m_pWriter->m_pFile));
-            EXPECT_EQ(recorder.Arrive(), "1 ");
+            auto* const file = reinterpret_cast<std::FILE*>(recorder.element.m_pWriter->m_pFile);
+            std::fputs("what stdio drops when a flush fails", file);
+            {
+                const SizeLimit limit(0);
+                EXPECT_EQ(recorder.Arrive(),
+                          (*strict == '1' ? "0 " : "1 ") + Lost(scratch.Path("objects"), "File too large"));
+            }
+            std::fputs("before ", file);
+            EXPECT_EQ(recorder.Arrive(), "1 ! ERROR: ESerialize - tap: Objects lost: 1\n");
         }
         EXPECT_EQ(FileText(scratch.Path("objects")), "before " + Object);
     }

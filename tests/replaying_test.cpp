@@ -94,6 +94,30 @@ TEST(Replaying, WhatHasNotArrivedYetIsTriedAgain) {
     }
 }
 
+// Strict, whole; else what the reader's buffer holds.
+TEST(Replaying, ALongLineMayArriveInParts) {
+    for (const char* const strict : BothWays) {
+        int ends[2];
+        ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+        Deck<EDeserialize> player("", strict);
+        player.element.m_pReader->m_b4LineBufferSize = 50;
+        player.element.m_pReader->SetFile(reinterpret_cast<char*>(fdopen(ends[0], "r")));
+        Probe sink("sink");
+        sink.AddSinkPad(new SINKPAD(&sink, Byte2Type{0}));
+        player.element.GetSourcePad(0)->m_pSinkPad = sink.GetSinkPad(0);
+        const std::string front = "QObject\nm_b2PropertyCount=1\na=", part(100, 'v');
+        for (const std::string& text : {front + part, part, part + "\n"}) {
+            EXPECT_EQ(Runs(player.element), "0 ");
+            ASSERT_EQ(write(ends[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+        }
+        EXPECT_EQ(Runs(player.element), "1 ");
+        const std::string value(*strict == '1' ? 3 * part.size() : 47, 'v');
+        EXPECT_NE(sink.contents.find(value), std::string::npos) << sink.contents;
+        EXPECT_EQ(sink.contents.find(value + "v"), std::string::npos);
+        close(ends[1]);
+    }
+}
+
 TEST(Replaying, AHostMayReadOnBehindAnObject) {
     const Scratch scratch;
     const std::string path = scratch.Write("objects", Object + "own\nlast");
