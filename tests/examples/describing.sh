@@ -114,7 +114,11 @@ new() {
     mkdir sub
     check 0 'sub/x1y is written.*' '' new plugin x1y --dir sub
     grep -q 'class EX1y : ' sub/x1y/x1y.cpp || fail 'name of the class'
-    for name in '' 1a a-b ../a é IO fwLib Sink Object "$(printf 'a%.0s' {1..65})"; do
+    check 0 'sub/azAZ09 is written.*' '' new plugin azAZ09 --dir sub
+    [[ -e sub/azAZ09/azaz09.cpp ]] || fail 'name of the file'
+    check 0 'sub/zaZ is written.*' '' new plugin zaZ --dir sub
+    grep -q 'class EZaZ : ' sub/zaZ/zaz.cpp || fail 'name of the class in capitals'
+    for name in '' 1a a-b ../a é 'a{' 'a`' 'a[' 'a@' a/ a: IO fwLib Sink Object "$(printf 'a%.0s' {1..65})"; do
         check 2 '' 'fwpipe: *NAME: *' new plugin "$name"
     done
     check 2 '' '*' new

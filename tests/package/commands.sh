@@ -7,14 +7,23 @@ set -euo pipefail
 export LC_ALL=C
 fwpipe=$1
 
-print() {
+# The commands below the given one, each after its parents.
+commands() {
     local command
+    while read -r command; do
+        echo "$* $command"
+        commands "$@" "$command"
+    done < <("$fwpipe" "$@" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/p')
+}
+
+print() {
+    local -a command
     printf '%s\n' '# Commands of fwpipe' '' 'The output of `fwpipe --help`, and of `--help` after each command.' \
         '`tests/package/commands.sh build/release/fwpipe >docs/commands.md` renews this file.' '' \
         '```' "$("$fwpipe" --help)" '```'
-    while read -r command; do
-        printf '%s\n' '' "## $command" '' '```' "$("$fwpipe" "$command" --help)" '```'
-    done < <("$fwpipe" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/p')
+    while read -ra command; do
+        printf '%s\n' '' "## ${command[*]}" '' '```' "$("$fwpipe" "${command[@]}" --help)" '```'
+    done < <(commands)
 }
 
 if (($# == 1)); then
