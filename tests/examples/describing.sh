@@ -118,7 +118,7 @@ new() {
     [[ -e sub/azAZ09/azaz09.cpp ]] || fail 'name of the file'
     check 0 'sub/zaZ is written.*' '' new plugin zaZ --dir sub
     grep -q 'class EZaZ : ' sub/zaZ/zaz.cpp || fail 'name of the class in capitals'
-    for name in '' 1a a-b ../a é 'a{' 'a`' 'a[' 'a@' a/ a: IO fwLib Sink Object "$(printf 'a%.0s' {1..65})"; do
+    for name in '' 1a a-b ../a é 'ab{' 'ab`' 'ab[' 'ab@' ab/ ab: IO fwLib Sink Object "$(printf 'a%.0s' {1..65})"; do
         check 2 '' 'fwpipe: *NAME: *' new plugin "$name"
     done
     check 2 '' '*' new
