@@ -10,6 +10,10 @@ install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 if(TARGET fwpipe)
   install(TARGETS fwpipe)
+  install(FILES tools/fwpipe/shell/fwpipe.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+    RENAME fwpipe)
+  install(FILES tools/fwpipe/shell/_fwpipe DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+  install(FILES tools/editors/fwpipe.vim DESTINATION ${CMAKE_INSTALL_DATADIR}/vim/vimfiles/syntax)
 endif()
 
 # The library needs no other package, so the list of targets is the whole configuration. While the major version is 0,
