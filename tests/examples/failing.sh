@@ -114,7 +114,7 @@ failing() {
         [[ $status == "$wanted" ]] || fail "$words, ${event[*]}: exit status $status, not $wanted"
         made=file.recovered
         [[ $words != *' -o '* ]] || made=${words##* }
-        [[ $words != *--in-place* ]] || made=file
+        [[ $words != *--in-place* ]] || made='file'
         [[ $status != 3 && $left == "$before" ]] || cmp place/whole "place/$made" || fail "$words, ${event[*]}"
     done <<'EOF'
 3|-e inject=/access:error=ENOENT -e inject=renameat2:error=EINVAL|recover file

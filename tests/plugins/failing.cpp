@@ -53,7 +53,8 @@ constexpr Fault Faults[] = {
     {"fpe", [] { std::raise(SIGFPE); }},
     {"ill", [] { __builtin_trap(); }},
 #if defined(__i386__) || defined(__x86_64__)
-    {"lost", [] { // where its frame is: what looks for its callers reads from there
+    {"lost",
+     [] { // where its frame is: what looks for its callers reads from there
          void* volatile pPlace = __builtin_alloca(static_cast<std::size_t>(iZero) + 64);
          asm volatile("movl $16, %%ebp\n\tud2" : : "r"(pPlace) : "memory");
      }},

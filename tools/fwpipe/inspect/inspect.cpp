@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // fwpipe inspect: shows what the library and plugins tell about their types.
 #include "command.h"
-#include "failure.h"
 #include "described.h"
+#include "failure.h"
 #include "inspect/json.h"
 #include "inspect/loading.h"
-#include "nearest.h"
 #include "inspect/page.h"
 #include "inspect/revealed.h"
 #include "message.h"
+#include "nearest.h"
 #include "output.h"
 
 #include <fwlib/fwlib.h>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "inspect/page.h"
 
-#include "escape.h"
 #include "described.h"
+#include "escape.h"
 #include "inspect/example.h"
 
 #include <algorithm>
