@@ -95,7 +95,7 @@ void ExplainLoaderError(const std::string& cLine, const std::string& cName) {
 void ExplainFailedPlugin() {
     const VESK::Failure* const pFailure = VESK::LastFailure();
     const std::string cPlugin = pFailure ? PluginOf(pFailure->pchFile, pFailure->b4Line) : "";
-    if (!cPlugin.empty()) {
+    if (pFailure && !cPlugin.empty()) {
         ExplainLoaderError(pFailure->pchText, cPlugin);
     }
 }

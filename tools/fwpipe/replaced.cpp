@@ -49,7 +49,7 @@ Target Find(const EPipeline& cPipeline, const std::string& cText) {
             return {pElement, cRest};
         }
         const EPipeline* const pInner = cText[u] == '/' ? EPipeline::From(pElement) : nullptr;
-        if (const Target cTarget = pInner ? Find(*pInner, cRest) : Target(); cTarget.pElement) {
+        if (Target cTarget = pInner ? Find(*pInner, cRest) : Target(); cTarget.pElement) {
             return cTarget;
         }
     }

@@ -12,11 +12,11 @@ namespace VESK {
 namespace {
 
 constexpr PipeKeyword Keywords[PipeKeywordCount] = {
-    {PipeWord::Plugin, "plugin", 1},     {PipeWord::FrameworkProperty, "fwprop", 2},
-    {PipeWord::Pipe, "pipe", 1},         {PipeWord::Element, "element", 1},
-    {PipeWord::Property, "property", 2}, {PipeWord::Sink, "sink", 1},
-    {PipeWord::Source, "source", 1},     {PipeWord::Connect, "connect", 4},
-    {PipeWord::Config, "config", 2},
+    {"plugin", PipeWord::Plugin, 1},     {"fwprop", PipeWord::FrameworkProperty, 2},
+    {"pipe", PipeWord::Pipe, 1},         {"element", PipeWord::Element, 1},
+    {"property", PipeWord::Property, 2}, {"sink", PipeWord::Sink, 1},
+    {"source", PipeWord::Source, 1},     {"connect", PipeWord::Connect, 4},
+    {"config", PipeWord::Config, 2},
 };
 
 // Reads at most 255 bytes, up to the end of the line. Returns their number, 0 at the end of the file. The bytes behind

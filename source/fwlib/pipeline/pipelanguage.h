@@ -22,8 +22,8 @@ enum class PipeWord : Byte4Type {
 };
 
 struct PipeKeyword {
+    const char* pchWord; // as it is written
     PipeWord Word;
-    const char* pchWord;     // as it is written
     unsigned int uArguments; // The line fails with fewer. More are ignored, up to MostPipeTokens.
 };
 

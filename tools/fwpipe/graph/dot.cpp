@@ -84,8 +84,10 @@ std::string Column(const std::vector<Port>& cPorts, char chKind, unsigned int uH
         R"(<td cellpadding="0" border="0"><table border="0" cellborder="1" cellspacing="2" cellpadding="3">)";
     for (const Port& cPort : cPorts) {
         const std::string cNumber = std::to_string(cPort.uNumber);
-        cText += std::string("<tr><td port=\"") + chKind + cNumber + "\" bgcolor=\"" + ColourOf(cPort.State) +
-                 "\">" + cNumber + "</td></tr>";
+        cText += "<tr><td port=\"";
+        cText += chKind + cNumber;
+        cText += std::string("\" bgcolor=\"") + ColourOf(cPort.State) + "\">";
+        cText += cNumber + "</td></tr>";
     }
     if (uHidden > 0) {
         cText += std::string("<tr><td bgcolor=\"") + Palette::Open + "\">" + std::to_string(uHidden) +

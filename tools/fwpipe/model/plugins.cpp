@@ -168,7 +168,7 @@ Plugin PluginFiles::Find(const std::string& cPath) {
         return FindByPath(cPath);
     }
     for (const std::string& cFolder : SearchedFolders()) {
-        const std::string cFound = cFolder + '/' + cPath;
+        const std::string cFound = std::filesystem::path(cFolder) / cPath;
         std::error_code cError;
         if (std::filesystem::is_regular_file(cFound, cError) && FormOf(cFound) != Form::OtherProcessor) {
             return FindByPath(cFound);
