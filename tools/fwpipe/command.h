@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -24,6 +25,9 @@ enum ExitStatus {
 // Executes the command line and returns the exit status. If that is ExitFailed, one line on standard error says why.
 using Action = std::function<int()>;
 
+// Executes a command line, without the name of the program, and returns the exit status.
+int Execute(const std::vector<std::string>& cWords);
+
 // Adds the subcommand, which stores its action in cChosen if the command line names it.
 using AddCommand = void (*)(CLI::App& cApp, Action& cChosen);
 
@@ -41,6 +45,7 @@ void AddGraph(CLI::App& cApp, Action& cChosen);
 void AddRecover(CLI::App& cApp, Action& cChosen);
 void AddDump(CLI::App& cApp, Action& cChosen);
 void AddInspect(CLI::App& cApp, Action& cChosen);
+void AddTest(CLI::App& cApp, Action& cChosen);
 void AddNew(CLI::App& cApp, Action& cChosen);
 
 } // namespace FwPipe

@@ -30,6 +30,11 @@ bool Has(const VESK::EObject* pElement, Slot First, Slot Second) {
     return pTable && (pTable[First] == pClass[First] || pTable[Second] == pClass[Second]);
 }
 
+std::string Name(VESK::EObject& cElement) {
+    const char* const pchName = Setting(cElement, VESK::Key::Name);
+    return pchName ? pchName : "";
+}
+
 } // namespace
 
 VESK::EDeserialize* AsReplay(VESK::EObject* pElement) {
@@ -60,6 +65,42 @@ std::string Shown(VESK::EObject& cElement) {
     const char* const pchType = Setting(cElement, VESK::Key::EObjectType);
     return pchName ? '"' + std::string(pchName) + '"'
                    : std::string(pchType ? pchType : "element") + " without a name";
+}
+
+VESK::EObject* FindElementByPath(const VESK::EPipeline& cPipeline, const std::string& cPath) {
+    for (int i = 0; i < cPipeline.m_iElementCount; ++i) {
+        VESK::EObject* const pElement = cPipeline.m_ppElements[i];
+        const std::string cName = Name(*pElement);
+        const VESK::EPipeline* const pNested = VESK::EPipeline::From(pElement);
+        if (cName == cPath && !cName.empty()) {
+            return pElement;
+        }
+        if (pNested && !cName.empty() && cPath.compare(0, cName.size() + 1, cName + '/') == 0) {
+            if (VESK::EObject* const pInner = FindElementByPath(*pNested, cPath.substr(cName.size() + 1))) {
+                return pInner;
+            }
+        }
+    }
+    return nullptr;
+}
+
+std::vector<std::string> ElementPaths(const VESK::EPipeline& cPipeline) {
+    std::vector<std::string> cPaths;
+    for (int i = 0; i < cPipeline.m_iElementCount; ++i) {
+        VESK::EObject* const pElement = cPipeline.m_ppElements[i];
+        const std::string cName = Name(*pElement);
+        if (cName.empty()) {
+            continue;
+        }
+        cPaths.push_back(cName);
+        if (const VESK::EPipeline* const pNested = VESK::EPipeline::From(pElement)) {
+            for (const std::string& cInner : ElementPaths(*pNested)) {
+                cPaths.push_back(cName);
+                cPaths.back().append(1, '/').append(cInner);
+            }
+        }
+    }
+    return cPaths;
 }
 
 void ForEach(VESK::EPipeline& cPipeline, const std::function<void(VESK::EObject&)>& cCall) {

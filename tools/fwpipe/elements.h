@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace VESK {
 class EDeserialize;
@@ -31,6 +32,12 @@ const char* Setting(VESK::EObject& cElement, const char* pchKey);
 
 // The element's name in quotation marks, or its type if it has no name.
 std::string Shown(VESK::EObject& cElement);
+
+// The first element with that name, or OUTER/INNER for one in a nested pipeline; null for none.
+VESK::EObject* FindElementByPath(const VESK::EPipeline& cPipeline, const std::string& cPath);
+
+// The names of all elements that have one, those of nested pipelines as OUTER/INNER.
+std::vector<std::string> ElementPaths(const VESK::EPipeline& cPipeline);
 
 // Calls cCall for each element of the pipeline in order, and after a nested pipeline for its elements.
 void ForEach(VESK::EPipeline& cPipeline, const std::function<void(VESK::EObject&)>& cCall);

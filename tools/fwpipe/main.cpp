@@ -16,9 +16,9 @@
 
 namespace {
 
-constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun,     FwPipe::AddLaunch,  FwPipe::AddCheck,
-                                           FwPipe::AddGraph,   FwPipe::AddRecover, FwPipe::AddDump,
-                                           FwPipe::AddInspect, FwPipe::AddNew};
+constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun,   FwPipe::AddLaunch,  FwPipe::AddCheck,
+                                           FwPipe::AddGraph, FwPipe::AddTest,    FwPipe::AddRecover,
+                                           FwPipe::AddDump,  FwPipe::AddInspect, FwPipe::AddNew};
 
 // Lists the options that an option excludes in the order of their names, not of their addresses.
 class HelpFormatter : public CLI::Formatter {
@@ -93,10 +93,10 @@ void FwPipe::AddConfigOption(CLI::App& cCommand, const char* pchAbout, std::stri
         ->check(CLI::Validator(Unreadable, ""));
 }
 
-int main(int iArguments, char** ppchArguments) {
+int FwPipe::Execute(const std::vector<std::string>& cWords) {
     FwPipe::PrepareStreams();
     CLI::App cApp(
-        "fwpipe runs, checks and draws pipe files, shows and repairs recordings, describes types, and "
+        "fwpipe runs, checks, draws and tests pipe files, shows and repairs recordings, describes types, and "
         "begins plugins.",
         "fwpipe");
     cApp.formatter(std::make_shared<HelpFormatter>());
@@ -109,7 +109,7 @@ int main(int iArguments, char** ppchArguments) {
     }
     int iStatus = FwPipe::ExitDone;
     try {
-        cApp.parse(iArguments, ppchArguments);
+        cApp.parse(std::vector<std::string>(cWords.rbegin(), cWords.rend())); // takes the last word first
     } catch (const CLI::Success& cHelp) {
         cApp.exit(cHelp);
     } catch (const CLI::ParseError& cError) {
@@ -120,4 +120,8 @@ int main(int iArguments, char** ppchArguments) {
     }
     const bool bPrinted = iStatus == FwPipe::ExitDone || iStatus == FwPipe::ExitCut;
     return bPrinted && !FwPipe::OutputArrived() ? FwPipe::ExitFailed : iStatus;
+}
+
+int main(int iArguments, char** ppchArguments) {
+    return FwPipe::Execute({ppchArguments + (iArguments > 0), ppchArguments + iArguments});
 }

@@ -2,6 +2,7 @@
 #include "replaced.h"
 
 #include "described.h"
+#include "elements.h"
 #include "message.h"
 #include "nearest.h"
 
@@ -16,57 +17,21 @@ namespace {
 using VESK::EObject;
 using VESK::EPipeline;
 
-std::string Value(const EObject& cElement, const char* pchKey) {
-    const char* const pchValue = VESK::FindValue(cElement.m_cProperties, pchKey);
-    return pchValue ? pchValue : "";
-}
-
-// The first element whose name is the first uLength characters; null for none.
-EObject* Named(const EPipeline& cPipeline, const std::string& cText, std::size_t uLength) {
-    for (int i = 0; i < cPipeline.m_iElementCount; ++i) {
-        EObject* const pElement = cPipeline.m_ppElements[i];
-        if (pElement && Value(*pElement, VESK::Key::Name) == cText.substr(0, uLength)) {
-            return pElement;
-        }
-    }
-    return nullptr;
-}
-
 struct Target {
     EObject* pElement = nullptr;
     std::string cKey;
 };
 
-// Names may contain '.' and '/': the longest one that exists counts.
+// Names may contain '.': the longest one that exists counts.
 Target Find(const EPipeline& cPipeline, const std::string& cText) {
-    for (std::size_t u = cText.size(); u-- > 1;) {
-        if (cText[u] != '.' && cText[u] != '/') {
-            continue;
-        }
-        EObject* const pElement = Named(cPipeline, cText, u);
-        const std::string cRest = cText.substr(u + 1);
-        if (pElement && cText[u] == '.' && !cRest.empty()) {
-            return {pElement, cRest};
-        }
-        const EPipeline* const pInner = cText[u] == '/' ? EPipeline::From(pElement) : nullptr;
-        if (Target cTarget = pInner ? Find(*pInner, cRest) : Target(); cTarget.pElement) {
-            return cTarget;
+    for (std::size_t u = cText.size() - 1; u-- > 1;) {
+        EObject* const pElement =
+            cText[u] == '.' ? FindElementByPath(cPipeline, cText.substr(0, u)) : nullptr;
+        if (pElement) {
+            return {pElement, cText.substr(u + 1)};
         }
     }
     return {};
-}
-
-void AppendNames(const EPipeline& cPipeline, const std::string& cOuter, std::vector<std::string>& cNames) {
-    for (int i = 0; i < cPipeline.m_iElementCount; ++i) {
-        EObject* const pElement = cPipeline.m_ppElements[i];
-        const std::string cName = pElement ? cOuter + Value(*pElement, VESK::Key::Name) : cOuter;
-        if (cName.size() > cOuter.size()) {
-            cNames.push_back(cName);
-        }
-        if (const EPipeline* const pInner = EPipeline::From(pElement)) {
-            AppendNames(*pInner, cName + '/', cNames);
-        }
-    }
 }
 
 bool Refuse(const std::string& cSetting, const std::string& cReason, const std::string& cHint) {
@@ -94,12 +59,12 @@ bool Replace(const std::string& cSetting, EPipeline& cPipeline) {
     }
     const Target cTarget = Find(cPipeline, cPlace);
     if (!cTarget.pElement) {
-        std::vector<std::string> cNames;
-        AppendNames(cPipeline, "", cNames);
         const std::string cName = cPlace.substr(0, cPlace.rfind('.'));
-        return Refuse(cSetting, "no element is named \"" + cName + '"', Nearest(cName, cNames));
+        return Refuse(cSetting, "no element is named \"" + cName + '"',
+                      Nearest(cName, ElementPaths(cPipeline)));
     }
-    const std::string cType = Value(*cTarget.pElement, VESK::Key::EObjectType);
+    const char* const pchType = Setting(*cTarget.pElement, VESK::Key::EObjectType);
+    const std::string cType = pchType ? pchType : "";
     std::vector<std::string> cKeys;
     if (const auto* const pType = DescriptionOf(cType, *cPipeline.m_pFramework)) {
         for (const VESK::PropertyDescription* const pProperty : PropertiesOf(*pType)) {

@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# fwpipe test itself: verb.sh FWPIPE DOCUMENT TEST-FILE PLUGINS. The commands of the document print what it shows; a
+# changed expectation fails, and --update restores it.
+set -euo pipefail
+fwpipe=$(realpath "$1") document=$(realpath "$2") cases=$(realpath "$3") plugins=$(realpath "$4")
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+cd "$scratch"
+fwpipe() { "$fwpipe" "$@"; }
+
+awk '/^```test/ { on = 1; next } /^```/ { on = 0 } on' "$document" >tee.test
+awk '/^```console/ { on = 1; next } /^```/ { on = 0 } on' "$document" >shown
+while IFS= read -r line; do
+    printf '%s\n' "$line"
+    [[ $line != '$ '* ]] || eval "${line#??}" 2>&1 || true
+done < <(grep '^\$ ' shown) >printed
+diff shown printed
+
+# Every expectation of the file's first cases is changed, one at a time; each change is noticed, and undone by --update.
+sed '/^--- case what is wrong/,$d' "$cases" >whole.test
+fwpipe test --link "$plugins" whole.test >all
+changed=0
+while IFS=: read -r number _; do
+    sed "$number s/.\$/&9/" whole.test >changed.test
+    if fwpipe test --link "$plugins" changed.test >found; then
+        echo "a change in line $number is not noticed: $(sed -n "$number p" changed.test)"
+        exit 1
+    fi
+    fwpipe test --link "$plugins" --update changed.test >found
+    diff whole.test changed.test
+    changed=$((changed + 1))
+done < <(awk '/^--- / { on = /^--- (printed|stdout|stderr|left|output|built)/ }
+              /^--- (answers|exit) / || (on && !/^---/ && NF) { print NR ":" }' whole.test)
+((changed > 20))
