@@ -30,8 +30,9 @@ bool Has(const VESK::EObject* pElement, Slot First, Slot Second) {
     return pTable && (pTable[First] == pClass[First] || pTable[Second] == pClass[Second]);
 }
 
-std::string Name(VESK::EObject& cElement) {
-    const char* const pchName = Setting(cElement, VESK::Key::Name);
+// An empty text for an element without a name, and for null.
+std::string Name(VESK::EObject* pElement) {
+    const char* const pchName = pElement ? Setting(*pElement, VESK::Key::Name) : nullptr;
     return pchName ? pchName : "";
 }
 
@@ -70,7 +71,7 @@ std::string Shown(VESK::EObject& cElement) {
 VESK::EObject* FindElementByPath(const VESK::EPipeline& cPipeline, const std::string& cPath) {
     for (int i = 0; i < cPipeline.m_iElementCount; ++i) {
         VESK::EObject* const pElement = cPipeline.m_ppElements[i];
-        const std::string cName = Name(*pElement);
+        const std::string cName = Name(pElement);
         const VESK::EPipeline* const pNested = VESK::EPipeline::From(pElement);
         if (cName == cPath && !cName.empty()) {
             return pElement;
@@ -88,7 +89,7 @@ std::vector<std::string> ElementPaths(const VESK::EPipeline& cPipeline) {
     std::vector<std::string> cPaths;
     for (int i = 0; i < cPipeline.m_iElementCount; ++i) {
         VESK::EObject* const pElement = cPipeline.m_ppElements[i];
-        const std::string cName = Name(*pElement);
+        const std::string cName = Name(pElement);
         if (cName.empty()) {
             continue;
         }

@@ -116,8 +116,9 @@ void Check(const Case& cCase) {
         if (!cWrong.empty()) {
             throw TestFileError(cSection.uLine, cWrong);
         }
-        if (cKind == "exit" && (cSection.cArgument.find_first_not_of("0123456789") != std::string::npos ||
-                                cSection.cArgument.size() > 3)) {
+        const std::string& cStatus = cSection.cArgument;
+        if (cKind == "exit" && (cStatus.find_first_not_of("0123456789") != std::string::npos ||
+                                cStatus.size() > 3 || std::stoul(cStatus) > 255)) {
             throw TestFileError(cSection.uLine, "an exit status is a number from 0 to 255");
         }
     }
@@ -214,13 +215,17 @@ const Section* Case::Find(const std::string& cKind, const std::string& cArgument
     return pFound == cSections.end() ? nullptr : &*pFound;
 }
 
-TestFile ReadTestFile(const std::string& cPath) {
+std::vector<std::string> ReadLines(const std::string& cPath) {
     std::ifstream cStream(cPath, std::ios::binary);
     std::ostringstream cText;
     if (!cStream || !(cText << cStream.rdbuf())) {
         throw TestFileError(0, cStream.is_open() ? "it is empty or cannot be read" : std::strerror(errno));
     }
-    TestFile cFile{cPath, Lines(cText.str()), {}, {}};
+    return Lines(cText.str());
+}
+
+TestFile ReadTestFile(const std::string& cPath) {
+    TestFile cFile{cPath, ReadLines(cPath), {}, {}};
     Case cShared; // the last one that is not "also"
     for (unsigned int uLine = 1; uLine <= cFile.cLines.size();) {
         if (!IsHeading(cFile.cLines[uLine - 1])) {

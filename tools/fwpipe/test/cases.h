@@ -44,10 +44,12 @@ public:
     unsigned int uLine;
 };
 
+// Throws TestFileError, as ReadTestFile does.
+std::vector<std::string> ReadLines(const std::string& cPath);
 TestFile ReadTestFile(const std::string& cPath);
 
-// The objects of an input in the form of object streams. An empty line ends an object. Where the line with the number of
-// properties is missing, it is added: each line up to the next empty one is then a property. Returns what is wrong.
+// The objects of an input in the form of object streams. An empty line ends an object. Where the line with the number
+// of properties is missing, it is added: each line up to the next empty one is then a property. Returns what is wrong.
 std::string AppendInput(const std::string& cText, std::vector<std::vector<std::string>>& cBlocks);
 
 } // namespace FwPipe

@@ -2,6 +2,7 @@
 #include "runcase.h"
 
 #include "command.h"
+#include "interrupt.h"
 #include "output.h"
 #include "test/steps.h"
 
@@ -38,6 +39,17 @@ void Write(const std::string& cPath, const std::string& cText) {
     }
 }
 
+// The path of a file of the case. It must be in the case's folder, also if links are followed: what they lead to is not
+// the case's own.
+std::string PlaceOf(const Section& cSection, const std::string& cFolder) {
+    const std::string cName = cSection.cKind == "pipe" ? "main.pipe" : cSection.cArgument;
+    const fs::path cPath = fs::weakly_canonical(fs::path(cFolder + '/' + cName));
+    if (cPath.string().compare(0, cFolder.size() + 1, fs::canonical(cFolder).string() + '/') != 0) {
+        throw TestFileError(cSection.uLine, "the file is not in the folder of the case");
+    }
+    return cPath.string();
+}
+
 CaseFolder Prepare(const Case& cCase, const CaseOptions& cOptions) {
     CaseFolder cFolder{cOptions.cScratch + "/case", cOptions.cScratch + "/results"};
     fs::create_directory(cFolder.cWork);
@@ -47,8 +59,7 @@ CaseFolder Prepare(const Case& cCase, const CaseOptions& cOptions) {
     }
     for (const Section& cSection : cCase.cSections) {
         if (cSection.cKind == "pipe" || cSection.cKind == "file") {
-            Write(cFolder.cWork + '/' + (cSection.cKind == "pipe" ? "main.pipe" : cSection.cArgument),
-                  cSection.cText);
+            Write(PlaceOf(cSection, cFolder.cWork), cSection.cText);
         }
     }
     const Section* const pInput = cCase.Find("stdin");
@@ -85,7 +96,9 @@ CaseFolder Prepare(const Case& cCase, const CaseOptions& cOptions) {
 int Wait(pid_t iProcess) {
     int iStatus = 0;
     while (waitpid(iProcess, &iStatus, 0) < 0) {
-        if (errno != EINTR) {
+        if (errno == EINTR && Interrupt()) {
+            kill(iProcess, SIGTERM);
+        } else if (errno != EINTR) {
             throw std::runtime_error(std::string("cannot wait for the case: ") + std::strerror(errno));
         }
     }
@@ -157,7 +170,13 @@ void Compare(const Case& cCase, const CaseFolder& cFolder, int iStatus, CaseResu
 
 CaseResult RunCase(const Case& cCase, const CaseOptions& cOptions) {
     CaseResult cResult;
-    const CaseFolder cFolder = Prepare(cCase, cOptions);
+    CaseFolder cFolder;
+    try {
+        cFolder = Prepare(cCase, cOptions);
+    } catch (const TestFileError& cError) {
+        cResult.cTrouble = std::to_string(cError.uLine) + ": " + cError.what();
+        return cResult;
+    }
     std::fflush(nullptr); // nothing that is printed twice
     const pid_t iProcess = fork();
     if (iProcess < 0) {
@@ -169,7 +188,7 @@ CaseResult RunCase(const Case& cCase, const CaseOptions& cOptions) {
     const int iStatus = Wait(iProcess);
     const std::string cLine = std::to_string(cCase.uLine) + ": ";
     cResult.cTrouble = Read(cFolder.cResults + "/trouble");
-    if (iStatus == ExitSignal + SIGALRM) {
+    if (iStatus == ExitSignal + SIGALRM && cOptions.uTimeout > 0) {
         cResult.cTrouble =
             cLine + "ended after " + std::to_string(cOptions.uTimeout) + " seconds (--timeout)";
     } else if (iStatus > ExitSignal && !cCase.Find("exit")) {

@@ -17,6 +17,9 @@ struct Difference {
     const Section* pSection; // null if the case has none, so that nothing, or success, was expected
     std::string cExpected;
     std::string cFound;
+
+    // Whether the heading has what was expected, not the lines.
+    bool IsInHeading() const { return cKind == "answers" || cKind == "exit"; }
 };
 
 struct CaseResult {

@@ -24,11 +24,15 @@ void RemoveLine(std::size_t uLine, std::string& cText) {
     cText.erase(uBegin, cText.find('\n', uBegin) + 1 - uBegin);
 }
 
-// An object of an object stream for people: without the number of properties, and without the property QObjectType if it
-// is the first one and equals the type. The end of a stream, which has the type QObject in an object stream, is QEOF.
+// An object of an object stream for people: without the number of properties, and without the property QObjectType if
+// it is the first one and equals the type. The end of a stream, which has the type QObject in an object stream, is QEOF.
 std::string Readable(std::string cText, bool bEnd) {
-    RemoveLine(1, cText);
+    static const std::string Count = "m_b2PropertyCount=";
     const std::string cType = cText.substr(0, cText.find('\n') + 1);
+    if (cText.compare(cType.size(), Count.size(), Count) != 0) {
+        return cText; // a class with a form of its own
+    }
+    RemoveLine(1, cText);
     if (cText.compare(cType.size(), 12 + cType.size(), "QObjectType=" + cType) == 0) {
         RemoveLine(1, cText);
     }

@@ -120,7 +120,7 @@ std::string Beginning(const std::string& cText) {
 
 // The lines in the form of the test file, as a unified diff.
 std::string Shown(const Difference& cDifference) {
-    const bool bLine = cDifference.cKind == "answers" || cDifference.cKind == "exit";
+    const bool bLine = cDifference.IsInHeading();
     const std::string cName =
         cDifference.cKind + (bLine || cDifference.cArgument.empty() ? "" : " " + cDifference.cArgument);
     Lines cExpected = bLine ? Lines{cDifference.cExpected} : Written(cDifference.cExpected);
@@ -157,6 +157,11 @@ std::vector<std::string> Links(const Options& cOptions, const TestFile& cFile) {
             throw TestFileError(0, "no file to link: " + cPath.string());
         }
         cLinks.push_back((cWhole.has_filename() ? cWhole : cWhole.parent_path()).string());
+        const fs::path cName = fs::path(cLinks.back()).filename();
+        if (std::any_of(cLinks.begin(), cLinks.end() - 1,
+                        [&](const fs::path& cOther) { return cOther.filename() == cName; })) {
+            throw TestFileError(0, "two links have the name " + cName.string());
+        }
     };
     for (const std::string& cLink : cFile.cLinks) {
         Add(fs::path(cFile.cPath).parent_path() / cLink);
@@ -218,7 +223,7 @@ void Run(const Options& cOptions, const TestFile& cFile, const std::vector<std::
         for (auto pUpdate = cUpdates.rbegin(); pUpdate != cUpdates.rend(); ++pUpdate) {
             UpdateCase(*pUpdate->first, pUpdate->second, cLines);
         }
-        WriteTestFile(cFile.cPath, cLines);
+        WriteTestFile(cFile, cLines);
     }
 }
 

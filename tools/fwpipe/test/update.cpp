@@ -17,9 +17,8 @@ namespace {
 
 // A section as it stands in the file; nothing for one that may be missing.
 std::vector<std::string> SectionLines(const Difference& cDifference) {
-    const bool bArgument = cDifference.cKind == "answers" || cDifference.cKind == "exit";
     std::string cHeading = "--- " + cDifference.cKind;
-    if (bArgument) {
+    if (cDifference.IsInHeading()) {
         return {cHeading + ' ' + cDifference.cFound};
     }
     const bool bNamed = !cDifference.cArgument.empty() || cDifference.cKind == "built";
@@ -67,7 +66,11 @@ void UpdateCase(const Case& cCase, const CaseResult& cResult, std::vector<std::s
     }
 }
 
-void WriteTestFile(const std::string& cPath, const std::vector<std::string>& cLines) {
+void WriteTestFile(const TestFile& cFile, const std::vector<std::string>& cLines) {
+    const std::string& cPath = cFile.cPath;
+    if (ReadLines(cPath) != cFile.cLines) {
+        throw std::runtime_error(cPath + " was changed meanwhile; it is not updated");
+    }
     std::string cText;
     for (const std::string& cLine : cLines) {
         cText += cLine + '\n';

@@ -10,12 +10,12 @@
 
 namespace FwPipe {
 
-// Puts what was found in the place of what the case expected. Applies to cNewLines, which begins as the file's lines; the
-// line numbers of the file remain valid only for the cases before this one, so the last case comes first.
+// Puts what was found in the place of what the case expected. Applies to cNewLines, which begins as the file's lines.
+// The line numbers of the file remain valid only for the cases before this one, so the last case comes first.
 void UpdateCase(const Case& cCase, const CaseResult& cResult, std::vector<std::string>& cNewLines);
 
-// Replaces the file. Throws std::runtime_error.
-void WriteTestFile(const std::string& cPath, const std::vector<std::string>& cLines);
+// Replaces the file by these lines. Throws std::runtime_error, also if the file is no longer as it was read.
+void WriteTestFile(const TestFile& cFile, const std::vector<std::string>& cLines);
 
 } // namespace FwPipe
 

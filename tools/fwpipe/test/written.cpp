@@ -41,10 +41,12 @@ std::size_t TakeNumber(std::string_view& cText) {
 
 // If a mark <N*TEXT> is at the start, appends its meaning and returns the mark's length; otherwise returns 0.
 std::size_t TakeRepeated(std::string_view cText, std::string& cMeant) {
-    const std::size_t uStar = cText.find('*');
-    const std::size_t uEnd = uStar == std::string_view::npos ? uStar : cText.find('>', uStar);
-    if (uEnd == std::string_view::npos || uStar < 2 ||
-        !std::all_of(cText.begin() + 1, cText.begin() + static_cast<std::ptrdiff_t>(uStar), IsDigit)) {
+    const std::size_t uStar = cText.find_first_not_of("0123456789", 1);
+    if (uStar == std::string_view::npos || uStar < 2 || cText[uStar] != '*') {
+        return 0;
+    }
+    const std::size_t uEnd = cText.find('>', uStar);
+    if (uEnd == std::string_view::npos) {
         return 0;
     }
     std::string_view cNumber = cText.substr(1);
@@ -121,6 +123,14 @@ std::size_t TakeTimes(std::string_view& cLine) {
     return uTimes;
 }
 
+// Whether a text would be read as a mark, or as something like it.
+bool BeginsMark(std::string_view cText) {
+    const bool bNamed = std::any_of(std::begin(Marks), std::end(Marks),
+                                    [&](const auto& cMark) { return StartsWith(cText, cMark.pchMark); });
+    return bNamed || StartsWith(cText, "<x") || cText == "<end>" ||
+           (cText.size() > 1 && cText.front() == '<' && IsDigit(cText[1]));
+}
+
 // A byte of a text in a line; bMark: it may not begin a mark.
 void AppendByte(char ch, bool bMark, std::string& cLine) {
     for (const auto& cMark : Marks) {
@@ -150,9 +160,7 @@ std::string WrittenLine(std::string_view cText, bool bNewline) {
         cLine = "<0*>"; // otherwise the line is a heading or a repetition
     }
     while (!cText.empty()) {
-        std::string cMeant;
-        const bool bEnd = cText == "<end>";
-        AppendByte(cText.front(), cText.front() == '<' && (bEnd || TakeMark(cText, cMeant) > 0), cLine);
+        AppendByte(cText.front(), BeginsMark(cText), cLine);
         cText.remove_prefix(1);
     }
     return bNewline ? cLine : cLine + "<end>";
@@ -164,7 +172,6 @@ std::string AppendMeant(const std::string& cLine, std::vector<std::string>& cTex
     static const std::string End = "<end>";
     static const std::regex Rows(R"(\(these (\d{1,9}) lines (\d{1,9}) times\))");
     std::smatch cFound;
-    std::string cMeant;
     if (cLine.compare(0, 7, "(these ") == 0 && std::regex_match(cLine, cFound, Rows)) {
         const std::size_t uRows = std::stoul(cFound[1]);
         if (uRows == 0 || uRows > cTexts.size()) {
@@ -183,7 +190,8 @@ std::string AppendMeant(const std::string& cLine, std::vector<std::string>& cTex
     const bool bEnd =
         cRest.size() >= End.size() && cRest.substr(cRest.size() - End.size()) == std::string_view(End);
     const bool bRepeated = cRest.size() != cLine.size();
-    cMeant = bEnd && !bRepeated ? Meant(cRest.substr(0, cRest.size() - End.size())) : Meant(cRest) + '\n';
+    const std::string cMeant =
+        bEnd && !bRepeated ? Meant(cRest.substr(0, cRest.size() - End.size())) : Meant(cRest) + '\n';
     cTexts.emplace_back();
     if (!bRepeated) {
         cTexts.back() = cMeant;
