@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Checks of arguments in the form of CLI11: they return an empty text for a valid argument, otherwise an error message.
+// Checks of arguments: they return an empty text for a valid argument, otherwise an error message.
 #ifndef FWPIPE_CHECKS_H
 #define FWPIPE_CHECKS_H
 

@@ -4,13 +4,10 @@
 #ifndef FWPIPE_COMMAND_H
 #define FWPIPE_COMMAND_H
 
-#include <functional>
+#include "commandline.h"
+
 #include <string>
 #include <vector>
-
-namespace CLI {
-class App;
-}
 
 namespace FwPipe {
 
@@ -22,31 +19,28 @@ enum ExitStatus {
     ExitSignal = 128 // plus the number of the signal
 };
 
-// Executes the command line and returns the exit status. If that is ExitFailed, one line on standard error says why.
-using Action = std::function<int()>;
-
 // Executes a command line, without the name of the program, and returns the exit status.
 int Execute(const std::vector<std::string>& cWords);
 
-// Adds the subcommand, which stores its action in cChosen if the command line names it.
-using AddCommand = void (*)(CLI::App& cApp, Action& cChosen);
+// Adds the subcommand to the program.
+using AddCommand = void (*)(const Command& cProgram);
 
 // Adds a subcommand with one required file argument.
-CLI::App& AddFileCommand(CLI::App& cApp, const char* pchName, const char* pchAbout, const char* pchExamples,
-                         std::string& cFile, const char* pchFile);
+Command AddFileCommand(const Command& cProgram, const char* pchName, const char* pchAbout,
+                       const char* pchExamples, std::string& cFile, const char* pchFile);
 
 // Adds --config, which requires a regular file that can be read.
-void AddConfigOption(CLI::App& cCommand, const char* pchAbout, std::string& cConfig);
+void AddConfigOption(const Command& cCommand, const char* pchAbout, std::string& cConfig);
 
-void AddRun(CLI::App& cApp, Action& cChosen);
-void AddLaunch(CLI::App& cApp, Action& cChosen);
-void AddCheck(CLI::App& cApp, Action& cChosen);
-void AddGraph(CLI::App& cApp, Action& cChosen);
-void AddRecover(CLI::App& cApp, Action& cChosen);
-void AddDump(CLI::App& cApp, Action& cChosen);
-void AddInspect(CLI::App& cApp, Action& cChosen);
-void AddTest(CLI::App& cApp, Action& cChosen);
-void AddNew(CLI::App& cApp, Action& cChosen);
+void AddRun(const Command& cProgram);
+void AddLaunch(const Command& cProgram);
+void AddCheck(const Command& cProgram);
+void AddGraph(const Command& cProgram);
+void AddRecover(const Command& cProgram);
+void AddDump(const Command& cProgram);
+void AddInspect(const Command& cProgram);
+void AddTest(const Command& cProgram);
+void AddNew(const Command& cProgram);
 
 } // namespace FwPipe
 

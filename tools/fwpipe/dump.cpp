@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <deque>
 #include <fcntl.h>
@@ -203,44 +202,40 @@ int Dump(const Options& cOptions) {
 
 } // namespace
 
-void AddDump(CLI::App& cApp, Action& cChosen) {
+void AddDump(const Command& cProgram) {
     const auto pOptions = std::make_shared<Options>();
-    CLI::App* const pDump = cApp.add_subcommand("dump", "Show the objects of a recording");
-    pDump->footer(Examples);
-    pDump->add_option("FILE", pOptions->cFile, "The recording; standard input if absent or \"-\"")
-        ->type_name("");
-    CLI::Option* const pOneLine =
-        pDump->add_flag("--oneline", pOptions->bOneLine, "Print one line for each object");
-    CLI::Option* const pJson =
-        pDump
-            ->add_flag("--json{object}", pOptions->cJson,
-                       "Print one line of JSON for each object; --json=pairs prints properties as pairs")
-            ->check(CLI::IsMember({"object", "pairs"}))
-            ->excludes(pOneLine);
-    CLI::Option* const pRaw = pDump->add_flag("--raw", pOptions->bRaw, "Do not escape control characters");
-    CLI::Option* const pHead =
-        pDump->add_option("--head", pOptions->ullHead, "Show only the first N selected objects")
-            ->type_name("N")
-            ->check(CLI::Validator(NotACount, ""));
-    CLI::Option* const pTail =
-        pDump
-            ->add_option("--tail", pOptions->ullTail,
-                         "Show only the last N selected objects, which are kept in memory")
-            ->type_name("N")
-            ->check(CLI::Validator(NotACount, ""))
-            ->excludes(pHead);
-    CLI::Option* const pCount =
-        pDump->add_flag("--count", pOptions->bCount, "Print only the number of selected objects");
-    for (CLI::Option* const pOther : {pOneLine, pJson, pRaw, pHead, pTail}) {
-        pCount->excludes(pOther);
+    const Command cDump = cProgram.Add("dump", "Show the objects of a recording", Examples);
+    cDump.AddOption("FILE", pOptions->cFile, "The recording; standard input if absent or \"-\"").Shows("");
+    const Option cOneLine = cDump.AddFlag("--oneline", pOptions->bOneLine, "Print one line for each object");
+    const Option cJson =
+        cDump
+            .AddFlag("--json{object}", pOptions->cJson,
+                     "Print one line of JSON for each object; --json=pairs prints properties as pairs")
+            .OneOf({"object", "pairs"})
+            .Excludes(cOneLine);
+    const Option cRaw = cDump.AddFlag("--raw", pOptions->bRaw, "Do not escape control characters");
+    const Option cHead =
+        cDump.AddOption("--head", pOptions->ullHead, "Show only the first N selected objects")
+            .Shows("N")
+            .Check(NotACount);
+    const Option cTail = cDump
+                             .AddOption("--tail", pOptions->ullTail,
+                                        "Show only the last N selected objects, which are kept in memory")
+                             .Shows("N")
+                             .Check(NotACount)
+                             .Excludes(cHead);
+    const Option cCount =
+        cDump.AddFlag("--count", pOptions->bCount, "Print only the number of selected objects");
+    for (const Option& cOther : {cOneLine, cJson, cRaw, cHead, cTail}) {
+        cCount.Excludes(cOther);
     }
-    pDump
-        ->add_option("--where", pOptions->cWhere,
-                     "Select objects that have this property; if repeated, objects that have all of them")
-        ->type_name("KEY=VALUE")
-        ->allow_extra_args(false) // the next argument is not a second value
-        ->check(CLI::Validator(NotACondition, ""));
-    pDump->callback([pOptions, &cChosen] { cChosen = [pOptions] { return Dump(*pOptions); }; });
+    cDump
+        .AddOption("--where", pOptions->cWhere,
+                   "Select objects that have this property; if repeated, objects that have all of them")
+        .Shows("KEY=VALUE")
+        .Single() // the next argument is not a second value
+        .Check(NotACondition);
+    cDump.Runs([pOptions] { return Dump(*pOptions); });
 }
 
 } // namespace FwPipe

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <fcntl.h>
 #include <memory>
@@ -273,27 +272,27 @@ int Recover(const Options& cOptions) {
 
 } // namespace
 
-void AddRecover(CLI::App& cApp, Action& cChosen) {
+void AddRecover(const Command& cProgram) {
     const auto pOptions = std::make_shared<Options>();
-    CLI::App& cRecover =
-        AddFileCommand(cApp, "recover", "Keep the complete objects at the start of a damaged recording",
+    const Command cRecover =
+        AddFileCommand(cProgram, "recover", "Keep the complete objects at the start of a damaged recording",
                        Examples, pOptions->cFile, "The recording");
-    CLI::Option* const pOut =
-        cRecover.add_option("-o,--output", pOptions->cOut, "The new file; FILE.recovered if absent")
-            ->type_name("OUT");
-    cRecover.add_flag("--resync", pOptions->bResync, "Also keep complete objects after damage");
+    const Option cOut =
+        cRecover.AddOption("-o,--output", pOptions->cOut, "The new file; FILE.recovered if absent")
+            .Shows("OUT");
+    cRecover.AddFlag("--resync", pOptions->bResync, "Also keep complete objects after damage");
     cRecover
-        .add_flag("--in-place", pOptions->bInPlace,
-                  "Replace FILE; keep its owner, mode and access control list")
-        ->excludes(pOut);
-    cRecover.add_flag(
+        .AddFlag("--in-place", pOptions->bInPlace,
+                 "Replace FILE; keep its owner, mode and access control list")
+        .Excludes(cOut);
+    cRecover.AddFlag(
         "--force", pOptions->bForce,
         "Replace OUT if it exists; allow --in-place to empty FILE or to remove complete objects");
-    cRecover.callback([pOptions, &cChosen] {
+    cRecover.Runs([pOptions] {
         if (pOptions->cOut.empty()) {
             pOptions->cOut = pOptions->cFile + (pOptions->bInPlace ? "" : ".recovered");
         }
-        cChosen = [pOptions] { return Recover(*pOptions); };
+        return Recover(*pOptions);
     });
 }
 

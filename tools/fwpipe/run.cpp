@@ -21,7 +21,6 @@
 #include <fwlib/fwlib.h>
 
 #include <cerrno>
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -178,56 +177,53 @@ int Steps(RunOptions& cOptions, const BuildFunction& Build, VESK::EPipeline& cPi
     return iStatus;
 }
 
-void AddSafeguards(CLI::App& cRun, RunOptions& cOptions) {
-    cRun.add_flag("--keep", cOptions.cRecorders.bKeep,
-                  "Do not replace recordings: set Existing to \"refuse\" on recorders without this property");
-    cRun.add_flag("--shared-files", cOptions.cRecorders.bShared,
-                  "Let recorders write files that other elements of the pipeline use");
-    cRun.add_flag("--ignore-refused", cOptions.bIgnoreRefused,
-                  "Refused objects do not change the exit status");
-    cRun.add_flag("--report", cOptions.bReport,
-                  "Print runs, objects and time on standard error at the end (default on a terminal)");
+void AddSafeguards(const Command& cRun, RunOptions& cOptions) {
+    cRun.AddFlag("--keep", cOptions.cRecorders.bKeep,
+                 "Do not replace recordings: set Existing to \"refuse\" on recorders without this property");
+    cRun.AddFlag("--shared-files", cOptions.cRecorders.bShared,
+                 "Let recorders write files that other elements of the pipeline use");
+    cRun.AddFlag("--ignore-refused", cOptions.bIgnoreRefused,
+                 "Refused objects do not change the exit status");
+    cRun.AddFlag("--report", cOptions.bReport,
+                 "Print runs, objects and time on standard error at the end (default on a terminal)");
 }
 
 // Before the other options, as their files are seen from that folder.
-void AddFolder(CLI::App& cCommand) {
+void AddFolder(const Command& cCommand) {
     cCommand
-        .add_option(
+        .AddOption(
             "-C",
-            [](const CLI::results_t& cFolders) {
-                if (chdir(cFolders.front().c_str()) != 0) {
-                    throw CLI::ValidationError("-C", "cannot change to " + cFolders.front() + ": " +
-                                                         std::strerror(errno));
-                }
-                return true;
+            [](const std::string& cFolder) {
+                return chdir(cFolder.c_str()) == 0
+                           ? std::string()
+                           : "cannot change to " + cFolder + ": " + std::strerror(errno);
             },
             "Run as from that folder")
-        ->type_name("DIR");
+        .Shows("DIR");
 }
 
 } // namespace
 
-void AddRunOptions(CLI::App& cCommand, RunOptions& cOptions) {
+void AddRunOptions(const Command& cCommand, RunOptions& cOptions) {
     AddFolder(cCommand);
     AddConfigOption(cCommand,
                     "Read each element's properties from the section of FILE that has the name of its type",
                     cOptions.cConfig);
     cCommand
-        .add_option("--set", cOptions.cSettings,
-                    "Replace a property after building; OUTER/INNER.KEY in nested pipelines; may be repeated")
-        ->type_name("NAME.KEY=VALUE")
-        ->allow_extra_args(false);
-    CLI::Option* const pDrain = cCommand.add_flag("--drain", cOptions.bDrain, "Run until a run returns 0");
-    CLI::Option* const pRepeat =
-        cCommand.add_option("--repeat", cOptions.ullRepeat, "Run N times, or until a run returns 0")
-            ->type_name("N")
-            ->check(CLI::Validator(NotACount, ""))
-            ->excludes(pDrain);
-    cCommand.add_flag("--quiet", cOptions.bQuiet,
-                      "Do not print progress lines; a build that fails prints them on standard error");
+        .AddOption("--set", cOptions.cSettings,
+                   "Replace a property after building; OUTER/INNER.KEY in nested pipelines; may be repeated")
+        .Shows("NAME.KEY=VALUE")
+        .Single();
+    const Option cDrain = cCommand.AddFlag("--drain", cOptions.bDrain, "Run until a run returns 0");
+    const Option cRepeat =
+        cCommand.AddOption("--repeat", cOptions.ullRepeat, "Run N times, or until a run returns 0")
+            .Shows("N")
+            .Check(NotACount)
+            .Excludes(cDrain);
+    cCommand.AddFlag("--quiet", cOptions.bQuiet,
+                     "Do not print progress lines; a build that fails prints them on standard error");
     AddSafeguards(cCommand, cOptions);
-    cCommand.parse_complete_callback(
-        [&cOptions, pDrain, pRepeat] { cOptions.bLoop = pDrain->count() > 0 || pRepeat->count() > 0; });
+    cCommand.WhenRead([&cOptions, cDrain, cRepeat] { cOptions.bLoop = cDrain.Given() || cRepeat.Given(); });
 }
 
 int RunPipeline(RunOptions& cOptions, const BuildFunction& Build) {
@@ -256,20 +252,18 @@ int RunPipeline(RunOptions& cOptions, const BuildFunction& Build) {
     return iStatus;
 }
 
-void AddRun(CLI::App& cApp, Action& cChosen) {
+void AddRun(const Command& cProgram) {
     const auto pOptions = std::make_shared<RunOptions>();
-    CLI::App& cRun =
-        AddFileCommand(cApp, "run", "Build a pipeline from a pipe file, initialize it and run it", Examples,
-                       pOptions->cFile, "The pipe file");
+    const Command cRun =
+        AddFileCommand(cProgram, "run", "Build a pipeline from a pipe file, initialize it and run it",
+                       Examples, pOptions->cFile, "The pipe file");
     AddRunOptions(cRun, *pOptions);
-    cRun.callback([pOptions, &cChosen] {
-        cChosen = [pOptions] {
-            return RunPipeline(*pOptions, [pOptions](VESK::EPipeline& cPipeline) {
-                char* const pchFile = pOptions->cFile.data();
-                return pOptions->cConfig.empty() ? cPipeline.BuildPipe(pchFile)
-                                                 : cPipeline.BuildPipe(pchFile, 1, pOptions->cConfig.data());
-            });
-        };
+    cRun.Runs([pOptions] {
+        return RunPipeline(*pOptions, [pOptions](VESK::EPipeline& cPipeline) {
+            char* const pchFile = pOptions->cFile.data();
+            return pOptions->cConfig.empty() ? cPipeline.BuildPipe(pchFile)
+                                             : cPipeline.BuildPipe(pchFile, 1, pOptions->cConfig.data());
+        });
     });
 }
 

@@ -3,15 +3,12 @@
 #ifndef FWPIPE_RUN_H
 #define FWPIPE_RUN_H
 
+#include "commandline.h"
 #include "recorders.h"
 
 #include <functional>
 #include <string>
 #include <vector>
-
-namespace CLI {
-class App;
-}
 
 namespace VESK {
 class EPipeline;
@@ -32,7 +29,7 @@ struct RunOptions {
     RecorderOptions cRecorders;
 };
 
-void AddRunOptions(CLI::App& cCommand, RunOptions& cOptions);
+void AddRunOptions(const Command& cCommand, RunOptions& cOptions);
 
 // Builds the pipeline by that function, which returns 0 after a report if it fails, initializes it and runs it. Returns
 // the exit status.

@@ -7,7 +7,6 @@
 #include "../output.h"
 #include "show.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
 #include <unistd.h>
@@ -90,24 +89,22 @@ int Check(const Options& cOptions) {
 
 } // namespace
 
-void AddCheck(CLI::App& cApp, Action& cChosen) {
+void AddCheck(const Command& cProgram) {
     const auto pOptions = std::make_shared<Options>();
-    CLI::App* const pCheck = cApp.add_subcommand("check", "Report mistakes of pipe files");
-    pCheck->footer(Examples);
-    pCheck->add_option("FILE", pOptions->cFiles, "The pipe files")->required()->type_name("");
-    pCheck->add_flag("--load", pOptions->bLoad,
-                     "Load the plugins; create elements of types without a description");
-    pCheck->add_flag("--part", pOptions->bPart,
-                     "The files are nested in others: no plugin and no sink line is needed");
-    pCheck->add_flag("--werror", pOptions->bStrict, "Exit status 1 for warnings too");
-    pCheck->add_flag("--json", pOptions->bJson, "Print an array of JSON objects");
-    AddConfigOption(*pCheck, "As built with this configuration file", pOptions->cConfig);
-    pCheck
-        ->add_option("--plugin", pOptions->cPlugins,
-                     "As with a line \"plugin FILE\" in front; may be repeated")
-        ->type_name("FILE")
-        ->allow_extra_args(false);
-    pCheck->callback([pOptions, &cChosen] { cChosen = [pOptions] { return Check(*pOptions); }; });
+    const Command cCheck = cProgram.Add("check", "Report mistakes of pipe files", Examples);
+    cCheck.AddOption("FILE", pOptions->cFiles, "The pipe files").Required().Shows("");
+    cCheck.AddFlag("--load", pOptions->bLoad,
+                   "Load the plugins; create elements of types without a description");
+    cCheck.AddFlag("--part", pOptions->bPart,
+                   "The files are nested in others: no plugin and no sink line is needed");
+    cCheck.AddFlag("--werror", pOptions->bStrict, "Exit status 1 for warnings too");
+    cCheck.AddFlag("--json", pOptions->bJson, "Print an array of JSON objects");
+    AddConfigOption(cCheck, "As built with this configuration file", pOptions->cConfig);
+    cCheck
+        .AddOption("--plugin", pOptions->cPlugins, "As with a line \"plugin FILE\" in front; may be repeated")
+        .Shows("FILE")
+        .Single();
+    cCheck.Runs([pOptions] { return Check(*pOptions); });
 }
 
 } // namespace FwPipe

@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <CLI/CLI.hpp>
 #include <fcntl.h>
 #include <filesystem>
 #include <iterator>
@@ -142,15 +141,15 @@ int Draw(const Options& cOptions) {
 
 } // namespace
 
-void AddGraph(CLI::App& cApp, Action& cChosen) {
+void AddGraph(const Command& cProgram) {
     const auto pOptions = std::make_shared<Options>();
-    CLI::App& cGraph =
-        AddFileCommand(cApp, "graph", "Draw a pipe file", Examples, pOptions->cFile, "The pipe file");
-    cGraph.add_option("-o,--output", pOptions->cOut, "Write to this file")->type_name("FILE");
-    cGraph.add_option("--format", pOptions->cFormat, "dot, svg, mermaid, html or json; dot if absent")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"dot", "svg", "mermaid", "html", "json"}));
-    cGraph.callback([pOptions, &cChosen] { cChosen = [pOptions] { return Draw(*pOptions); }; });
+    const Command cGraph =
+        AddFileCommand(cProgram, "graph", "Draw a pipe file", Examples, pOptions->cFile, "The pipe file");
+    cGraph.AddOption("-o,--output", pOptions->cOut, "Write to this file").Shows("FILE");
+    cGraph.AddOption("--format", pOptions->cFormat, "dot, svg, mermaid, html or json; dot if absent")
+        .Shows("FORMAT")
+        .OneOf({"dot", "svg", "mermaid", "html", "json"});
+    cGraph.Runs([pOptions] { return Draw(*pOptions); });
 }
 
 } // namespace FwPipe

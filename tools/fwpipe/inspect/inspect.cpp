@@ -13,7 +13,6 @@
 
 #include <fwlib/fwlib.h>
 
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -151,14 +150,13 @@ int Inspect(Options Chosen) {
 
 } // namespace
 
-void AddInspect(CLI::App& cApp, Action& cChosen) {
+void AddInspect(const Command& cProgram) {
     const auto pOptions = std::make_shared<Options>();
-    CLI::App* const pInspect = cApp.add_subcommand("inspect", "Show the types of the library or a plugin");
-    pInspect->footer(Examples);
-    pInspect->add_option("PLUGIN", pOptions->cPlugin, "The plugin; the library if absent")->type_name("");
-    pInspect->add_option("TYPE", pOptions->cType, "The type; all types if absent")->type_name("");
-    pInspect->add_flag("--json", pOptions->bJson, "Print JSON");
-    pInspect->callback([pOptions, &cChosen] { cChosen = [pOptions] { return Inspect(*pOptions); }; });
+    const Command cInspect = cProgram.Add("inspect", "Show the types of the library or a plugin", Examples);
+    cInspect.AddOption("PLUGIN", pOptions->cPlugin, "The plugin; the library if absent").Shows("");
+    cInspect.AddOption("TYPE", pOptions->cType, "The type; all types if absent").Shows("");
+    cInspect.AddFlag("--json", pOptions->bJson, "Print JSON");
+    cInspect.Runs([pOptions] { return Inspect(*pOptions); });
 }
 
 } // namespace FwPipe

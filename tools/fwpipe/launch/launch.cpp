@@ -12,7 +12,6 @@
 #include <fwlib/fwlib.h>
 
 #include <algorithm>
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <iterator>
 #include <memory>
@@ -137,21 +136,20 @@ int Launch(Options& cOptions) {
 
 } // namespace
 
-void AddLaunch(CLI::App& cApp, Action& cChosen) {
+void AddLaunch(const Command& cProgram) {
     const auto pOptions = std::make_shared<Options>();
-    CLI::App* const pLaunch =
-        cApp.add_subcommand("launch", "Build a pipeline from the command line and run it");
-    pLaunch->footer(Examples);
-    pLaunch->add_option("WORD", pOptions->cWords, "TYPE [KEY=VALUE]..., \"!\" or NAME:PAD")
-        ->required()
-        ->type_name("");
-    AddRunOptions(*pLaunch, *pOptions);
-    pLaunch
-        ->add_option("--plugin", pOptions->cPlugins, "Load a plugin; may be repeated. The library needs none")
-        ->type_name("FILE")
-        ->allow_extra_args(false);
-    pLaunch->add_flag("--print", pOptions->bPrint, "Print the pipe file instead of running it");
-    pLaunch->callback([pOptions, &cChosen] { cChosen = [pOptions] { return Launch(*pOptions); }; });
+    const Command cLaunch =
+        cProgram.Add("launch", "Build a pipeline from the command line and run it", Examples);
+    cLaunch.AddOption("WORD", pOptions->cWords, "TYPE [KEY=VALUE]..., \"!\" or NAME:PAD")
+        .Required()
+        .Shows("");
+    AddRunOptions(cLaunch, *pOptions);
+    cLaunch
+        .AddOption("--plugin", pOptions->cPlugins, "Load a plugin; may be repeated. The library needs none")
+        .Shows("FILE")
+        .Single();
+    cLaunch.AddFlag("--print", pOptions->bPrint, "Print the pipe file instead of running it");
+    cLaunch.Runs([pOptions] { return Launch(*pOptions); });
 }
 
 } // namespace FwPipe

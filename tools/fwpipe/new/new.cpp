@@ -6,7 +6,6 @@
 #include "new/project.h"
 #include "output.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 
@@ -45,22 +44,20 @@ int NewPlugin(const Options& cOptions) {
 
 } // namespace
 
-void AddNew(CLI::App& cApp, Action& cChosen) {
+void AddNew(const Command& cProgram) {
     const auto pOptions = std::make_shared<Options>();
-    CLI::App* const pNew = cApp.add_subcommand("new", "Write a project to begin with");
-    pNew->require_subcommand(1);
-    pNew->footer(Examples);
-    CLI::App* const pPlugin = pNew->add_subcommand("plugin", "Write a plugin with one element");
-    pPlugin->footer(Examples);
-    pPlugin
-        ->add_option("NAME", pOptions->cName,
-                     "The name of the folder, and of the element after an E; letters and digits")
-        ->required()
-        ->type_name("")
-        ->check(CLI::Validator(WhyNoName, ""));
-    pPlugin->add_option("--dir", pOptions->cDir, "The folder to write into; the working directory if absent")
-        ->type_name("DIR");
-    pPlugin->callback([pOptions, &cChosen] { cChosen = [pOptions] { return NewPlugin(*pOptions); }; });
+    const Command cNew = cProgram.Add("new", "Write a project to begin with", Examples);
+    cNew.RequireSubcommand();
+    const Command cPlugin = cNew.Add("plugin", "Write a plugin with one element", Examples);
+    cPlugin
+        .AddOption("NAME", pOptions->cName,
+                   "The name of the folder, and of the element after an E; letters and digits")
+        .Required()
+        .Shows("")
+        .Check(WhyNoName);
+    cPlugin.AddOption("--dir", pOptions->cDir, "The folder to write into; the working directory if absent")
+        .Shows("DIR");
+    cPlugin.Runs([pOptions] { return NewPlugin(*pOptions); });
 }
 
 } // namespace FwPipe

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -262,26 +261,25 @@ int Test(const Options& cOptions) {
 
 } // namespace
 
-void AddTest(CLI::App& cApp, Action& cChosen) {
+void AddTest(const Command& cProgram) {
     const auto pOptions = std::make_shared<Options>();
-    CLI::App* const pTest = cApp.add_subcommand("test", "Run the cases of test files");
-    pTest->footer(Examples);
-    pTest->add_option("FILE", pOptions->cFiles, "The test files")->required()->type_name("...");
-    pTest
-        ->add_option("--filter", pOptions->cFilter,
-                     "Run only cases whose names contain this text; * and ? stand for other characters")
-        ->type_name("TEXT");
-    pTest
-        ->add_option("--link", pOptions->cLinks,
-                     "Make this file or folder available in the folder of each case; may be repeated")
-        ->type_name("PATH")
-        ->allow_extra_args(false);
-    pTest->add_option("--timeout", pOptions->uTimeout, "End a case after this many seconds; 0 for never")
-        ->type_name("SECONDS")
-        ->capture_default_str();
-    pTest->add_flag("--update", pOptions->bUpdate,
-                    "Write what the cases do into the files as what is expected");
-    pTest->callback([pOptions, &cChosen] { cChosen = [pOptions] { return Test(*pOptions); }; });
+    const Command cTest = cProgram.Add("test", "Run the cases of test files", Examples);
+    cTest.AddOption("FILE", pOptions->cFiles, "The test files").Required().Shows("...");
+    cTest
+        .AddOption("--filter", pOptions->cFilter,
+                   "Run only cases whose names contain this text; * and ? stand for other characters")
+        .Shows("TEXT");
+    cTest
+        .AddOption("--link", pOptions->cLinks,
+                   "Make this file or folder available in the folder of each case; may be repeated")
+        .Shows("PATH")
+        .Single();
+    cTest.AddOption("--timeout", pOptions->uTimeout, "End a case after this many seconds; 0 for never")
+        .Shows("SECONDS")
+        .ShowsDefault();
+    cTest.AddFlag("--update", pOptions->bUpdate,
+                  "Write what the cases do into the files as what is expected");
+    cTest.Runs([pOptions] { return Test(*pOptions); });
 }
 
 } // namespace FwPipe
