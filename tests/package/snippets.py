@@ -4,7 +4,7 @@
 
 Does what a document says, with the installed tree. A block of code whose paragraph above ends with a file's name in
 backquotes and a colon is that file; blocks of one file are joined. A block of commands (sh) is run in the folder of the
-files. A block without a language that is no file is what the commands above it print. Other C++ blocks are compiled as
+files. A block without a language, or a drawing, that is no file is what the commands above it print. Other C++ blocks are compiled as
 declarations, as members of an element, or as statements in one of its functions.
 """
 import os
@@ -90,7 +90,7 @@ for line, above, language, lines in blocks(text):
         errors = compiles(code)
         if errors:
             fail(line, "does not compile in any form\n" + "\n".join(errors))
-    elif not language and printed is not None:
+    elif language in ("", "mermaid") and printed is not None:
         if code != printed:
             fail(line, f"the commands print\n{printed}instead of\n{code}")
         printed = None
