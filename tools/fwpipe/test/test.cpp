@@ -49,7 +49,12 @@ const char* const Examples =
   plugin librate.so
   element EFilter
   property Name filter
+  property Key Celsius
+  property Minimum 20
   --- input filter
+  QObject
+  Celsius=19.5
+
   QObject
   Celsius=21.5
   --- output filter
