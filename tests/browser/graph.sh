@@ -2,9 +2,9 @@
 # SPDX-License-Identifier: MIT
 # Usage: graph.sh FWPIPE FOLDER
 # Opens pages of "fwpipe graph" in headless Chromium: every element is in the document, the search finds one, no request
-# is made. Writes screenshots of 5, 50 and 500 elements, light and dark, into FOLDER, for a person to look at.
+# is made; pointer, wheel, buttons and keys do what they should. Writes screenshots of 5, 50 and 500 elements, light and dark, into FOLDER, for a person to look at.
 set -euo pipefail
-fwpipe=$(realpath "$1")
+fwpipe=$(realpath "$1") gestures=$(realpath "$(dirname "$0")/gestures.js")
 mkdir -p "$2"
 cd "$2"
 
@@ -37,6 +37,9 @@ for count in 5 50 500; do
         echo "the page of $count elements makes requests"
         exit 1
     fi
+    { sed '/<\/body>/,$d' "$count.html" && echo '<script>' && cat "$gestures" && echo '</script></body></html>'; } >used.html
+    browser 0 --dump-dom "file://$PWD/used.html" >dom
+    grep -q '<p id="faults">none</p>' dom || { grep -o '<p id="faults">.*' dom || echo "no result of gestures.js"; exit 1; }
     browser 0 --screenshot="$PWD/$count-light.png" "$url" >/dev/null
     browser 1 --screenshot="$PWD/$count-dark.png" "$url" >/dev/null
     [[ -s $count-light.png && -s $count-dark.png ]]

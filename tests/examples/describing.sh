@@ -161,6 +161,8 @@ END
     check 0 '' "$note" graph -o new.json odd.pipe
     cmp -s new.json odd.json || fail '-o new.json is not the JSON form'
     check 2 '' 'fwpipe: the name new.txt tells no format*' graph -o new.txt odd.pipe
+    pipe unloaded 'plugin ./none.so' 'element EOther' 'property Name other' 'sink other'
+    check 0 '*"EOther"*"sinkPads": null*' 'fwpipe: unloaded.pipe has mistakes; *' graph --format json unloaded.pipe
     check 1 '' 'fwpipe: cannot read none.pipe: No such file or directory' graph none.pipe
     check 1 '' "$note"$'\nfwpipe: cannot write nowhere/x.dot: No such file or directory' graph -o nowhere/x.dot odd.pipe
     PATH=$PWD check 1 '' 'fwpipe: cannot run dot: *the package graphviz' graph -o no.svg odd.pipe

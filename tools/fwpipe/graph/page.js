@@ -53,11 +53,9 @@ function fit(least) {
   centre(box);
   const sink = shapes[data.elements.findIndex(element => element.sink)];
   if (sink && (box.width * scale > stage.clientWidth || box.height * scale > stage.clientHeight)) {
-    const start = boxOf(sink);
+    const start = boxOf(sink), middle = x;
     centre(start);
-    if (box.width * scale > stage.clientWidth) { // the way of the objects is to the right
-      x = 20 - start.left * scale;
-    }
+    x = box.width * scale > stage.clientWidth ? 20 - start.left * scale : middle; // objects flow to the right
     place();
   }
 }
