@@ -141,7 +141,7 @@ progress() {
         share=', [0-9]{1,2}%'
         [[ $command != *@(unsized|counts)* ]] || share=''
         shown="\\r[0-9]+ $([[ $command == *counts* ]] && echo runs || echo objects), [0-9]+/s$share *\\r"
-        for ((times = 200000; times < 20000000; times *= 3)); do
+        for ((times = 50000; times < 20000000; times *= 3)); do
             write "$times" QObject a=b >file
             [[ $command != *unsized* ]] || cat file >unsized &
             pipe counts "${print[@]/ESink/EDevNull}" "${launch[@]/Debug 1/Debug 0}" "property Start $times" 'connect launch 0 printer 0'

