@@ -6,8 +6,7 @@
 #   pkgconfig    a host program, compiled by hand with what pkg-config says
 #   fwpipe       the installed tool
 #   new          a plugin project that it writes, with the commands that its message and README name
-#   plain        a host program and the plugins without run-time type information and exceptions, in the oldest and newest C++;
-#                with sanitizers, which read the type information and take long, with it and in the oldest alone
+#   plain        a host program and the plugins without run-time type information and exceptions, in the oldest and newest C++
 # None of them is told where the library lies: "plugin libfwlib.so" has to find it.
 set -euo pipefail
 unset LD_LIBRARY_PATH
@@ -45,11 +44,9 @@ pkgconfig)
     ;;
 plain)
     library=$(dirname "$(find "$stage" -name libfwlib.so)")
-    plain=("$@" -fno-exceptions -Wall -Wextra -Wpedantic -Werror "-I$stage/include")
-    standards=(c++11)
-    [[ $flags == *fsanitize* ]] || plain+=(-fno-rtti) standards+=(c++2b)
+    plain=("$@" -fno-exceptions -fno-rtti -Wall -Wextra -Wpedantic -Werror "-I$stage/include")
     fixed=()
-    for standard in "${standards[@]}"; do
+    for standard in c++11 c++2b; do
         "$compiler" "${plain[@]}" "${fixed[@]}" "-std=$standard" -o "$work/plain" "$root/tests/package/plain.cpp" \
             -L"$library" -lfwlib "-Wl,-rpath,$library"
         fixed=(-fno-pie -no-pie) # for the next one
