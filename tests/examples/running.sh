@@ -9,6 +9,8 @@ usage() {
     check 2 '' 'fwpipe: *bogus*fwpipe --help*' bogus
     check 2 '' 'fwpipe: *FILE*fwpipe run --help*' run
     check 2 '' 'fwpipe: *second.pipe*' run good.pipe second.pipe
+    cp good.pipe dump
+    check 0 '*' '' run dump # the name of a command
     check 2 '' 'fwpipe: *--drain*--repeat*' run --repeat 2 --drain good.pipe
     check 2 '' 'fwpipe: --config: cannot read missing.cfg*' run --config missing.cfg good.pipe
     check 2 '' 'fwpipe: *cannot read .*' run --config . good.pipe

@@ -4,17 +4,40 @@
 #include "message.h"
 #include "output.h"
 
+#include <algorithm>
 #include <exception>
 #include <filesystem>
+#include <iterator>
 #include <new>
 #include <string>
 #include <unistd.h>
 
 namespace {
 
-constexpr FwPipe::AddCommand Commands[] = {FwPipe::AddRun,   FwPipe::AddLaunch,  FwPipe::AddCheck,
-                                           FwPipe::AddGraph, FwPipe::AddTest,    FwPipe::AddRecover,
-                                           FwPipe::AddDump,  FwPipe::AddInspect, FwPipe::AddNew};
+struct NamedCommand {
+    const char* pchName;
+    FwPipe::AddCommand pAdd;
+};
+constexpr NamedCommand Commands[] = {
+    {"run", FwPipe::AddRun},     {"launch", FwPipe::AddLaunch},   {"check", FwPipe::AddCheck},
+    {"graph", FwPipe::AddGraph}, {"test", FwPipe::AddTest},       {"recover", FwPipe::AddRecover},
+    {"dump", FwPipe::AddDump},   {"inspect", FwPipe::AddInspect}, {"new", FwPipe::AddNew}};
+
+// Adds the command that the first word names, otherwise all, as the help lists them. Declaring the options of all takes
+// longer than building a small pipeline, and a file may have the name of a command.
+void AddCommands(const FwPipe::Command& cProgram, const std::vector<std::string>& cWords) {
+    const auto pNamed =
+        std::find_if(std::begin(Commands), std::end(Commands), [&](const NamedCommand& cCommand) {
+            return !cWords.empty() && cWords.front() == cCommand.pchName;
+        });
+    if (pNamed != std::end(Commands)) {
+        pNamed->pAdd(cProgram);
+        return;
+    }
+    for (const NamedCommand& cCommand : Commands) {
+        cCommand.pAdd(cProgram);
+    }
+}
 
 // The library ignores a configuration file that it cannot read, but a user who passes one expects that it is read. Each
 // element opens the file again, so a pipe would be empty for the second one.
@@ -61,9 +84,7 @@ int FwPipe::Execute(const std::vector<std::string>& cWords) {
         "\"fwpipe COMMAND --help\" shows the options of a command, with examples.");
     const Command cProgram = cLine.Program();
     cProgram.RequireSubcommand();
-    for (const AddCommand pAdd : Commands) {
-        pAdd(cProgram);
-    }
+    AddCommands(cProgram, cWords);
     Action cChosen;
     int iStatus = cLine.Read(cWords, cChosen);
     if (iStatus != ExitDone) {
