@@ -36,6 +36,7 @@ faults() {
     while read -r fault text; do
         chain thrown EEvery second "Fault=$fault" At=5
         check 1 '*' "fwpipe: element \"second\" (EEvery)$word: $text" run --quiet thrown.pipe
+        [[ $(wc -l <err) == 1 ]] || fail "$fault: an empty line"
     done <<'EOT'
 error boom
 special boom

@@ -22,7 +22,7 @@ _PURE = {"Setting", "SoughtText", "string_view", "strlen", "strchr", "strcmp", "
          "capacity", "Begin", "Length", "Text"}  # fmt: skip
 _READERS = _PURE | {"GetProperty", "GetPropertyLength"}
 _SETTING_WORDS = re.compile(r"GetProperty\w*|c\w*Properties|m_cProperties|Key|Section|Standard|nullptr|sizeof|Text|std|static_cast")
-_RELEASES = re.compile(r"(?:\s*(?:std::free|fwfree)\([^()]*\);)+\s*\}")
+_RELEASES = re.compile(r"(?:\s*(?:std::free|fwfree)\([^()]*\);)+\s*\}?")
 _GUARD = re.compile(r"const [A-Za-z_][\w:<>]* (\w+)(?:\(.*\))?;$", re.S)
 
 
@@ -75,6 +75,8 @@ class _Step:
         outside = re.compile(r"m_|errno$")
         if self.independent_settings(following) or "va_end" in (self.statement.first, following.statement.first):
             return False
+        if _RELEASES.fullmatch(self.text) and _RELEASES.fullmatch(following.text):
+            return False  # the order of releases of memory does not matter
         if self.only_calls(_PURE) and following.only_calls(_PURE) and not shared:
             return False
         return bool(
@@ -151,7 +153,7 @@ def steps_of(text):
             loop = _LOOP.match(text, statement.begin)
             if loop and statement.first == "for" and _ENDS_LIFE.search(text[loop.end() : statement.end]):
                 if _RELEASES.fullmatch(text, loop.end(), statement.end):
-                    continue  # the order of releases of memory does not matter
+                    continue
                 name = loop["name"]
                 head = f"for ({loop['type']} {name} = {loop['end']}; {name}-- > 0;) {{"
                 yield "loop", loop.start(), loop.end(), head, "reversed loop"
