@@ -5,8 +5,11 @@
 usage() {
     mkfifo fifo
     local number
-    check 2 '' 'fwpipe: *subcommand*--help*'
-    check 2 '' 'fwpipe: *bogus*fwpipe --help*' bogus
+    check 2 '' 'fwpipe: no command is given*--help*'
+    check 2 '' 'fwpipe: *bogus'$'\n''*fwpipe --help*' bogus
+    check 2 '' 'fwpipe: *chek; did you mean "check"[?]'$'\n*' chek good.pipe
+    check 2 '' 'fwpipe: *; did you mean "run good.pipe"[?]'$'\n*' good.pipe
+    check 2 '' 'fwpipe: *--quite; did you mean "--quiet"[?]'$'\n*' run good.pipe --quite
     check 2 '' 'fwpipe: *FILE*fwpipe run --help*' run
     check 2 '' 'fwpipe: *second.pipe*' run good.pipe second.pipe
     cp good.pipe dump
@@ -30,7 +33,7 @@ usage() {
 steps() {
     check 0 "Processing pipe file: good.pipe*Connecting counter(0) -> printer(0)*$object" '' run good.pipe
     count 1000 "$object"
-    check 1 '*Unable to open pipefile missing.pipe' 'fwpipe: building missing.pipe failed' run missing.pipe
+    check 1 '*Unable to open pipefile missing.pipe' 'fwpipe: building missing.pipe failed: No such file or directory' run missing.pipe
     check 1 '*' $'EPipeline::Initialize(): No sink or source pad\nfwpipe: nopad.pipe:7: initializing failed: "counter" has no source pad 1: only 0' \
         run nopad.pipe
     pipe nosink

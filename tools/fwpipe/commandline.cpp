@@ -3,9 +3,11 @@
 
 #include "command.h"
 #include "message.h"
+#include "nearest.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <filesystem>
 #include <set>
 
 namespace FwPipe {
@@ -32,15 +34,35 @@ public:
     }
 };
 
+// The names of what may stand here: options, and commands of the program.
+std::vector<std::string> NamesOf(const CLI::App& cApp) {
+    std::vector<std::string> cNames;
+    for (const CLI::App* const pCommand : cApp.get_subcommands([](const CLI::App*) { return true; })) {
+        cNames.push_back(pCommand->get_name());
+    }
+    for (const CLI::Option* const pOption : cApp.get_options()) {
+        for (const std::string& cName : pOption->get_lnames()) {
+            cNames.push_back("--" + cName);
+        }
+    }
+    return cNames;
+}
+
 int ReportUsage(const CLI::App& cApp, const CLI::ParseError& cError) {
     const auto cNamed = cApp.get_subcommands();
-    const std::string cCommand = cNamed.empty() ? "" : cNamed.front()->get_name() + " ";
-    const auto cUnknown = cApp.remaining();
-    const std::string cComplaint = cNamed.empty() && !cUnknown.empty()
-                                       ? "unknown command or option: " + cUnknown.front()
-                                       : cError.what();
-    Complain(cComplaint);
-    std::fprintf(stderr, "Try \"fwpipe %s--help\".\n", cCommand.c_str());
+    const CLI::App& cCommand = cNamed.empty() ? cApp : *cNamed.front();
+    const auto cUnknown = cCommand.remaining();
+    std::string cComplaint = cError.what();
+    std::string cHint = cUnknown.empty() ? "" : Nearest(cUnknown.front(), NamesOf(cCommand));
+    if (cNamed.empty() && cUnknown.empty()) {
+        cComplaint = "no command is given";
+    } else if (cNamed.empty()) {
+        cComplaint = "unknown command or option: " + cUnknown.front();
+        cHint = std::filesystem::exists(cUnknown.front()) ? "run " + cUnknown.front() : cHint;
+    }
+    Complain(cComplaint + DidYouMean(cHint));
+    std::fprintf(stderr, "Try \"fwpipe %s--help\".\n",
+                 cNamed.empty() ? "" : (cCommand.get_name() + " ").c_str());
     return ExitUsage;
 }
 

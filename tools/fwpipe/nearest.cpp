@@ -64,4 +64,8 @@ std::string Nearest(const std::string& cWord, const std::vector<std::string>& cC
     return cBest;
 }
 
+std::string DidYouMean(const std::string& cHint) {
+    return cHint.empty() ? "" : "; did you mean \"" + cHint + "\"?";
+}
+
 } // namespace FwPipe

@@ -12,6 +12,9 @@ namespace FwPipe {
 // case of a letter counts little), if these are few for the word's length. Empty for none; the first of equals.
 std::string Nearest(const std::string& cWord, const std::vector<std::string>& cCandidates);
 
+// The end of a message: "; did you mean "X"?", or nothing for an empty text.
+std::string DidYouMean(const std::string& cHint);
+
 } // namespace FwPipe
 
 #endif

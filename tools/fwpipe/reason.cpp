@@ -10,8 +10,11 @@
 #include <fwlib/fwlib.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <iterator>
+#include <unistd.h>
 
 namespace FwPipe {
 
@@ -89,6 +92,15 @@ private:
     std::unique_ptr<Pipeline> m_pPipeline;
 };
 
+// Why a file that was not opened cannot be read, as the end of a message; nothing for another reason.
+std::string WhyUnread(const std::string& cFile) {
+    std::error_code cError;
+    const bool bFolder = std::filesystem::is_directory(cFile, cError);
+    return !bFolder && access(cFile.c_str(), R_OK) == 0
+               ? ""
+               : std::string(": ") + std::strerror(bFolder ? EISDIR : errno);
+}
+
 void Tell(const Spot& cSpot, const char* pchStep, const std::string& cText) {
     Complain(*cSpot.pFile + ':' + std::to_string(cSpot.uLine) + ": " + pchStep + " failed: " + cText);
 }
@@ -98,7 +110,7 @@ void Tell(const Spot& cSpot, const char* pchStep, const std::string& cText) {
 void TellFailedBuild(const std::string& cFile, const std::string& cConfig) {
     const VESK::Failure* const pFailure = VESK::LastFailure();
     if (!pFailure || pFailure->b4Line == 0) {
-        Complain("building " + cFile + " failed");
+        Complain("building " + cFile + " failed" + WhyUnread(cFile));
         return;
     }
     const std::string cFailed = pFailure->pchFile, cReported = pFailure->pchText;

@@ -35,8 +35,7 @@ Target Find(const EPipeline& cPipeline, const std::string& cText) {
 }
 
 bool Refuse(const std::string& cSetting, const std::string& cReason, const std::string& cHint) {
-    Complain("--set " + cSetting + ": " + cReason +
-             (cHint.empty() ? "" : "; did you mean \"" + cHint + "\"?"));
+    Complain("--set " + cSetting + ": " + cReason + DidYouMean(cHint));
     return false;
 }
 

@@ -4,6 +4,7 @@
 #include "../escape.h"
 #include "../message.h"
 #include "../model/text.h"
+#include "../nearest.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -75,10 +76,7 @@ void ShowDiagnoses(const Diagnoses& cDiagnoses) {
         std::string cText = ShownOn(stdout, *cSpot.pFile);
         cText += ':' + std::to_string(cSpot.uLine) + ':' + std::to_string(cSpot.uColumn) + ": " + pchColour +
                  NameOf(cDiagnosis.Weight) + ':' + pchPlain + ' ';
-        cText += ShownOn(stdout, cDiagnosis.cText);
-        if (!cDiagnosis.cHint.empty()) {
-            cText += "; did you mean \"" + ShownOn(stdout, cDiagnosis.cHint) + "\"?";
-        }
+        cText += ShownOn(stdout, cDiagnosis.cText) + DidYouMean(ShownOn(stdout, cDiagnosis.cHint));
         cText += std::string(" [") + cDiagnosis.pchId + "]\n";
         const std::string cLine = bTerminal ? cLines.Line(cSpot) : "";
         if (!cLine.empty()) {

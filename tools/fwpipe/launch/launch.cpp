@@ -6,6 +6,7 @@
 #include "model/loadedplugins.h"
 #include "model/reader.h"
 #include "model/structure.h"
+#include "nearest.h"
 #include "output.h"
 #include "run.h"
 
@@ -94,7 +95,7 @@ bool Complete(const Options& cOptions, const std::string* pFile, Diagnoses& cDia
         const bool bOrigin = cDiagnosis.pchId == std::string("no-sink");
         Complain((bWrong ? "" : "warning: ") + (bOrigin ? "" : WordText(cOptions, cDiagnosis.cSpot.uLine)) +
                  (bOrigin ? "no element originates objects" : WithWords(cDiagnosis.cText)) +
-                 (cDiagnosis.cHint.empty() ? "" : "; did you mean \"" + cDiagnosis.cHint + "\"?"));
+                 DidYouMean(cDiagnosis.cHint));
         bRight = bRight && !bWrong;
     }
     return bRight;

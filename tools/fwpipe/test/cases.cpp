@@ -45,8 +45,7 @@ std::string Unknown(const std::string& cName) {
     for (const Kind& cKind : Kinds) {
         cNames.emplace_back(cKind.pchName);
     }
-    const std::string cHint = Nearest(cName, cNames);
-    return "unknown section \"" + cName + '"' + (cHint.empty() ? "" : "; did you mean \"" + cHint + "\"?");
+    return "unknown section \"" + cName + '"' + DidYouMean(Nearest(cName, cNames));
 }
 
 bool IsHeading(const std::string& cLine) {

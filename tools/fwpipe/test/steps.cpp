@@ -77,8 +77,7 @@ PadPlace FindPad(EPipeline& cPipeline, const Section& cSection) {
         return {pElement, static_cast<VESK::Byte2Type>(std::stoul(cPad))};
     }
     const std::string cHint = pElement ? "" : Nearest(cName, ElementPaths(cPipeline));
-    throw TestFileError(cSection.uLine, "no element is named \"" + cText + '"' +
-                                            (cHint.empty() ? "" : "; did you mean \"" + cHint + "\"?"));
+    throw TestFileError(cSection.uLine, "no element is named \"" + cText + '"' + DidYouMean(cHint));
 }
 
 struct Input {
