@@ -146,7 +146,7 @@ graph() {
     [[ $(grep -c 'bgcolor="#ffcf70">1<' odd.dot) == 1 ]] || fail 'the unconnected pad is not marked'
     [[ $(grep -c '</script>' odd.html) == 2 ]] || fail 'a name ends the script'
     python3 - <<'END' || fail 'the JSON form differs'
-import json
+import json, re
 all = json.load(open("odd.json", encoding="utf-8"))
 odd = 'a<b>"&\\N</script>'
 assert (all["file"], all["sink"]) == ("odd.pipe", odd)
@@ -157,6 +157,12 @@ assert rows == [[odd, "ESource", 2, None, 0, 1], ["tee", "ETee", 4, None, 1, 2],
 assert all["elements"][0]["properties"] == {"Name": odd}
 assert [list(c.values()) for c in all["connections"]] == [
     [odd, 0, "tee", 0, 12], ["tee", 0, "nested", 0, 13], ["nested", 0, "\ufffd", 0, 14], ["tee", 7, "gone", 0, 15]]
+page = json.loads(re.search('id="data".*?>(.*?)</script>', open("odd.html", encoding="utf-8").read())[1])
+assert page["elements"][1] == {
+    "name": "tee", "type": "ETee", "line": 4, "known": True, "sink": False, "reached": True, "sinkPads": 1, "sourcePads": 2,
+    "properties": {"Name": "tee"}, "tooltip": "tee\ntype: ETee\nline: 4\nsink pads: 1\nsource pads: 2\nName = tee"}
+assert [e["name"] for e in page["elements"] if e["sink"] or not e["known"]] == [odd, "\ufffd", "gone"], page
+assert page["connections"][0] == {"from": 0, "fromPad": 0, "to": 1, "toPad": 0, "tooltip": odd + " 0 to tee 0\nline: 12"}
 END
     check 0 '' "$note" graph -o new.json odd.pipe
     cmp -s new.json odd.json || fail '-o new.json is not the JSON form'

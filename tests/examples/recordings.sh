@@ -7,7 +7,7 @@ dump() {
     {
         printf 'Q\x1b[2J\nm_b2PropertyCount=4\nk=1\nk=2\ntwo words=say "hi" \\ \xc2\x9bm\x7f\n\xff=\xc3\x28\xc2\x28\xc2\xa0\r\n'
         printf '\nm_b2PropertyCount=0\nQObject\nm_b2PropertyCount=5\nk=2\ne=a=b\n=\n\xc3\xa4=\t\\\nk=\xe2\x80\xae\xc2\x85\n'
-        printf '\xed\xa0\x80\xc0\xaf\xf4\x90\x80\x80\xe2\x81\nm_b2PropertyCount=1\n\xf0\x9f\x92\xa1\xef\xbf\xbf=\xe2\x80\xa8\xe2\x81\xa6\xe2\x81\xa9\xe2\x80\xaa\n'
+        printf '\xed\xa0\x80\xc0\xaf\xf4\x90\x80\x80\xe2\x81\nm_b2PropertyCount=1\n\xf0\x9f\x92\xa1\xef\xbf\xbf=\xe2\x80\xa9\xe2\x81\xa6\xe2\x81\xa9\xe2\x80\xaa\n'
     } >hostile
     cat >expected <<'END'
 object 0 at byte 0: Q\x1b[2J
@@ -49,7 +49,7 @@ END
 {"type":"QObject","offset":91,"properties":[["k","2"],["e","a=b"],["",""],["ä","\t\\"],["k","\u202e\u0085"]]}
 {"type":"\\xed\\xa0\\x80\\xc0\\xaf\\xf4\\x90\\x80\\x80\\xe2\\x81","offset":145,"escaped":true,"properties":[["💡￿","|\u2066\u2069\u202a"]]}
 END
-    sed -i $'s/@\\(\\\\\\|"\\|\\\\r\\)/\xc2\xa0\\1/; s/|/\xe2\x80\xa8/' expected* # a space and a line end that nobody sees here
+    sed -i $'s/@\\(\\\\\\|"\\|\\\\r\\)/\xc2\xa0\\1/; s/|/\xe2\x80\xa9/' expected* # a space and a line end that nobody sees here
     for form in '' --oneline --json --json=pairs; do
         for input in /dev/null hostile; do
             check 0 '*' '*' dump ${form:+"$form"} "$([[ $input == hostile ]] && echo - || echo hostile)"

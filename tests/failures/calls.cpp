@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -100,6 +101,7 @@ WRAP(int, fseek, (std::FILE * f, long l, int i), (f, l, i), EIO, -1, Same)
 WRAP(off64_t, lseek64, (int i, off64_t o, int j), (i, o, j), EIO, -1, Same)
 WRAP(int, fstat64, (int i, struct stat64* p), (i, p), EIO, -1, Same)
 WRAP(void*, dlsym, (void* p, const char* a), (p, a), EINVAL, nullptr, Same)
+WRAP(int, pthread_setspecific, (pthread_key_t k, const void* p), (k, p), ENOMEM, ENOMEM, Same)
 WRAP_GIVING(void, free, (void* p), (p))
 WRAP_GIVING(int, dlclose, (void* p), (p))
 WRAP_GIVING(void, _ZdlPv, (void* p), (p))

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -91,6 +92,26 @@ TEST_P(EachCall, FailsInTurn) {
         } while (now.failed);
         EXPECT_GT(iNth, 3);
     }
+}
+
+// The texts of a thread's last failure are freed at its end, or at once if the thread cannot keep them.
+TEST(EachCallInAThread, LeavesNothingBehind) {
+    bool untold = false;
+    for (int nth = 1; nth == 1 || now.failed; ++nth) {
+        std::thread([nth, &untold] {
+            now = {true, nth};
+            EPipeline().BuildPipeText("", nullptr);
+            now = {false, 0, false, now.failed};
+            const Failure* const failure = LastFailure();
+            ASSERT_TRUE(failure) << now.failed;
+            if (now.failed && now.failed == std::string("pthread_setspecific")) {
+                EXPECT_STREQ(failure->pchText, "not enough memory for the reason");
+                untold = true;
+            }
+        }).join();
+        ASSERT_EQ(held, 0) << now.failed;
+    }
+    EXPECT_TRUE(untold);
 }
 
 // What a recorder leaves of some objects on a disk with so much space, and what it reports.
