@@ -48,6 +48,20 @@ void File::Close() {
     m_iFile = -1;
 }
 
+bool WriteAll(int iFile, const char* pchData, std::size_t uLength) {
+    while (uLength > 0) {
+        const ssize_t iWritten = write(iFile, pchData, uLength);
+        if (iWritten < 0 && errno != EINTR) {
+            return false;
+        }
+        if (iWritten > 0) {
+            pchData += iWritten;
+            uLength -= static_cast<std::size_t>(iWritten);
+        }
+    }
+    return true;
+}
+
 Place::Place(const std::string& cPath)
     : m_cPath(Resolved(cPath)), m_cName(m_cPath.substr(NameBegin(m_cPath))), m_cFolder(OpenFolder(m_cPath)) {}
 

@@ -3,6 +3,7 @@
 #ifndef FWPIPE_FILE_H
 #define FWPIPE_FILE_H
 
+#include <cstddef>
 #include <string>
 #include <sys/stat.h>
 
@@ -22,6 +23,10 @@ public:
 private:
     int m_iFile;
 };
+
+// Writes all of it, however often the call is interrupted. False, with the reason in errno, if that is not possible. Signal
+// handlers may call it.
+bool WriteAll(int iFile, const char* pchData, std::size_t uLength);
 
 // A file name in an open folder. A link is followed once, in the constructor: the name is that of its target, so the
 // link remains when the file is replaced.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "heldoutput.h"
 
+#include "file.h"
+
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -25,19 +27,6 @@ int iErrors = -1; // one with the part for standard error
 int iOutput = -1; // a duplicate of the former standard output
 
 std::FILE* pErrors = nullptr; // the former stream of standard error
-
-bool WriteAll(int iFile, const char* pch, std::size_t uLength) {
-    while (uLength > 0) {
-        const ssize_t iWritten = write(iFile, pch, uLength);
-        if (iWritten > 0) {
-            pch += iWritten;
-            uLength -= static_cast<std::size_t>(iWritten);
-        } else if (iWritten == 0 || errno != EINTR) {
-            return false;
-        }
-    }
-    return true;
-}
 
 void ShowFile(int iFile) {
     char achPiece[4096];

@@ -131,20 +131,6 @@ NewFile::~NewFile() {
     }
 }
 
-bool NewFile::Write(const char* pchData, std::size_t uLength) {
-    while (uLength > 0) {
-        const ssize_t iWritten = write(m_cFile.Get(), pchData, uLength);
-        if (iWritten < 0 && errno != EINTR) {
-            return false;
-        }
-        if (iWritten > 0) {
-            pchData += iWritten;
-            uLength -= static_cast<std::size_t>(iWritten);
-        }
-    }
-    return true;
-}
-
 bool NewFile::GiveName(bool bReplace) {
     const int iFolder = m_cPlace.Folder();
     const char* const pchName = m_cPlace.Name();

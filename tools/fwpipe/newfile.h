@@ -20,8 +20,7 @@ public:
     NewFile& operator=(const NewFile&) = delete;
 
     int Get() const { return m_cFile.Get(); } // -1 for none, with the reason in errno
-    bool Write(const char* pchData, std::size_t uLength);
-
+    bool Write(const char* pchData, std::size_t uLength) { return WriteAll(Get(), pchData, uLength); }
     bool Sync(); // writes the contents to the disk; call this before PutInPlace
 
     // Gives the file its name in one step: a program that opens the name gets the old file or the new one. Returns

@@ -75,17 +75,7 @@ bool WriteTo(const std::string& cOut, const std::string& cText) {
     const bool bExists = cPlace.Folder() >= 0 && cPlace.Stat(Status);
     if (bExists && !S_ISREG(Status.st_mode)) {
         const File cDevice(open(cOut.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC));
-        const char* pchText = cText.data();
-        std::size_t uLeft = cText.size();
-        while (cDevice.Get() >= 0 && uLeft > 0) {
-            const ssize_t iWritten = write(cDevice.Get(), pchText, uLeft);
-            if (iWritten < 0 && errno != EINTR) {
-                return false;
-            }
-            pchText += std::max<ssize_t>(iWritten, 0);
-            uLeft -= static_cast<std::size_t>(std::max<ssize_t>(iWritten, 0));
-        }
-        return cDevice.Get() >= 0;
+        return cDevice.Get() >= 0 && WriteAll(cDevice.Get(), cText.data(), cText.size());
     }
     if (cPlace.Folder() < 0) {
         return false;

@@ -21,17 +21,6 @@ namespace {
     throw std::runtime_error(std::string(pchWhat) + ": " + std::strerror(errno));
 }
 
-void WriteAll(int iFile, const std::string& cText) {
-    for (std::size_t u = 0; u < cText.size();) {
-        const ssize_t iWritten = write(iFile, cText.data() + u, cText.size() - u);
-        if (iWritten < 0 && errno != EINTR) {
-            Fail("cannot keep the drawing for dot");
-        }
-        u += iWritten > 0 ? static_cast<std::size_t>(iWritten) : 0;
-    }
-    lseek(iFile, 0, SEEK_SET);
-}
-
 std::string ReadAllOf(int iFile) {
     std::string cText;
     char achPiece[1 << 16];
@@ -72,7 +61,10 @@ std::string SvgOf(const Picture& cPicture) {
     if (cInput.Get() < 0 || cOutput.Get() < 0) {
         Fail("cannot run dot");
     }
-    WriteAll(cInput.Get(), DotOf(cPicture));
+    const std::string cDot = DotOf(cPicture);
+    if (!WriteAll(cInput.Get(), cDot.data(), cDot.size()) || lseek(cInput.Get(), 0, SEEK_SET) < 0) {
+        Fail("cannot keep the drawing for dot");
+    }
     const int iStatus = RunDot(cInput.Get(), cOutput.Get());
     std::string cSvg = ReadAllOf(cOutput.Get());
     if (iStatus != 0 || cSvg.find("</svg>") == std::string::npos) {
