@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Usage: graph.sh FWPIPE FOLDER
-# Opens pages of "fwpipe graph" in headless Chromium: every element is in the document, the search finds one, no request
-# is made; pointer, wheel, buttons and keys do what they should. Writes screenshots of 5, 50 and 500 elements, light and dark, into FOLDER, for a person to look at.
+# Opens pages of "fwpipe graph" in headless Chromium: every element is in the document, the search finds one, no request is
+# made; pointer, wheel, buttons and keys do what they should. Writes screenshots of 5, 50 and 500 elements, light and dark,
+# into FOLDER, for a person to look at.
 set -euo pipefail
 fwpipe=$(realpath "$1") gestures=$(realpath "$(dirname "$0")/gestures.js")
 mkdir -p "$2"

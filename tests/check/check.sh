@@ -8,6 +8,7 @@ tool=$1
 export LC_ALL=C FWLIB_PLUGIN_PATH=$2
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
+ln -s "$2" "$scratch/plugins"
 
 fwpipe() {
     "$tool" "$@" 2>&1

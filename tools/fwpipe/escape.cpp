@@ -77,11 +77,17 @@ void AppendNumber(char32_t uNumber, std::string& cText) {
 
 } // namespace
 
+std::size_t FirstCharacter(std::string_view cBytes, bool& bActs) {
+    const Character cCharacter(cBytes);
+    bActs = cCharacter.m_uLength == 0 || cCharacter.Acts();
+    return std::max<std::size_t>(cCharacter.m_uLength, 1);
+}
+
 void AppendEscaped(std::string_view cBytes, std::string& cText) {
     for (TakePlain(cBytes, cText); !cBytes.empty(); TakePlain(cBytes, cText)) {
-        const Character cCharacter(cBytes);
-        const std::string_view cTaken = cBytes.substr(0, cCharacter.m_uLength ? cCharacter.m_uLength : 1);
-        if (cCharacter.m_uLength == 0 || cCharacter.Acts()) {
+        bool bActs;
+        const std::string_view cTaken = cBytes.substr(0, FirstCharacter(cBytes, bActs));
+        if (bActs) {
             AppendBytes(cTaken, "\\x", cText);
         } else {
             cText.append(cTaken).append(cTaken == "\\" ? 1 : 0, '\\');

@@ -8,6 +8,9 @@
 
 namespace FwPipe {
 
+// The length in bytes of the first character of a text that is not empty. bActs: a terminal would interpret it, see below.
+std::size_t FirstCharacter(std::string_view cBytes, bool& bActs);
+
 // Appends the bytes. "\xNN" replaces each byte of a control character (those of ASCII, DEL, U+0080 to U+009F), of a
 // character that changes the direction of text (U+202A to U+202E, U+2066 to U+2069), and of anything that is not UTF-8.
 // A backslash becomes "\\", so the original bytes can be restored.

@@ -111,7 +111,7 @@ def _swapped(tokens, text):
             if depth == 0:
                 commas.append(other.begin)
                 break
-        if token.word in ("max", "min"):  # the same in any order
+        if token.word in ("max", "min", "calloc"):  # the same in any order
             continue
         if token.word in _COMPARISONS and _only_equality(text, token.begin, other.end):
             continue

@@ -44,17 +44,18 @@ private:
     std::map<std::string, std::vector<std::string>> m_cFiles;
 };
 
-// The line, and below it a caret at the column and a mark below the rest of the token. Tabs stay, so that both agree.
-std::string Excerpt(const std::string& cLine, const Spot& cSpot, const char* pchColour,
-                    const char* pchPlain) {
+// The line, and below it a caret at the column and a mark below the rest of the token. Tabs stay, so that both agree; what a
+// terminal would interpret becomes a question mark.
+std::string Excerpt(std::string_view cLine, const Spot& cSpot, const char* pchColour, const char* pchPlain) {
     std::string cShown, cMark;
     const std::size_t uBegin = cSpot.uColumn - 1, uEnd = uBegin + std::max(cSpot.uLength, 1U);
-    for (std::size_t u = 0; u < std::min(cLine.size(), std::size_t{255} + uEnd); ++u) {
-        const auto uch = static_cast<unsigned char>(cLine[u]);
-        const bool bFollows = (uch & 0xC0) == 0x80; // has no column of its own
-        cShown += uch >= ' ' || uch == '\t' ? cLine[u] : '?';
-        if (!bFollows && u < uEnd) {
-            cMark += u < uBegin ? (uch == '\t' ? '\t' : ' ') : u == uBegin ? '^' : '~';
+    for (std::size_t u = 0, uLength; u < std::min(cLine.size(), std::size_t{255} + uEnd); u += uLength) {
+        bool bActs;
+        uLength = FirstCharacter(cLine.substr(u), bActs);
+        const bool bTab = cLine[u] == '\t';
+        cShown += bActs && !bTab ? "?" : cLine.substr(u, uLength);
+        if (u < uEnd) {
+            cMark += u < uBegin ? (bTab ? '\t' : ' ') : u == uBegin ? '^' : '~';
         }
     }
     return "  " + cShown + "\n  " + pchColour + cMark + pchPlain + '\n';
