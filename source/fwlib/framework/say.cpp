@@ -107,9 +107,7 @@ FWLIB_PRINTF(2, 0) void Print(const Saying& cSaying, const char* pchFormat, va_l
     std::FILE* const pStream = cSaying.iStream == 1 ? stdout : stderr;
     va_list Again;
     va_copy(Again, Values);
-    if (cSaying.pchBegin[0] != '\0' || cSaying.pchBegin2[0] != '\0') {
-        std::fprintf(pStream, "%s%s", cSaying.pchBegin, cSaying.pchBegin2);
-    }
+    std::fprintf(pStream, "%s%s", cSaying.pchBegin, cSaying.pchBegin2);
     std::vfprintf(pStream, pchFormat, Values);
     if (cSaying.bEndLine && !EndsLine(pchFormat, Again)) {
         std::fputc('\n', pStream);

@@ -44,14 +44,15 @@ struct PlainWords {
     // Sets the bits of words that are not zero, and of words that differ from the next.
     static void Compare(const unsigned char* pBlock, std::uint32_t& uNonZero, std::uint32_t& uChange) {
         std::uint32_t uWord = LoadWordAt(pBlock);
+        std::uint32_t uDiffer = 0;
         uNonZero = uWord != 0;
-        uChange = 0;
         for (unsigned int u = 1; u < BlockWords; ++u) {
             const std::uint32_t uNext = LoadWordAt(pBlock + u * WordBytes);
             uNonZero |= std::uint32_t{uNext != 0} << u;
-            uChange |= std::uint32_t{uNext != uWord} << (u - 1);
+            uDiffer |= std::uint32_t{uNext != uWord} << (u - 1);
             uWord = uNext;
         }
+        uChange = uDiffer;
     }
 
     // Copies the words whose bits are set to the list, and writes nothing else. The list may overlap the block.
