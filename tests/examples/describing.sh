@@ -75,6 +75,7 @@ example
     check 1 '' 'fwpipe: *exception*GoodFactory' inspect "${described/described/good}" Thrown
 
     check 1 '' "fwpipe: no type EOd in $described; similar: EOdd" inspect "$described" EOd
+    check 1 '' "fwpipe: no type QTing in $described; similar: QThing" inspect "$described" QTing
     check 1 '' 'fwpipe: no type esnik in libfwlib.so; similar: ESink' inspect libfwlib.so esnik
     check 1 '' 'fwpipe: no type Quite/other in libfwlib.so' inspect libfwlib.so Quite/other
 

@@ -171,7 +171,9 @@ ssize_t __real___getdelim(char** pp, std::size_t* pu, int i, std::FILE* f);
 ssize_t __wrap___getdelim(char** pp, std::size_t* pu, int i, std::FILE* f) {
     Drop(*pp);
     const ssize_t iRead = Fails("getdelim", f) ? -1 : __real___getdelim(pp, pu, i, f);
+    const int iReason = errno;
     Hold(*pp);
+    errno = std::ferror(f) ? iReason : errno; // the rest of the line has not arrived yet
     return iRead;
 }
 ssize_t __wrap_getline(char** pp, std::size_t* pu, std::FILE* f) {
