@@ -80,7 +80,7 @@ example
     check 1 '' 'fwpipe: no type Quite/other in libfwlib.so' inspect libfwlib.so Quite/other
 
     # Plugins that cannot be loaded.
-    FWLIB_PLUGIN_PATH=some/where check 1 '' $'FWPLUGIN: dlopen() Error: none.so: *\nfwpipe: none.so was looked for in FWLIB_PLUGIN_PATH (some/where), */fwlib/plugins, LD_LIBRARY_PATH *' inspect none.so
+    FWLIB_PLUGIN_PATH=some/where check 1 '' $'FWPLUGIN: dlopen() Error: none.so: *\nfwpipe: none.so was looked for in FWLIB_PLUGIN_PATH (some/where), /*/fwlib/plugins, LD_LIBRARY_PATH *' inspect none.so
     check 1 '' 'FWPLUGIN: dlopen() Error: ./ESink: cannot open *' inspect ./ESink
     sed 's/libfwlib\.so\.0/libgoner.so.0/g' "$described" >lost.so
     check 1 '' $'FWPLUGIN: dlopen() Error: libgoner*\nfwpipe: ./lost.so, or a library that it needs, needs libgoner.so.0*, which was looked for in *' inspect ./lost.so
