@@ -14,6 +14,28 @@ namespace {
 
 const std::string NoSink = "0 ! EPipeline::Run(): Error: No sink element.\n";
 
+struct ELeaves : Element<ELeaves> {
+    static constexpr const char* TypeName = "ELeaves";
+    static constexpr const char* Meaning = "writes down when it is destroyed";
+    static void Declare(Declaration<ELeaves>&) {}
+    ~ELeaves() override { log += "gone\n"; }
+    static inline std::string log;
+};
+
+TEST(Pipeline, ANestedOneThatFailsIsGoneBeforeItsLineIsReported) {
+    const Scratch scratch;
+    const std::string line = "pipe " + scratch.Write("inner.pipe", "element ELeaves\nconect\n");
+    TypesFactory<ELeaves> factory;
+    FRAMEWORK framework;
+    framework.AddFactory(&factory);
+    framework.SetMessageHandler([](void*, const MessageLine& said) { ELeaves::log += said.pchText; },
+                                nullptr);
+    EPipeline pipe;
+    pipe.m_pFramework = &framework;
+    EXPECT_EQ(pipe.BuildPipeText("outer", line.c_str()), 0);
+    EXPECT_NE(ELeaves::log.find("gone\nCould not build pipe"), std::string::npos) << ELeaves::log;
+}
+
 TEST(Pipeline, PadsFollowThePropertyAndRunFollowsInitialize) {
     EPipeline pipe;
     auto *const a = new Probe("a"), *const b = new Probe("b");

@@ -33,3 +33,18 @@ while IFS=: read -r number _; do
 done < <(awk '/^--- / { on = /^--- (printed|stdout|stderr|left|output|built)/ }
               /^--- (answers|exit) / || (on && !/^---/ && NF) { print NR ":" }' whole.test)
 ((changed > 20))
+
+# A case that waits ends with the program, also when only that gets the signal.
+mkfifo forever
+printf -- '--- case waits\n--- pipe\nplugin libfwlib.so\nelement EDeserialize\nproperty Filename %s\n' "$PWD/forever" >waits.test
+"$fwpipe" test --timeout 0 waits.test >out &
+tester=$!
+{ sleep 20 && kill -KILL "$tester"; } >/dev/null 2>&1 &
+until pgrep -P "$tester" >/dev/null; do
+    sleep 0.05
+done
+kill -TERM "$tester"
+status=0
+wait "$tester" || status=$?
+kill %2
+[[ $status == 143 ]] || { echo "a test that gets SIGTERM ends with $status" && exit 1; }
