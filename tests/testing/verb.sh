@@ -34,6 +34,15 @@ done < <(awk '/^--- / { on = /^--- (printed|stdout|stderr|left|output|built)/ }
               /^--- (answers|exit) / || (on && !/^---/ && NF) { print NR ":" }' whole.test)
 ((changed > 20))
 
+# A long difference is shortened; a case whose files cannot be written says which.
+pipe='--- pipe\nplugin libfwlib.so\nelement ESource\nproperty Name a\nelement ESink\nproperty Name b\nconnect a 0 b 0\nsink a\n'
+printf -- '--- case many\n%b--- printed\n' "$pipe" >many.test
+! fwpipe test many.test >out || exit 1
+diff <(tail -n 2 out) <(printf '(903 more lines)\n0 passed, 1 failed\n')
+printf -- '--- case taken\n--- file a\nx\n--- file a/b\ny\n%b' "$pipe" >taken.test
+! fwpipe test taken.test 2>out || exit 1
+grep -q '^fwpipe: cannot write /.*/a/b: Not a directory$' out
+
 # A case that waits ends with the program, also when only that gets the signal.
 mkfifo forever
 printf -- '--- case waits\n--- pipe\nplugin libfwlib.so\nelement EDeserialize\nproperty Filename %s\n' "$PWD/forever" >waits.test
