@@ -16,6 +16,9 @@ std::string HtmlOf(const Picture& cPicture);
 std::string MermaidOf(const Picture& cPicture);
 std::string JsonOf(const Picture& cPicture);
 
+// What the script of the page shows of each node, as JSON without "<", which could end the script element.
+std::string PageDataOf(const Picture& cPicture);
+
 } // namespace FwPipe
 
 #endif

@@ -44,4 +44,34 @@ std::string JsonOf(const Picture& cPicture) {
     return cAll.dump(1, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
+std::string PageDataOf(const Picture& cPicture) {
+    Json cElements = Json::array();
+    for (const Node& cNode : cPicture.cNodes) {
+        cElements.push_back({{"name", cNode.cName},
+                             {"type", cNode.cType},
+                             {"line", cNode.uLine},
+                             {"known", cNode.bKnown},
+                             {"sink", cNode.bSink},
+                             {"reached", cNode.bReached},
+                             {"sinkPads", Count(cNode.iSinkPads)},
+                             {"sourcePads", Count(cNode.iSourcePads)},
+                             {"properties", Json(cNode.cProperties)},
+                             {"tooltip", TooltipOf(cNode)}});
+    }
+    Json cConnections = Json::array();
+    for (const Edge& cEdge : cPicture.cEdges) {
+        cConnections.push_back({{"from", cEdge.iFrom},
+                                {"fromPad", cEdge.uFromPad},
+                                {"to", cEdge.iTo},
+                                {"toPad", cEdge.uToPad},
+                                {"tooltip", TooltipOf(cPicture, cEdge)}});
+    }
+    const Json cAll = {{"elements", cElements}, {"connections", cConnections}};
+    std::string cText;
+    for (char ch : cAll.dump(-1, ' ', false, Json::error_handler_t::replace)) {
+        cText += ch == '<' ? "\\u003c" : std::string(1, ch);
+    }
+    return cText;
+}
+
 } // namespace FwPipe

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <regex>
 #include <string_view>
 
 namespace FwPipe {
@@ -123,6 +122,18 @@ std::size_t TakeTimes(std::string_view& cLine) {
     return uTimes;
 }
 
+// Whether the line is "(these N lines M times)", and the numbers in it.
+bool IsThese(std::string_view cLine, std::size_t& uRows, std::size_t& uTimes) {
+    const auto Take = [&cLine](std::string_view cBegin, std::size_t& uNumber) {
+        const bool bTaken =
+            StartsWith(cLine, cBegin) && cLine.size() > cBegin.size() && IsDigit(cLine[cBegin.size()]);
+        cLine.remove_prefix(bTaken ? cBegin.size() : 0);
+        uNumber = TakeNumber(cLine);
+        return bTaken;
+    };
+    return Take("(these ", uRows) && Take(" lines ", uTimes) && cLine == " times)";
+}
+
 // Whether a text would be read as a mark, or as something like it.
 bool BeginsMark(std::string_view cText) {
     const bool bNamed = std::any_of(std::begin(Marks), std::end(Marks),
@@ -170,12 +181,10 @@ std::string WrittenLine(std::string_view cText, bool bNewline) {
 
 std::string AppendMeant(const std::string& cLine, std::vector<std::string>& cTexts) {
     static const std::string End = "<end>";
-    static const std::regex Rows(R"(\(these (\d{1,9}) lines (\d{1,9}) times\))");
-    std::smatch cFound;
-    if (cLine.compare(0, 7, "(these ") == 0 && std::regex_match(cLine, cFound, Rows)) {
-        const std::size_t uRows = std::stoul(cFound[1]);
+    std::size_t uRows = 0, uTimes = 0;
+    if (IsThese(cLine, uRows, uTimes)) {
         if (uRows == 0 || uRows > cTexts.size()) {
-            return "there are no " + cFound[1].str() + " lines before it";
+            return "there are no " + std::to_string(uRows) + " lines before it";
         }
         std::string cRepeated;
         for (std::size_t u = cTexts.size() - uRows; u < cTexts.size(); ++u) {
@@ -183,10 +192,10 @@ std::string AppendMeant(const std::string& cLine, std::vector<std::string>& cTex
         }
         cTexts.resize(cTexts.size() - uRows);
         cTexts.emplace_back();
-        return AppendNumbered(cRepeated, std::stoul(cFound[2]), cTexts.back()) ? "" : "the text is too long";
+        return AppendNumbered(cRepeated, uTimes, cTexts.back()) ? "" : "the text is too long";
     }
     std::string_view cRest = cLine;
-    const std::size_t uTimes = TakeTimes(cRest);
+    uTimes = TakeTimes(cRest);
     const bool bEnd =
         cRest.size() >= End.size() && cRest.substr(cRest.size() - End.size()) == std::string_view(End);
     const bool bRepeated = cRest.size() != cLine.size();
