@@ -5,12 +5,12 @@
 dump() {
     local form value all status
     {
-        printf 'Q\x1b[2J\nm_b2PropertyCount=4\nk=1\nk=2\ntwo words=say "hi" \\ \xc2\x9bm\x7f\n\xff=\xc3\x28\xc2\x28\xc2\xa0\r\n'
+        printf 'Q\x1f[2J\nm_b2PropertyCount=4\nk=1\nk=2\ntwo words=say "hi" \\ \xc2\x9bm\x7f\n\xff=\xc3\x28\xc2\x28\xc2\xa0\r\n'
         printf '\nm_b2PropertyCount=0\nQObject\nm_b2PropertyCount=5\nk=2\ne=a=b\n=\n\xc3\xa4=\t\\\nk=\xe2\x80\xae\xc2\x85\n'
         printf '\xed\xa0\x80\xc0\xaf\xf4\x90\x80\x80\xe2\x81\nm_b2PropertyCount=1\n\xf0\x9f\x92\xa1\xef\xbf\xbf=\xe2\x80\xa9\xe2\x81\xa6\xe2\x81\xa9\xe2\x80\xaa\n'
     } >hostile
     cat >expected <<'END'
-object 0 at byte 0: Q\x1b[2J
+object 0 at byte 0: Q\x1f[2J
   k = 1
   k = 2
   two words = say "hi" \\ \xc2\x9bm\x7f
@@ -31,20 +31,20 @@ object 3 at byte 145: \xed\xa0\x80\xc0\xaf\xf4\x90\x80\x80\xe2\x81
 4 objects
 END
     cat >expected--oneline <<'END'
-0 @0 Q\x1b[2J k=1 k=2 "two words"="say \"hi\" \\ \xc2\x9bm\x7f" \xff=\xc3(\xc2(@\x0d
+0 @0 Q\x1f[2J k=1 k=2 "two words"="say \"hi\" \\ \xc2\x9bm\x7f" \xff=\xc3(\xc2(@\x0d
 1 @70 ""
 2 @91 QObject k=2 e=a=b ""="" ä=\x09\\ k=\xe2\x80\xae\xc2\x85
 3 @145 \xed\xa0\x80\xc0\xaf\xf4\x90\x80\x80\xe2\x81 💡￿=|\xe2\x81\xa6\xe2\x81\xa9\xe2\x80\xaa
 4 objects
 END
     cat >expected--json <<'END'
-{"type":"Q\u001b[2J","offset":0,"escaped":true,"properties":{"k":["1","2"],"two words":"say \"hi\" \\\\ \u009bm\u007f","\\xff":"\\xc3(\\xc2(@\r"}}
+{"type":"Q\u001f[2J","offset":0,"escaped":true,"properties":{"k":["1","2"],"two words":"say \"hi\" \\\\ \u009bm\u007f","\\xff":"\\xc3(\\xc2(@\r"}}
 {"type":"","offset":70,"properties":{}}
 {"type":"QObject","offset":91,"properties":{"k":["2","\u202e\u0085"],"e":"a=b","":"","ä":"\t\\"}}
 {"type":"\\xed\\xa0\\x80\\xc0\\xaf\\xf4\\x90\\x80\\x80\\xe2\\x81","offset":145,"escaped":true,"properties":{"💡￿":"|\u2066\u2069\u202a"}}
 END
     cat >expected--json=pairs <<'END'
-{"type":"Q\u001b[2J","offset":0,"escaped":true,"properties":[["k","1"],["k","2"],["two words","say \"hi\" \\\\ \u009bm\u007f"],["\\xff","\\xc3(\\xc2(@\r"]]}
+{"type":"Q\u001f[2J","offset":0,"escaped":true,"properties":[["k","1"],["k","2"],["two words","say \"hi\" \\\\ \u009bm\u007f"],["\\xff","\\xc3(\\xc2(@\r"]]}
 {"type":"","offset":70,"properties":[]}
 {"type":"QObject","offset":91,"properties":[["k","2"],["e","a=b"],["",""],["ä","\t\\"],["k","\u202e\u0085"]]}
 {"type":"\\xed\\xa0\\x80\\xc0\\xaf\\xf4\\x90\\x80\\x80\\xe2\\x81","offset":145,"escaped":true,"properties":[["💡￿","|\u2066\u2069\u202a"]]}
@@ -67,7 +67,7 @@ for line in open("out", "rb"):
         "".join(k + "=" + v + "\n" for k, v in o["properties"])).encode("utf-8", "surrogateescape")
 assert text == open("hostile", "rb").read()
 END
-    check 0 $'object 0 at byte 0: Q\x1b\\[2J\n*say "hi" \\\\ \xc2\x9bm\x7f\n*' '' dump --raw hostile
+    check 0 $'object 0 at byte 0: Q\x1f\\[2J\n*say "hi" \\\\ \xc2\x9bm\x7f\n*' '' dump --raw hostile
     script -qec "'$fwpipe' dump 'missing"$'\e'"[2J'" /dev/null </dev/null >terminal
     grep -qF 'cannot read missing\x1b[2J: ' terminal || fail "a message acts on the terminal"
 
