@@ -5,7 +5,7 @@
 set -u
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 tool=$1
-export LC_ALL=C FWLIB_PLUGIN_PATH=$2
+export LC_ALL=C FWLIB_PLUGIN_PATH=nowhere:$2
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 ln -s "$2" "$scratch/plugins"
