@@ -133,7 +133,7 @@ graph() {
     local odd=$'a<b>"&\\N</script>' note='fwpipe: odd.pipe has mistakes; "fwpipe check" reports them' format
     printf '%s\n' 'element EPassthrough' 'property Name in' 'sink in' 'source in' >inner.pipe
     pipe odd 'element ESource' "property Name $odd" 'element ETee' 'property Name tee' 'pipe inner.pipe' \
-        'property Name nested' 'element EDevNul' $'property Name \xff' 'element ESink' 'property Name lonely' \
+        'property Name nested' 'element EDevNul' $'property Name \xff' 'element ESink' 'property Name lonely' $'property Note x\x7fy' \
         "connect $odd 0 tee 0" 'connect tee 0 nested 0' $'connect nested 0 \xff 0' 'connect tee 7 gone 0' "sink $odd"
     for format in dot svg mermaid html json; do
         check 0 '*' "$note" graph --format $format odd.pipe
@@ -148,6 +148,26 @@ graph() {
         'n0:o0:e -> n1:i0:w,n1:o0:e -> n3:i0:w,n3:o0:e -> n4:i0:w,n1:o7:e -> n6:i0:w' ]] || fail 'the connections are not drawn'
     [[ $(grep -c 'bgcolor="#ffcf70">1<' odd.dot) == 1 ]] || fail 'the unconnected pad is not marked'
     [[ $(grep -c '</script>' odd.html) == 2 ]] || fail 'a name ends the script'
+    grep -q $'Note = x\xef\xbf\xbdy' odd.dot || fail 'DEL is drawn'
+    diff - odd.mermaid <<'END' || fail 'the Mermaid form differs'
+flowchart LR
+  n0["a#60;b#62;#34;#38;#92;N#60;/script#62;<br/>ESource<br/>sink element"]
+  n1["tee<br/>ETee"]
+  subgraph n2["nested<br/>inner#46;pipe"]
+    n3["in<br/>EPassthrough"]
+  end
+  n4["�<br/>EDevNul"]
+  n5["lonely<br/>ESink<br/>not reached"]
+  n6["gone<br/>no such element"]
+  n0 -- "0 to 0" --> n1
+  n1 -- "0 to 0" --> n3
+  n3 -- "0 to 0" --> n4
+  n1 -- "7 to 0" --> n6
+  style n0 stroke-width:3px
+  n1 -. "1" .-x n1o1["not connected"]
+  style n5 stroke-dasharray:5 5
+  style n6 stroke:#c00000,stroke-dasharray:2 2
+END
     python3 - <<'END' || fail 'the JSON form differs'
 import json, re
 all = json.load(open("odd.json", encoding="utf-8"))
@@ -159,13 +179,13 @@ assert rows == [[odd, "ESource", 2, None, 0, 1], ["tee", "ETee", 4, None, 1, 2],
                 ["\ufffd", "EDevNul", 8, None, None, None], ["lonely", "ESink", 10, None, 1, 0]], rows
 assert all["elements"][0]["properties"] == {"Name": odd}
 assert [list(c.values()) for c in all["connections"]] == [
-    [odd, 0, "tee", 0, 12], ["tee", 0, "nested", 0, 13], ["nested", 0, "\ufffd", 0, 14], ["tee", 7, "gone", 0, 15]]
+    [odd, 0, "tee", 0, 13], ["tee", 0, "nested", 0, 14], ["nested", 0, "\ufffd", 0, 15], ["tee", 7, "gone", 0, 16]]
 page = json.loads(re.search('id="data".*?>(.*?)</script>', open("odd.html", encoding="utf-8").read())[1])
 assert page["elements"][1] == {
     "name": "tee", "type": "ETee", "line": 4, "known": True, "sink": False, "reached": True, "sinkPads": 1, "sourcePads": 2,
     "properties": {"Name": "tee"}, "tooltip": "tee\ntype: ETee\nline: 4\nsink pads: 1\nsource pads: 2\nName = tee"}
 assert [e["name"] for e in page["elements"] if e["sink"] or not e["known"]] == [odd, "\ufffd", "gone"], page
-assert page["connections"][0] == {"from": 0, "fromPad": 0, "to": 1, "toPad": 0, "tooltip": odd + " 0 to tee 0\nline: 12"}
+assert page["connections"][0] == {"from": 0, "fromPad": 0, "to": 1, "toPad": 0, "tooltip": odd + " 0 to tee 0\nline: 13"}
 END
     check 0 '' "$note" graph -o new.json odd.pipe
     cmp -s new.json odd.json || fail '-o new.json is not the JSON form'
