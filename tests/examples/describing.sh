@@ -146,6 +146,7 @@ graph() {
     grep -qF '>a&lt;b&gt;&quot;&amp;\N&lt;/script&gt;<' odd.svg || fail 'the odd name is not in the SVG'
     [[ $(sed -n 's/ *\(n.*->.*\) \[.*/\1/p' odd.dot | paste -sd,) == \
         'n0:o0:e -> n1:i0:w,n1:o0:e -> n3:i0:w,n3:o0:e -> n4:i0:w,n1:o7:e -> n6:i0:w' ]] || fail 'the connections are not drawn'
+    [[ $(grep -o '<td port="[io][0-9]*"' odd.dot | cut -d '"' -f 2 | sort | uniq -c | tr -d ' \n') == 5i03o01o11o7 ]] || fail 'the pads are not drawn'
     [[ $(grep -c 'bgcolor="#ffcf70">1<' odd.dot) == 1 ]] || fail 'the unconnected pad is not marked'
     [[ $(grep -c '</script>' odd.html) == 2 ]] || fail 'a name ends the script'
     grep -q $'Note = x\xef\xbf\xbdy' odd.dot || fail 'DEL is drawn'
