@@ -16,7 +16,7 @@ const std::string NoSink = "0 ! EPipeline::Run(): Error: No sink element.\n";
 
 struct ELeaves : Element<ELeaves> {
     static constexpr const char* TypeName = "ELeaves";
-    static constexpr const char* Meaning = "writes down when it is destroyed";
+    [[maybe_unused]] static constexpr const char* Meaning = "writes down when it is destroyed";
     static void Declare(Declaration<ELeaves>&) {}
     ~ELeaves() override { log += "gone\n"; }
     static inline std::string log;
